@@ -1,0 +1,320 @@
+#include "tandimsfile.h"
+
+#include "tacquisitionrun.h"
+
+#include <messageloggerinterface.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QUuid>
+
+#include <netcdf.h>
+#include <netcdf_mem.h>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <vector>
+
+namespace {
+
+const char* const Context = "TAndiMSFile";
+// Past these sizes a header is taken as damaged rather than as a real run.
+constexpr size_t MaxScans = 50u * 1000 * 1000;
+constexpr size_t MaxPoints = 2000u * 1000 * 1000;
+
+void refuse(const QString& source, const QString& why)
+{
+    MessageLoggerInterface::Error(QCoreApplication::translate(
+        Context, "The file <b>%1</b> is not a readable ANDI mass spectrometry file: %2",
+        "Le fichier <b>%1</b> n'est pas un fichier ANDI de spectrométrie de masse lisible : %2")
+                                      .arg(source, why));
+}
+
+QString missing(const char* name)
+{
+    return QCoreApplication::translate(Context, "the variable <b>%1</b> is missing or has the wrong shape",
+                                       "la variable <b>%1</b> est absente ou n'a pas la bonne forme")
+        .arg(QLatin1String(name));
+}
+
+class NcFile
+{
+public:
+    ~NcFile()
+    {
+        if (id >= 0)
+            nc_close(id);
+    }
+    int id = -1;
+
+    QString textAttribute(int variable, const char* name) const
+    {
+        size_t length = 0;
+        nc_type type = NC_NAT;
+        if (nc_inq_att(id, variable, name, &type, &length) != NC_NOERR || type != NC_CHAR || length > 4096)
+            return QString();
+        QByteArray text(int(length), '\0');
+        if (length > 0 && nc_get_att_text(id, variable, name, text.data()) != NC_NOERR)
+            return QString();
+        return QString::fromUtf8(text.constData(), int(qstrnlen(text.constData(), uint(text.size())))).trimmed();
+    }
+
+    double scale(int variable) const
+    {
+        size_t length = 0;
+        nc_type type = NC_NAT;
+        double factor = 1.0;
+        if (nc_inq_att(id, variable, "scale_factor", &type, &length) == NC_NOERR && length == 1 && type != NC_CHAR
+            && type != NC_STRING && nc_get_att_double(id, variable, "scale_factor", &factor) == NC_NOERR && std::isfinite(factor))
+            return factor;
+        return 1.0;
+    }
+
+    // A 1-D numeric variable over `dimension`; false when absent or of another shape.
+    bool read(const char* name, int dimension, size_t length, std::vector<double>* values, int* variable = nullptr) const
+    {
+        int var = -1;
+        int dims = 0;
+        int dimIds[NC_MAX_VAR_DIMS];
+        nc_type type = NC_NAT;
+        if (nc_inq_varid(id, name, &var) != NC_NOERR || nc_inq_var(id, var, nullptr, &type, &dims, dimIds, nullptr) != NC_NOERR)
+            return false;
+        if (dims != 1 || dimIds[0] != dimension || type == NC_CHAR || type == NC_STRING || type > NC_UINT64)
+            return false;
+        values->assign(length, 0.0);
+        if (length > 0 && nc_get_var_double(id, var, values->data()) != NC_NOERR)
+            return false;
+        if (variable)
+            *variable = var;
+        return true;
+    }
+};
+
+bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRun* run)
+{
+    int scanDim = -1, pointDim = -1;
+    size_t scans = 0, points = 0;
+    if (nc_inq_dimid(nc.id, "scan_number", &scanDim) != NC_NOERR || nc_inq_dimlen(nc.id, scanDim, &scans) != NC_NOERR) {
+        refuse(source, missing("scan_number"));
+        return false;
+    }
+    if (nc_inq_dimid(nc.id, "point_number", &pointDim) != NC_NOERR || nc_inq_dimlen(nc.id, pointDim, &points) != NC_NOERR) {
+        refuse(source, missing("point_number"));
+        return false;
+    }
+    // Dimensions are only numbers in a header: check them against the bytes
+    // before allocating (compressed files may hold more than their size).
+    const double budget = 64.0 * double(byteSize) + 1e6;
+    if (scans > MaxScans || points > MaxPoints || double(points) > budget || double(scans) > budget) {
+        refuse(source, QCoreApplication::translate(Context, "its dimensions (%1 scans, %2 points) do not fit its size",
+                                                   "ses dimensions (%1 scans, %2 points) ne correspondent pas à sa taille")
+                           .arg(scans).arg(points));
+        return false;
+    }
+    std::vector<double> times, totals, index, counts, masses, intensities;
+    int timeVar = -1, massVar = -1, intensityVar = -1;
+    const struct
+    {
+        const char* name;
+        int dim;
+        size_t length;
+        std::vector<double>* values;
+        int* var;
+    } wanted[] = {{"scan_acquisition_time", scanDim, scans, &times, &timeVar},
+                  {"scan_index", scanDim, scans, &index, nullptr},
+                  {"point_count", scanDim, scans, &counts, nullptr},
+                  {"mass_values", pointDim, points, &masses, &massVar},
+                  {"intensity_values", pointDim, points, &intensities, &intensityVar}};
+    for (const auto& w : wanted) {
+        if (!nc.read(w.name, w.dim, w.length, w.values, w.var)) {
+            refuse(source, missing(w.name));
+            return false;
+        }
+    }
+    const bool hasTotals = nc.read("total_intensity", scanDim, scans, &totals);
+    const double timeScale = nc.textAttribute(timeVar, "units").contains(QLatin1String("min"), Qt::CaseInsensitive) ? 1.0 : 1.0 / 60.0;
+    const double massScale = nc.scale(massVar);
+    const double intensityScale = nc.scale(intensityVar);
+
+    TAcquisitionRun result;
+    result.acquisitionSystem = TAcquisitionRun::SystemFullScan;
+    result.name = nc.textAttribute(NC_GLOBAL, "experiment_title");
+    if (result.name.isEmpty())
+        result.name = QFileInfo(source).completeBaseName();
+    const QString stamp = nc.textAttribute(NC_GLOBAL, "experiment_date_time_stamp");
+    result.date = QDateTime::fromString(stamp.left(14), QStringLiteral("yyyyMMddHHmmss"));
+    if (result.date.isValid())
+        result.date.setTimeSpec(Qt::UTC);
+    result.rtimes.reserve(int(scans));
+    std::vector<std::pair<quint32, float>> spectrum;
+    std::vector<quint32> keys;
+    std::vector<float> values;
+    for (size_t scan = 0; scan < scans; ++scan) {
+        const double time = times[scan] * timeScale;
+        const double first = index[scan];
+        const double count = counts[scan];
+        auto bad = [&](const QString& what) {
+            refuse(source, QCoreApplication::translate(Context, "scan %1: %2", "scan %1 : %2").arg(scan + 1).arg(what));
+            return false;
+        };
+        if (!std::isfinite(time) || (scan > 0 && time < result.rtimes.last()))
+            return bad(QCoreApplication::translate(Context, "its time goes backwards", "son temps recule"));
+        if (!(first >= 0) || !(count >= 0) || first + count > double(points))
+            return bad(QCoreApplication::translate(Context, "its points lie outside the data", "ses points sont hors des données"));
+        spectrum.clear();
+        const size_t begin = size_t(first);
+        for (size_t p = begin; p < begin + size_t(count); ++p) {
+            const double mass = masses[p] * massScale;
+            const double abundance = intensities[p] * intensityScale;
+            if (!(mass >= 0) || mass >= 4.0e7 || !std::isfinite(abundance) || std::fabs(abundance) > 3.0e38)
+                return bad(QCoreApplication::translate(Context, "it holds a mass or an intensity that is not valid",
+                                                       "il contient une masse ou une intensité non valide"));
+            spectrum.emplace_back(quint32(std::lround(mass * 100.0)), float(abundance));
+        }
+        // Data systems write their spectra in mass order, but a hand-made file
+        // may not; equal keys (after rounding to 0.01) are one point.
+        std::stable_sort(spectrum.begin(), spectrum.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+        keys.clear();
+        values.clear();
+        for (const auto& point : spectrum) {
+            if (!keys.empty() && keys.back() == point.first) {
+                values.back() += point.second;
+            } else {
+                keys.push_back(point.first);
+                values.push_back(point.second);
+            }
+        }
+        result.appendScan(time, keys.data(), values.data(), int(keys.size()));
+        if (hasTotals && std::isfinite(totals[scan]))
+            result.tic.last() = totals[scan];
+    }
+    *run = result;
+    return true;
+}
+
+} // namespace
+
+bool TAndiMSFile::read(const QString& path, TAcquisitionRun* run)
+{
+    if (!run)
+        return false;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        refuse(path, QCoreApplication::translate(Context, "it cannot be opened", "il ne peut pas être ouvert"));
+        return false;
+    }
+    const QByteArray bytes = file.readAll();
+    return readMemory(bytes, run, path);
+}
+
+bool TAndiMSFile::readMemory(const QByteArray& bytes, TAcquisitionRun* run, const QString& source)
+{
+    if (!run)
+        return false;
+    // Only classic and 64-bit-offset files and HDF5-based netCDF-4 are handed to
+    // the library: anything else is refused before it is parsed.
+    const bool classic = bytes.size() >= 4 && bytes.startsWith("CDF") && (bytes.at(3) == 1 || bytes.at(3) == 2);
+    const bool hdf5 = bytes.startsWith("\x89HDF\r\n\x1a\n");
+    if (!classic && !hdf5) {
+        refuse(source, QCoreApplication::translate(Context, "it is not a netCDF file", "ce n'est pas un fichier netCDF"));
+        return false;
+    }
+    QByteArray copy = bytes; // the library wants writable memory
+    NcFile nc;
+    const int status = nc_open_mem(source.toUtf8().constData(), NC_NOWRITE, size_t(copy.size()), copy.data(), &nc.id);
+    if (status != NC_NOERR) {
+        nc.id = -1;
+        refuse(source, QString::fromUtf8(nc_strerror(status)));
+        return false;
+    }
+    return readOpen(nc, source, bytes.size(), run);
+}
+
+bool TAndiMSFile::write(const QString& path, const TAcquisitionRun& run)
+{
+    auto fail = [&path](const QString& why) {
+        MessageLoggerInterface::Error(QCoreApplication::translate(Context, "Unable to write the ANDI file <b>%1</b>: %2",
+                                                                  "Impossible d'écrire le fichier ANDI <b>%1</b> : %2")
+                                          .arg(path, why));
+        return false;
+    };
+    QString why;
+    if (!run.isConsistent(&why))
+        return fail(why);
+    if (run.pointCount() > INT_MAX)
+        return fail(QCoreApplication::translate(Context, "too many points for the format", "trop de points pour le format"));
+    // netCDF writes through its own file handle: write beside the target and
+    // rename, so that the target is complete or untouched.
+    const QString temporary = QFileInfo(path).absolutePath() + QStringLiteral("/.")
+        + QFileInfo(path).fileName() + QLatin1Char('.') + QUuid::createUuid().toString(QUuid::Id128);
+    int id = -1;
+    int status = nc_create(QFile::encodeName(temporary).constData(), NC_CLOBBER | NC_64BIT_OFFSET, &id);
+    auto check = [&status](int s) {
+        if (status == NC_NOERR)
+            status = s;
+    };
+    if (status != NC_NOERR)
+        return fail(QString::fromUtf8(nc_strerror(status)));
+    const size_t scans = size_t(run.scanCount());
+    const size_t points = size_t(run.pointCount());
+    int scanDim = -1, pointDim = -1;
+    check(nc_def_dim(id, "scan_number", scans ? scans : NC_UNLIMITED, &scanDim));
+    check(nc_def_dim(id, "point_number", points ? points : NC_UNLIMITED, &pointDim));
+    int timeVar = -1, totalVar = -1, indexVar = -1, countVar = -1, massVar = -1, intensityVar = -1;
+    check(nc_def_var(id, "scan_acquisition_time", NC_DOUBLE, 1, &scanDim, &timeVar));
+    check(nc_def_var(id, "total_intensity", NC_DOUBLE, 1, &scanDim, &totalVar));
+    check(nc_def_var(id, "scan_index", NC_INT, 1, &scanDim, &indexVar));
+    check(nc_def_var(id, "point_count", NC_INT, 1, &scanDim, &countVar));
+    check(nc_def_var(id, "mass_values", NC_DOUBLE, 1, &pointDim, &massVar));
+    check(nc_def_var(id, "intensity_values", NC_FLOAT, 1, &pointDim, &intensityVar));
+    auto text = [&](int var, const char* name, const QString& value) {
+        const QByteArray utf8 = value.toUtf8();
+        check(nc_put_att_text(id, var, name, size_t(utf8.size()), utf8.constData()));
+    };
+    text(timeVar, "units", QStringLiteral("seconds"));
+    text(massVar, "units", QStringLiteral("M/Z"));
+    text(intensityVar, "units", QStringLiteral("Arbitrary Intensity Units"));
+    text(NC_GLOBAL, "dataset_completeness", QStringLiteral("C1+C2"));
+    text(NC_GLOBAL, "ms_template_revision", QStringLiteral("1.0.1"));
+    text(NC_GLOBAL, "experiment_title", run.name);
+    if (run.date.isValid())
+        text(NC_GLOBAL, "experiment_date_time_stamp", run.date.toUTC().toString(QStringLiteral("yyyyMMddHHmmss")) + QStringLiteral("+0000"));
+    check(nc_enddef(id));
+
+    std::vector<double> seconds(scans);
+    std::vector<int> index(scans), counts(scans);
+    for (size_t i = 0; i < scans; ++i) {
+        seconds[i] = run.rtimes.at(int(i)) * 60.0;
+        index[i] = int(run.scanOffsets.at(int(i)));
+        counts[i] = run.pointsAtScan(int(i));
+    }
+    std::vector<double> masses(points);
+    for (size_t i = 0; i < points; ++i)
+        masses[i] = run.masses.at(int(i)) / 100.0;
+    const size_t start = 0;
+    if (scans) {
+        check(nc_put_vara_double(id, timeVar, &start, &scans, seconds.data()));
+        check(nc_put_vara_double(id, totalVar, &start, &scans, run.tic.constData()));
+        check(nc_put_vara_int(id, indexVar, &start, &scans, index.data()));
+        check(nc_put_vara_int(id, countVar, &start, &scans, counts.data()));
+    }
+    if (points) {
+        check(nc_put_vara_double(id, massVar, &start, &points, masses.data()));
+        check(nc_put_vara_float(id, intensityVar, &start, &points, run.abundances.constData()));
+    }
+    const int closed = nc_close(id);
+    check(closed);
+    if (status != NC_NOERR) {
+        QFile::remove(temporary);
+        return fail(QString::fromUtf8(nc_strerror(status)));
+    }
+    QFile::remove(path);
+    if (!QFile::rename(temporary, path)) {
+        QFile::remove(temporary);
+        return fail(QCoreApplication::translate(Context, "the file cannot be renamed", "le fichier ne peut pas être renommé"));
+    }
+    return true;
+}

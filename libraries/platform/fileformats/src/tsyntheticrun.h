@@ -1,0 +1,46 @@
+#pragma once
+
+#include "vnfileformats_export.h"
+
+#include "tacquisitionrun.h"
+
+#include <QString>
+
+/// Reproducible synthetic GC-MS runs of a crude oil: the n-alkanes C10 to C40
+/// with their alkyl fragment series (m/z 43, 57, 71, 85 ...) and molecular
+/// ions, pristane and phytane, the hopanes (m/z 191) and the regular steranes
+/// (m/z 217), on a noisy baseline. The same options and seed always give the
+/// same run, bit for bit.
+class VNFILEFORMATS_EXPORT TSyntheticRun
+{
+public:
+    enum Kind {
+        FullScan,     ///< one mass spectrum per scan
+        MSMS,         ///< parent -> daughter transitions (acquisition system 768)
+        Multichannel  ///< full scan plus detector and ion channels
+    };
+
+    struct Options
+    {
+        Kind kind = FullScan;
+        quint32 seed = 1;
+        int scanCount = 3600;
+        double startTime = 5.0;   ///< minutes
+        double endTime = 65.0;    ///< minutes
+        int pointsPerScan = 120;  ///< full scan: points per spectrum, noise included
+        double noise = 50.0;      ///< mean baseline abundance
+        QString name = QStringLiteral("Synthetic oil");
+    };
+
+    /// Makes the run in memory.
+    static TAcquisitionRun generate(const Options& options);
+
+    /// Writes `run` as `<folder>/<run.name>.tcm` with "acquisition.xml" beside
+    /// it; false (with `error`) when either cannot be written.
+    static bool write(const TAcquisitionRun& run, const QString& folder, QString* tcmPath = nullptr,
+                      QString* error = nullptr);
+
+    /// Retention time (minutes) of a compound of the given retention index
+    /// under the options' temperature programme (C10 = 1000 ... C40 = 4000).
+    static double retentionTime(const Options& options, double retentionIndex);
+};
