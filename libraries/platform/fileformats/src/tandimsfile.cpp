@@ -262,7 +262,9 @@ bool TAndiMSFile::write(const QString& path, const TAcquisitionRun& run)
     const size_t points = size_t(run.pointCount());
     int scanDim = -1, pointDim = -1;
     check(nc_def_dim(id, "scan_number", scans ? scans : NC_UNLIMITED, &scanDim));
-    check(nc_def_dim(id, "point_number", points ? points : NC_UNLIMITED, &pointDim));
+    // Classic netCDF has one unlimited dimension and no empty fixed one: an
+    // empty run keeps one unused point.
+    check(nc_def_dim(id, "point_number", points ? points : (scans ? NC_UNLIMITED : 1), &pointDim));
     int timeVar = -1, totalVar = -1, indexVar = -1, countVar = -1, massVar = -1, intensityVar = -1;
     check(nc_def_var(id, "scan_acquisition_time", NC_DOUBLE, 1, &scanDim, &timeVar));
     check(nc_def_var(id, "total_intensity", NC_DOUBLE, 1, &scanDim, &totalVar));

@@ -1,0 +1,222 @@
+#include <tacquisitionrun.h>
+#include <tandimsfile.h>
+#include <tcsvrunfile.h>
+#include <trecordinglogger.h>
+#include <tsyntheticrun.h>
+#include <ttranslator.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cmath>
+
+namespace {
+
+TAcquisitionRun sample(TSyntheticRun::Kind kind = TSyntheticRun::FullScan)
+{
+    TSyntheticRun::Options o;
+    o.kind = kind;
+    o.seed = 3;
+    o.scanCount = 300;
+    o.pointsPerScan = 40;
+    return TSyntheticRun::generate(o);
+}
+
+// Times travel through seconds and text: equal to a few ulps.
+void compareRuns(const TAcquisitionRun& a, const TAcquisitionRun& b, bool exactAbundances)
+{
+    QCOMPARE(a.scanCount(), b.scanCount());
+    QCOMPARE(a.scanOffsets, b.scanOffsets);
+    QCOMPARE(a.masses, b.masses);
+    for (int s = 0; s < a.scanCount(); ++s) {
+        QVERIFY(std::fabs(a.rtimes.at(s) - b.rtimes.at(s)) <= 1e-12 * std::max(1.0, std::fabs(a.rtimes.at(s))));
+        QVERIFY(std::fabs(a.tic.at(s) - b.tic.at(s)) <= 1e-6 * std::max(1.0, std::fabs(a.tic.at(s))));
+    }
+    if (exactAbundances)
+        QCOMPARE(a.abundances, b.abundances);
+}
+
+} // namespace
+
+class TestImporters : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+
+    QString write(const QString& name, const QByteArray& content)
+    {
+        const QString path = m_dir.filePath(name);
+        QFile f(path);
+        if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            f.write(content);
+        return path;
+    }
+
+    // Reads must fail with one error naming the file, and leave the run as it was.
+    void expectRefusal(bool (*reader)(const QString&, TAcquisitionRun*), const QString& path, const QString& english,
+                       const QString& french)
+    {
+        for (const QString& language : {QStringLiteral("en"), QStringLiteral("fr")}) {
+            TTranslator::install(language);
+            TRecordingLogger logger;
+            TAcquisitionRun run;
+            run.name = "kept";
+            QVERIFY(!reader(path, &run));
+            QCOMPARE(run.name, QString("kept"));
+            QCOMPARE(run.scanCount(), 0);
+            const QStringList errors = logger.messages(MessageLoggerInterface::LevelError);
+            QCOMPARE(errors.size(), 1);
+            const QString expected = language == "fr" ? french : english;
+            QVERIFY2(errors.first().contains(expected), qPrintable(errors.first()));
+        }
+        TTranslator::install("en");
+    }
+
+private slots:
+    void andiRoundTrip()
+    {
+        const TAcquisitionRun run = sample();
+        const QString path = m_dir.filePath("run.cdf");
+        QVERIFY(TAndiMSFile::write(path, run));
+        TAcquisitionRun back;
+        QVERIFY(TAndiMSFile::read(path, &back));
+        compareRuns(run, back, true);
+        QCOMPARE(back.name, run.name);
+        QCOMPARE(back.date, run.date);
+        QCOMPARE(back.acquisitionSystem, quint32(TAcquisitionRun::SystemFullScan));
+
+        // An empty run survives too.
+        TAcquisitionRun empty;
+        QVERIFY(TAndiMSFile::write(m_dir.filePath("empty.cdf"), empty));
+        QVERIFY(TAndiMSFile::read(m_dir.filePath("empty.cdf"), &back));
+        QCOMPARE(back.scanCount(), 0);
+    }
+
+    void andiRefusals()
+    {
+        const QString good = m_dir.filePath("good.cdf");
+        QVERIFY(TAndiMSFile::write(good, sample()));
+        QFile f(good);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QByteArray bytes = f.readAll();
+
+        expectRefusal(&TAndiMSFile::read, m_dir.filePath("absent.cdf"), "cannot be opened", "ne peut pas être ouvert");
+        expectRefusal(&TAndiMSFile::read, write("text.cdf", "time,mass\n"), "not a netCDF file", "pas un fichier netCDF");
+        // Cuts through the header and through the data.
+        for (int size : {3, 4, 40, 300, bytes.size() / 2, bytes.size() - 1}) {
+            TRecordingLogger logger;
+            TAcquisitionRun run;
+            QVERIFY2(!TAndiMSFile::read(write("cut.cdf", bytes.left(size)), &run), qPrintable(QString::number(size)));
+            QCOMPARE(run.scanCount(), 0);
+            QCOMPARE(logger.messages(MessageLoggerInterface::LevelError).size(), 1);
+        }
+        // A variable renamed away.
+        QByteArray renamed = bytes;
+        const int at = renamed.indexOf("point_count");
+        QVERIFY(at > 0);
+        renamed[at] = 'q';
+        expectRefusal(&TAndiMSFile::read, write("renamed.cdf", renamed), "<b>point_count</b> is missing",
+                      "<b>point_count</b> est absente");
+    }
+
+    void andiInconsistentIndex()
+    {
+        // A scan pointing past the data, written through the netCDF writer
+        // itself by editing a consistent run after the check would be refused;
+        // instead the index is patched in the file: scan_index is the third
+        // variable and its values are big-endian ints.
+        TAcquisitionRun run = sample();
+        const QString path = m_dir.filePath("index.cdf");
+        QVERIFY(TAndiMSFile::write(path, run));
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QByteArray bytes = f.readAll();
+        f.close();
+        // The points of scan 0 start at 0: find the counts (40 each) of point_count and make one huge.
+        QByteArray forty(4, '\0');
+        forty[3] = 40;
+        const int at = bytes.indexOf(forty + forty + forty);
+        QVERIFY(at > 0);
+        bytes[at] = 0x7f;
+        expectRefusal(&TAndiMSFile::read, write("index.cdf", bytes), "outside the data", "hors des données");
+    }
+
+    void csvRoundTrip()
+    {
+        const TAcquisitionRun run = sample();
+        const QString path = m_dir.filePath("run.csv");
+        QVERIFY(TCSVRunFile::write(path, run));
+        TAcquisitionRun back;
+        QVERIFY(TCSVRunFile::read(path, &back));
+        compareRuns(run, back, true);
+        QCOMPARE(back.name, QString("run"));
+    }
+
+    void csvLayouts()
+    {
+        TAcquisitionRun run;
+        // Long layout, tab separated, seconds, unsorted masses and a duplicate.
+        QVERIFY(TCSVRunFile::read(write("long.txt", "Time (s)\tm/z\tIntensity\n"
+                                                     "60\t71.1\t5\n60\t57.07\t10\n60\t57.07\t2\n"
+                                                     "# a comment\n\n"
+                                                     "66\t43\t1,5\n"),
+                                  &run));
+        QCOMPARE(run.scanCount(), 2);
+        QCOMPARE(run.rtimes.at(0), 1.0);
+        QCOMPARE(run.rtimes.at(1), 1.1);
+        QCOMPARE(run.pointsAtScan(0), 2);
+        QCOMPARE(run.massesAtScan(0)[0], 5707u);
+        QCOMPARE(run.abundancesAtScan(0)[0], 12.0f);
+        QCOMPARE(run.abundancesAtScan(1)[0], 1.5f);
+        QCOMPARE(run.tic.at(0), 17.0);
+
+        // One row per scan, semicolons and decimal commas, pairs as separate fields.
+        QVERIFY(TCSVRunFile::read(write("wide.csv", "\xEF\xBB\xBFtemps;spectre\n12,5;57,07:100;71,09:50\n12,6;\n"), &run));
+        QCOMPARE(run.scanCount(), 2);
+        QCOMPARE(run.rtimes.at(0), 12.5);
+        QCOMPARE(run.pointsAtScan(0), 2);
+        QCOMPARE(run.pointsAtScan(1), 0);
+        QCOMPARE(run.massesAtScan(0)[1], 7109u);
+
+        // No header, commas, quoted numbers.
+        QVERIFY(TCSVRunFile::read(write("plain.csv", "\"1.5\",57:1 58:2\r\n1.6,57:3\r\n"), &run));
+        QCOMPARE(run.scanCount(), 2);
+        QCOMPARE(run.abundancesAtScan(1)[0], 3.0f);
+    }
+
+    void csvRefusals_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("english");
+        QTest::addColumn<QString>("french");
+        QTest::newRow("empty") << QByteArray("# nothing\n") << "holds no scan" << "aucun scan";
+        QTest::newRow("header only") << QByteArray("time,spectrum\n") << "holds no scan" << "aucun scan";
+        QTest::newRow("bad time") << QByteArray("1,57:1\nabc,57:1\n") << "line 2: <b>abc</b> is not a number"
+                                  << "ligne 2 : <b>abc</b> n'est pas un nombre";
+        QTest::newRow("bad pair") << QByteArray("1,57:1 58\n") << "<b>58</b> is not a mass:abundance pair"
+                                  << "<b>58</b> n'est pas une paire masse:abondance";
+        QTest::newRow("negative mass") << QByteArray("1,-57:1\n") << "<b>-57:1</b>" << "<b>-57:1</b>";
+        QTest::newRow("infinite") << QByteArray("1,57:inf\n") << "<b>57:inf</b>" << "<b>57:inf</b>";
+        QTest::newRow("huge abundance") << QByteArray("1,57:1e300\n") << "<b>57:1e300</b>" << "<b>57:1e300</b>";
+        QTest::newRow("time backwards") << QByteArray("2,57:1\n1,57:1\n") << "line 2: the time goes backwards"
+                                        << "ligne 2 : le temps recule";
+        QTest::newRow("long backwards") << QByteArray("2,57,1\n1,57,1\n") << "the time goes backwards" << "le temps recule";
+        QTest::newRow("long bad mass") << QByteArray("1,x,1\n") << "<b>x</b> is not a number" << "<b>x</b> n'est pas";
+        QTest::newRow("mixed layouts") << QByteArray("1,57,1\n2,57:1\n") << "layout of the rows changes"
+                                       << "disposition des lignes change";
+        QTest::newRow("binary") << QByteArray("1,57:1\n\x89TCM\0\0\n", 14) << "not text" << "pas du texte";
+    }
+
+    void csvRefusals()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, english);
+        QFETCH(QString, french);
+        expectRefusal(&TCSVRunFile::read, write("bad.csv", content), english, french);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestImporters)
+#include "tst_importers.moc"
