@@ -432,8 +432,11 @@ int TCMFile::averageAtScanRange(Spectrum* spectrum, unsigned long first, unsigne
     // look-ups and allocations; a sparse merge is used for very wide ranges.
     constexpr quint64 DenseLimit = 1u << 21;
     if (span <= DenseLimit) {
-        std::vector<double> sums(span, 0.0);
-        std::vector<unsigned char> seen(span, 0);
+        // Unvisited masses hold -0.0: any visit leaves +0.0 or more, since
+        // -0.0 + +0.0 is +0.0 and every abundance is added as (v + 0.0).
+        thread_local std::vector<double> sums;
+        sums.assign(span, -0.0);
+        double* acc = sums.data();
         for (unsigned long scan = first; scan <= last; ++scan) {
             const quint64 start = d->scanFirst(scan);
             const quint32 count = d->scanCountAt(scan);
@@ -441,18 +444,19 @@ int TCMFile::averageAtScanRange(Spectrum* spectrum, unsigned long first, unsigne
             const float* values = allValues + start;
             quint32 previous = 0;
             for (quint32 i = 0; i < count; ++i) {
-                const quint32 key = keys[i];
-                if (key < lowKey || key > d->maxKey || (i > 0 && key <= previous))
+                const quint32 offset = keys[i] - lowKey;
+                if (offset >= span || (i > 0 && keys[i] <= previous))
                     return -1;
-                previous = key;
-                sums[key - lowKey] += values[i];
-                seen[key - lowKey] = 1;
+                previous = keys[i];
+                acc[offset] += double(values[i]) + 0.0;
             }
         }
         for (quint64 k = 0; k < span; ++k) {
-            if (seen[k])
-                spectrum->emplace_hint(spectrum->end(), (unsigned long)(lowKey + k), toAbundance(sums[k] / scans));
+            if (!std::signbit(acc[k]) || acc[k] != 0.0)
+                spectrum->emplace_hint(spectrum->end(), (unsigned long)(lowKey + k), toAbundance(acc[k] / scans));
         }
+        if (span > (1u << 16))
+            std::vector<double>().swap(sums); // keep only small buffers between calls
         return int(spectrum->size());
     }
     std::vector<std::pair<quint32, double>> points;
