@@ -214,11 +214,11 @@ bool TAndiMSFile::readMemory(const QByteArray& bytes, TAcquisitionRun* run, cons
 {
     if (!run)
         return false;
-    // Only classic and 64-bit-offset files and HDF5-based netCDF-4 are handed to
-    // the library: anything else is refused before it is parsed.
+    // ANDI files are classic netCDF (or its 64-bit-offset variant); nothing
+    // else is handed to the library, which keeps its HDF5 parser away from
+    // files that are not ours.
     const bool classic = bytes.size() >= 4 && bytes.startsWith("CDF") && (bytes.at(3) == 1 || bytes.at(3) == 2);
-    const bool hdf5 = bytes.startsWith("\x89HDF\r\n\x1a\n");
-    if (!classic && !hdf5) {
+    if (!classic) {
         refuse(source, QCoreApplication::translate(Context, "it is not a netCDF file", "ce n'est pas un fichier netCDF"));
         return false;
     }

@@ -7,7 +7,7 @@
 
 class TAcquisitionRun;
 
-/// ANDI/AIA mass spectrometry files (netCDF), the interchange format that GC-MS
+/// ANDI/AIA mass spectrometry files (classic netCDF), the interchange format that GC-MS
 /// data systems export: scan_acquisition_time (seconds), total_intensity,
 /// scan_index, point_count, mass_values and intensity_values, with their
 /// scale_factor attributes when present.
