@@ -93,6 +93,182 @@ public:
     }
 };
 
+// The netCDF library sizes its allocations from the counts in a header before
+// it has checked them against the bytes, so a damaged header can make it ask
+// for gigabytes. The classic header is walked here first: every count and
+// name must fit the bytes that follow, every variable its place in the file.
+class ClassicHeader
+{
+public:
+    ClassicHeader(const QByteArray& bytes)
+        : m_data(reinterpret_cast<const unsigned char*>(bytes.constData()))
+        , m_size(quint64(bytes.size()))
+    {
+    }
+
+    // Empty when the header holds together, else the reason.
+    QString check()
+    {
+        if (m_size < 8)
+            return tooShort();
+        m_offsetSize = m_data[3] == 2 ? 8 : 4;
+        m_pos = 4;
+        quint32 records = 0;
+        if (!u32(&records) || records == 0xFFFFFFFFu)
+            return tooShort();
+        m_records = records;
+        // Dimensions.
+        quint32 tag = 0, count = 0;
+        if (!u32(&tag) || !u32(&count))
+            return tooShort();
+        if (tag != 0x0A && !(tag == 0 && count == 0))
+            return damaged();
+        if (count > (m_size - m_pos) / 8)
+            return damaged();
+        int recordDims = 0;
+        for (quint32 i = 0; i < count; ++i) {
+            quint32 length = 0;
+            if (!name() || !u32(&length))
+                return damaged();
+            recordDims += length == 0;
+            m_dims.push_back(length);
+        }
+        if (recordDims > 1)
+            return damaged();
+        if (!attributes())
+            return damaged();
+        // Variables.
+        if (!u32(&tag) || !u32(&count))
+            return tooShort();
+        if (tag != 0x0B && !(tag == 0 && count == 0))
+            return damaged();
+        if (count > (m_size - m_pos) / 16)
+            return damaged();
+        for (quint32 i = 0; i < count; ++i) {
+            quint32 rank = 0;
+            if (!name() || !u32(&rank) || rank > (m_size - m_pos) / 4 || rank > NC_MAX_VAR_DIMS)
+                return damaged();
+            quint64 elements = 1;
+            bool record = false;
+            for (quint32 r = 0; r < rank; ++r) {
+                quint32 dim = 0;
+                if (!u32(&dim) || dim >= m_dims.size())
+                    return damaged();
+                const quint64 length = m_dims[dim] == 0 ? m_records : m_dims[dim];
+                if (m_dims[dim] == 0) {
+                    if (r != 0)
+                        return damaged();
+                    record = true;
+                }
+                if (__builtin_mul_overflow(elements, length, &elements))
+                    return damaged();
+            }
+            quint32 type = 0, vsize = 0;
+            quint64 begin = 0;
+            if (!attributes() || !u32(&type) || !u32(&vsize) || !offset(&begin))
+                return damaged();
+            const quint64 width = typeSize(type);
+            quint64 bytes = 0;
+            if (width == 0 || __builtin_mul_overflow(elements, width, &bytes))
+                return damaged();
+            // Record variables are interleaved, so only their first record
+            // is placed here (none when there is no record yet: their start
+            // may then lie past the end); the total is bounded below.
+            if (record && m_records == 0)
+                continue;
+            const quint64 first = record ? bytes / m_records : bytes;
+            if (begin > m_size || first > m_size - begin || bytes > 4 * m_size + 4096)
+                return damaged();
+        }
+        return QString();
+    }
+
+private:
+    const unsigned char* m_data;
+    quint64 m_size;
+    quint64 m_pos = 0;
+    quint64 m_offsetSize = 4;
+    quint64 m_records = 0;
+    std::vector<quint32> m_dims;
+
+    static QString tooShort()
+    {
+        return QCoreApplication::translate(Context, "its header is truncated", "son en-tête est tronqué");
+    }
+    static QString damaged()
+    {
+        return QCoreApplication::translate(Context, "its header is damaged", "son en-tête est endommagé");
+    }
+    static quint64 typeSize(quint32 type)
+    {
+        switch (type) {
+        case NC_BYTE:
+        case NC_CHAR:
+            return 1;
+        case NC_SHORT:
+            return 2;
+        case NC_INT:
+        case NC_FLOAT:
+            return 4;
+        case NC_DOUBLE:
+            return 8;
+        default:
+            return 0;
+        }
+    }
+    bool u32(quint32* value)
+    {
+        if (m_size - m_pos < 4)
+            return false;
+        *value = quint32(m_data[m_pos]) << 24 | quint32(m_data[m_pos + 1]) << 16 | quint32(m_data[m_pos + 2]) << 8
+            | quint32(m_data[m_pos + 3]);
+        m_pos += 4;
+        return true;
+    }
+    bool offset(quint64* value)
+    {
+        quint32 high = 0, low = 0;
+        if (m_offsetSize == 8 && !u32(&high))
+            return false;
+        if (!u32(&low))
+            return false;
+        *value = quint64(high) << 32 | low;
+        return true;
+    }
+    bool skipPadded(quint64 bytes)
+    {
+        const quint64 padded = (bytes + 3) & ~quint64(3);
+        if (bytes > m_size || padded > m_size - m_pos)
+            return false;
+        m_pos += padded;
+        return true;
+    }
+    bool name()
+    {
+        quint32 length = 0;
+        return u32(&length) && length > 0 && length <= NC_MAX_NAME && skipPadded(length);
+    }
+    bool attributes()
+    {
+        quint32 tag = 0, count = 0;
+        if (!u32(&tag) || !u32(&count))
+            return false;
+        if (tag != 0x0C && !(tag == 0 && count == 0))
+            return false;
+        if (count > (m_size - m_pos) / 12)
+            return false;
+        for (quint32 i = 0; i < count; ++i) {
+            quint32 type = 0, values = 0;
+            if (!name() || !u32(&type) || !u32(&values))
+                return false;
+            const quint64 width = typeSize(type);
+            if (width == 0 || !skipPadded(quint64(values) * width))
+                return false;
+        }
+        return true;
+    }
+};
+
 bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRun* run)
 {
     int scanDim = -1, pointDim = -1;
@@ -220,6 +396,11 @@ bool TAndiMSFile::readMemory(const QByteArray& bytes, TAcquisitionRun* run, cons
     const bool classic = bytes.size() >= 4 && bytes.startsWith("CDF") && (bytes.at(3) == 1 || bytes.at(3) == 2);
     if (!classic) {
         refuse(source, QCoreApplication::translate(Context, "it is not a netCDF file", "ce n'est pas un fichier netCDF"));
+        return false;
+    }
+    const QString damage = ClassicHeader(bytes).check();
+    if (!damage.isEmpty()) {
+        refuse(source, damage);
         return false;
     }
     QByteArray copy = bytes; // the library wants writable memory
