@@ -1,5 +1,6 @@
 #include <tacquisitionrun.h>
 #include <tandimsfile.h>
+#include <tcmfile.h>
 #include <tcsvrunfile.h>
 #include <trecordinglogger.h>
 #include <tsyntheticrun.h>
@@ -87,6 +88,14 @@ private slots:
         QCOMPARE(back.date, run.date);
         QCOMPARE(back.acquisitionSystem, quint32(TAcquisitionRun::SystemFullScan));
 
+        // What a reader gives is ready to become an analysis' acquisition file.
+        const QString tcm = m_dir.filePath("imported.tcm");
+        QVERIFY(TCMFile::save(tcm, back));
+        TCMFile file(tcm);
+        TAcquisitionRun stored;
+        QVERIFY(file.toRun(&stored));
+        QVERIFY(stored == back);
+
         // An empty run survives too.
         TAcquisitionRun empty;
         QVERIFY(TAndiMSFile::write(m_dir.filePath("empty.cdf"), empty));
@@ -112,6 +121,19 @@ private slots:
             QCOMPARE(run.scanCount(), 0);
             QCOMPARE(logger.messages(MessageLoggerInterface::LevelError).size(), 1);
         }
+        // Counts in the header that the bytes cannot hold never reach the
+        // netCDF library (which would try to allocate them): here the length
+        // of the first dimension's name, then the number of variables.
+        QByteArray longName = bytes;
+        QCOMPARE(longName.mid(8, 4), QByteArray("\0\0\0\x0a", 4));
+        longName.replace(16, 4, QByteArray("\xff\xff\xff\xf0", 4));
+        expectRefusal(&TAndiMSFile::read, write("name.cdf", longName), "header is damaged", "en-tête est endommagé");
+        QByteArray manyVariables = bytes;
+        const int variables = manyVariables.indexOf(QByteArray("\0\0\0\x0b\0\0\0\x06", 8));
+        QVERIFY(variables > 0);
+        manyVariables.replace(variables + 4, 4, QByteArray("\x7f\xff\xff\xff", 4));
+        expectRefusal(&TAndiMSFile::read, write("vars.cdf", manyVariables), "header is damaged", "en-tête est endommagé");
+
         // A variable renamed away.
         QByteArray renamed = bytes;
         const int at = renamed.indexOf("point_count");
