@@ -1,0 +1,3 @@
+#include "objectselectorctrlinterface.h"
+
+ObjectSelectorCtrlInterface::~ObjectSelectorCtrlInterface() = default;

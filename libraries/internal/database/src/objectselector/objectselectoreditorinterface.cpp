@@ -1,0 +1,3 @@
+#include "objectselectoreditorinterface.h"
+
+ObjectSelectorEditorInterface::~ObjectSelectorEditorInterface() = default;

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "objectselectoriteminterface.h"
+#include "vndatabase_export.h"
+
+#include <QObject>
+#include <QPixmap>
+#include <QString>
+
+/// The concrete selector item. Its state is also published as Qt properties,
+/// which is how the model, the widget and database-backed subclasses address
+/// items by name. Every property goes through the virtual accessors, so an
+/// override in a subclass takes effect for property access as well.
+///
+/// Besides the declared properties an item may carry dynamic properties
+/// (QObject::setProperty with a new name): the model offers them as filters,
+/// and "MasterName" is the name that text search matches.
+class VNDATABASE_EXPORT ObjectSelectorItem : public QObject, public ObjectSelectorItemInterface
+{
+    Q_OBJECT
+    Q_PROPERTY(bool ISCHECKABLE READ isCheckable WRITE setIsCheckable)
+    Q_PROPERTY(bool ISCHECKED READ isChecked WRITE setChecked)
+    Q_PROPERTY(QString TITLE READ title WRITE setTitle)
+    Q_PROPERTY(QPixmap ICON READ pixmap WRITE setPixmap)
+    Q_PROPERTY(bool ISEXPANDED READ isExpanded WRITE setExpanded)
+    Q_PROPERTY(QString id READ id WRITE setId)
+    Q_PROPERTY(bool ISREADONLY READ isReadOnly WRITE setIsReadOnly)
+
+public:
+    ObjectSelectorItem();
+    ~ObjectSelectorItem() override;
+
+protected:
+    void setIsReadOnly(bool readOnly);
+    bool isReadOnly() const;
+
+    void setId(const QString& id) override;
+    QString id() override;
+    void setIsCheckable(bool checkable) override;
+    bool isCheckable() const override;
+    void setChecked(bool checked) override;
+    bool isChecked() const override;
+    void setTitle(const QString& title) override;
+    QString title() override;
+    void setPixmap(const QPixmap& pixmap) override;
+    QPixmap pixmap() override;
+    bool isExpanded() const override;
+    void setExpanded(bool expanded) override;
+
+private:
+    bool m_readOnly = false;
+    QString m_title;
+    bool m_checkable = false;
+    bool m_checked = false;
+    QPixmap m_pixmap;
+    QString m_id;
+    bool m_expanded = true;
+};

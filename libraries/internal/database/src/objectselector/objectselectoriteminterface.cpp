@@ -1,0 +1,3 @@
+#include "objectselectoriteminterface.h"
+
+ObjectSelectorItemInterface::~ObjectSelectorItemInterface() = default;

@@ -1,0 +1,3 @@
+#include "objectselectormodelinterface.h"
+
+ObjectSelectorModelInterface::~ObjectSelectorModelInterface() = default;
