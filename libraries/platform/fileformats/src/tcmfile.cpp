@@ -406,8 +406,8 @@ int TCMFile::allIonsAtScan(Spectrum* spectrum, unsigned long scan) const
     const int count = scanPoints(scan, &keys, &values);
     if (count < 0)
         return -1;
-    for (int i = 1; i < count; ++i) {
-        if (keys[i] <= keys[i - 1])
+    for (int i = 0; i < count; ++i) {
+        if (keys[i] < d->minKey || keys[i] > d->maxKey || (i > 0 && keys[i] <= keys[i - 1]))
             return -1;
     }
     for (int i = 0; i < count; ++i)

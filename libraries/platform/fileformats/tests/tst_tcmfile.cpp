@@ -166,6 +166,14 @@ private slots:
         }
         QCOMPARE(int(std::lround(keys[base] / 100.0)), 57);
         QVERIFY(molecular);
+
+        // Any scan count, down to none.
+        for (int count : {0, 1, 2}) {
+            dense.scanCount = count;
+            const TAcquisitionRun tiny = TSyntheticRun::generate(dense);
+            QCOMPARE(tiny.scanCount(), count);
+            QVERIFY(tiny.isConsistent());
+        }
     }
 
     void roundTrip_data()
