@@ -1,1 +1,2 @@
 vn_add_test(NAME database.ttree SOURCES tst_ttree.cpp LIBS VN::Database)
+vn_add_test(NAME database.objectselector.model SOURCES tst_objectselectormodel.cpp tst_objectselectorsample.h LIBS VN::Database)
