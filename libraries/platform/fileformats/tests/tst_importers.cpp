@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <netcdf.h>
+
 #include <cmath>
 
 namespace {
@@ -101,6 +103,49 @@ private slots:
         QVERIFY(TAndiMSFile::write(m_dir.filePath("empty.cdf"), empty));
         QVERIFY(TAndiMSFile::read(m_dir.filePath("empty.cdf"), &back));
         QCOMPARE(back.scanCount(), 0);
+    }
+
+    void andiAsDataSystemsWriteIt()
+    {
+        // Integer intensities, masses stored as scaled shorts, times in
+        // minutes, points out of order with a duplicate, no total_intensity.
+        const QString path = m_dir.filePath("system.cdf");
+        int id = -1, scanDim = -1, pointDim = -1, t = -1, idx = -1, cnt = -1, m = -1, in = -1;
+        QCOMPARE(nc_create(QFile::encodeName(path).constData(), NC_CLOBBER, &id), NC_NOERR);
+        nc_def_dim(id, "scan_number", 2, &scanDim);
+        nc_def_dim(id, "point_number", 4, &pointDim);
+        nc_def_var(id, "scan_acquisition_time", NC_FLOAT, 1, &scanDim, &t);
+        nc_def_var(id, "scan_index", NC_INT, 1, &scanDim, &idx);
+        nc_def_var(id, "point_count", NC_INT, 1, &scanDim, &cnt);
+        nc_def_var(id, "mass_values", NC_SHORT, 1, &pointDim, &m);
+        nc_def_var(id, "intensity_values", NC_INT, 1, &pointDim, &in);
+        nc_put_att_text(id, t, "units", 7, "minutes");
+        const double scale = 0.1;
+        nc_put_att_double(id, m, "scale_factor", NC_DOUBLE, 1, &scale);
+        QCOMPARE(nc_enddef(id), NC_NOERR);
+        const float times[] = {1.5f, 1.75f};
+        const int index[] = {0, 3};
+        const int counts[] = {3, 1};
+        const short masses[] = {711, 571, 571, 430};
+        const int intensities[] = {5, 10, 2, 7};
+        nc_put_var_float(id, t, times);
+        nc_put_var_int(id, idx, index);
+        nc_put_var_int(id, cnt, counts);
+        nc_put_var_short(id, m, masses);
+        nc_put_var_int(id, in, intensities);
+        QCOMPARE(nc_close(id), NC_NOERR);
+
+        TAcquisitionRun run;
+        QVERIFY(TAndiMSFile::read(path, &run));
+        QCOMPARE(run.scanCount(), 2);
+        QCOMPARE(run.rtimes.at(1), 1.75);
+        QCOMPARE(run.pointsAtScan(0), 2);
+        QCOMPARE(run.massesAtScan(0)[0], 5710u);
+        QCOMPARE(run.massesAtScan(0)[1], 7110u);
+        QCOMPARE(run.abundancesAtScan(0)[0], 12.0f);
+        QCOMPARE(run.tic.at(0), 17.0);
+        QCOMPARE(run.name, QString("system"));
+        QVERIFY(run.isConsistent());
     }
 
     void andiRefusals()
