@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QMap>
 #include <QMenu>
+#include <QPainter>
 #include <QSplitter>
 #include <QStyle>
 #include <QTextBrowser>
@@ -44,6 +45,21 @@ QString htmlValue(const QString& value)
     return html;
 }
 
+// A magnifying glass for the search line, drawn so that it does not depend
+// on an icon theme being installed.
+QIcon searchIcon(const QPalette& palette)
+{
+    QPixmap pixmap(16, 16);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette.color(QPalette::Text), 1.6));
+    painter.drawEllipse(QRectF(2.5, 2.5, 8, 8));
+    painter.setPen(QPen(palette.color(QPalette::Text), 2.2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(9.5, 9.5), QPointF(13.5, 13.5));
+    return QIcon(pixmap);
+}
+
 class RefreshGuard
 {
 public:
@@ -71,7 +87,7 @@ ObjectSelectorEditor::ObjectSelectorEditor(QWidget* parent, const ObjectSelector
     m_search = new QLineEdit(this);
     m_search->setObjectName(QStringLiteral("searchLine"));
     m_search->setClearButtonEnabled(true);
-    m_search->addAction(style()->standardIcon(QStyle::SP_FileDialogContentsView), QLineEdit::LeadingPosition);
+    m_search->addAction(searchIcon(palette()), QLineEdit::LeadingPosition);
     searchRow->addWidget(m_search, 1);
 
     m_quickFilterMenu = new QMenu(this);
@@ -373,11 +389,25 @@ void ObjectSelectorEditor::applyState(const Row& row)
     const bool hidden = !row.node->isVisible();
     if (row.line->isHidden() != hidden)
         row.line->setHidden(hidden);
-    if (row.node->attribute && row.line->childCount() > 0) {
+    if (row.line->childCount() == 0)
+        return;
+    if (row.node->attribute) {
         const bool expanded = row.node->attribute->isExpanded();
         if (row.line->isExpanded() != expanded)
             row.line->setExpanded(expanded);
     }
+    // Branches read as headings, greyed when a search leaves nothing below them.
+    QFont font = row.line->font(0);
+    if (!font.bold()) {
+        font.setBold(true);
+        row.line->setFont(0, font);
+    }
+    bool anySonShown = false;
+    for (int i = 0; i < row.line->childCount() && !anySonShown; ++i)
+        anySonShown = !row.line->child(i)->isHidden();
+    const QBrush brush = anySonShown ? QBrush() : m_tree->palette().brush(QPalette::Disabled, QPalette::Text);
+    if (row.line->foreground(0) != brush)
+        row.line->setForeground(0, brush);
 }
 
 void ObjectSelectorEditor::updateView()
@@ -387,10 +417,11 @@ void ObjectSelectorEditor::updateView()
         const QSignalBlocker blocker(m_tree);
         if (!treeMatchesModel())
             rebuildTree();
-        for (const Row& row : qAsConst(m_rows)) {
+        for (const Row& row : qAsConst(m_rows))
             applyData(row);
-            applyState(row);
-        }
+        // Sons before their branch, which looks at what shows below it.
+        for (auto it = m_rows.crbegin(); it != m_rows.crend(); ++it)
+            applyState(*it);
     }
     m_tree->viewport()->update();
     updateFilterControls();
@@ -407,8 +438,8 @@ void ObjectSelectorEditor::updateViewData()
         const QSignalBlocker blocker(m_tree);
         if (!treeMatchesModel()) {
             rebuildTree();
-            for (const Row& row : qAsConst(m_rows))
-                applyState(row);
+            for (auto it = m_rows.crbegin(); it != m_rows.crend(); ++it)
+                applyState(*it);
         }
         for (const Row& row : qAsConst(m_rows))
             applyData(row);
