@@ -183,6 +183,7 @@ private slots:
         data.setViewType(Plavo::VIEW_TERNARY);
         QVERIFY(data.decode(root));
         QCOMPARE(data.getViewTypeString(), expected);
+        QCOMPARE(int(data.getViewType()), expected.toInt());
         // Missing keys read as empty texts.
         QVERIFY(data.getToVIName().isEmpty());
     }

@@ -3,6 +3,7 @@
 #include <QList>
 
 #include <cmath>
+#include <limits>
 
 namespace Plavo {
 namespace Xml {
@@ -29,11 +30,21 @@ bool readFiniteDouble(const QString& text, double* value)
 
 bool readFiniteFloat(const QString& text, float* value)
 {
-    bool ok = false;
-    const float v = text.trimmed().toFloat(&ok);
-    if (!ok || !std::isfinite(v))
+    // Read as a double and round once: the shortest text of the largest float
+    // reads back a little above it, which a float reader calls an overflow.
+    double d = 0.0;
+    if (!readFiniteDouble(text, &d))
         return false;
-    *value = v;
+    constexpr double kLargest = double(std::numeric_limits<float>::max());
+    // Halfway between the largest float and the next power of two: beyond
+    // it a double no longer rounds to a finite float.
+    constexpr double kRoundsToLargest = 3.4028235677973366e38;
+    if (std::fabs(d) > kLargest) {
+        if (std::fabs(d) >= kRoundsToLargest)
+            return false;
+        d = d < 0 ? -kLargest : kLargest;
+    }
+    *value = float(d);
     return true;
 }
 

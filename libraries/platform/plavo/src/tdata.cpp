@@ -73,6 +73,11 @@ QColor TData::pointColor(int i) const
     return QColor::fromRgb(QRgb(quint32(clamped)));
 }
 
+void TData::setCurveColor(const QColor& color)
+{
+    m_curveColor = color.isValid() ? QColor::fromRgba(color.rgba()) : QColor();
+}
+
 void TData::setLabels(const QString* labels)
 {
     m_labels.clear();
@@ -122,9 +127,11 @@ bool TData::decode(const QDomElement& element)
     read.m_label = TXMLMethod::getInfoString(element, kLabel);
     const QString colorText = colorElement.text().trimmed();
     if (!colorText.isEmpty()) {
-        read.m_curveColor = QColor(colorText);
-        if (!read.m_curveColor.isValid())
+        // Names may carry up to 16 bits per channel ("#rrrrggggbbbb").
+        const QColor parsed(colorText);
+        if (!parsed.isValid())
             return false;
+        read.setCurveColor(parsed);
     }
 
     QList<QDomElement> points;

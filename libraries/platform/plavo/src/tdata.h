@@ -52,7 +52,8 @@ public:
     const QString& label() const { return m_label; }
     void setLabel(const QString& label) { m_label = label; }
     const QColor& curveColor() const { return m_curveColor; }
-    void setCurveColor(const QColor& color) { m_curveColor = color; }
+    /// Kept at 8 bits per channel, the precision in which documents store it.
+    void setCurveColor(const QColor& color);
 
     /// Appends the series' element under `parent`. Refused (nothing written)
     /// when a value is not finite, since it could not be read back.

@@ -13,7 +13,7 @@ namespace Plavo {
 class VNPLAVO_EXPORT TDataInfo
 {
 public:
-    enum TYPE {
+    enum TYPE : int {
         TYPE_NONE = 0,
         TYPE_NAME = 1,
         TYPE_UNIT = 2,

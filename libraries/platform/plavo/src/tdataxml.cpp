@@ -84,13 +84,15 @@ bool TDataXml::open(const QString& path)
                       .arg(path);
         return false;
     }
-    if (file.size() > Xml::kMaxFileSize) {
+    // Read with a bound rather than trusting the size: devices and pipes report none.
+    const QByteArray bytes = file.read(Xml::kMaxFileSize + 1);
+    if (bytes.size() > Xml::kMaxFileSize) {
         m_error = QCoreApplication::translate("Plavo::TDataXml", "The file <b>%1</b> is too large",
                                               "Le fichier <b>%1</b> est trop volumineux")
                       .arg(path);
         return false;
     }
-    return setContent(file.readAll());
+    return setContent(bytes);
 }
 
 bool TDataXml::setContent(const QByteArray& bytes)

@@ -3,8 +3,9 @@
 namespace Plavo {
 
 /// The kinds of plot a graph viewer draws. The numbers are stored in documents
-/// and records, so they never change.
-enum TYPE_VIEW {
+/// and records, so they never change. Any stored number, known or not, is a
+/// valid value of the type (it has a fixed underlying int).
+enum TYPE_VIEW : int {
     VIEW_NONE = 0,
     VIEW_ORTHOGONAL = 1,
     VIEW_POLAR = 2,

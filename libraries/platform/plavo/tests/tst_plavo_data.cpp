@@ -99,10 +99,12 @@ private slots:
 
     void seriesRoundTripsThroughXml()
     {
-        const float x[] = {1.f / 3.f, 1e-30f, -2.5e20f};
-        const float y[] = {0.f, -0.f, 123456.789f};
+        // The extremes of float included: the shortest text of the largest
+        // float reads back above it as a double.
+        const float x[] = {1.f / 3.f, std::numeric_limits<float>::denorm_min(), -std::numeric_limits<float>::max()};
+        const float y[] = {0.f, -0.f, std::numeric_limits<float>::max()};
         TData data(3, x, y);
-        const float colors[] = {4.2e9f, 0.f, 16777215.f};
+        const float colors[] = {4.2e9f, 0.f, float(QColor(Qt::white).rgb())};
         const QString labels[] = {"a", "", "2->1 & <b>"};
         data.setColor(colors);
         data.setLabels(labels);
@@ -114,6 +116,17 @@ private slots:
         TData read;
         QVERIFY(read.decode(parent.firstChildElement()));
         QVERIFY(read == data);
+
+        // Colours finer than a document holds are kept as it would hold them.
+        TData wide(1, x, y);
+        wide.setCurveColor(QColor(QStringLiteral("#801020630")));
+        QCOMPARE(wide.curveColor(), QColor(0x80, 0x02, 0x63));
+        QDomDocument wideDocument;
+        QDomElement wideParent = root(wideDocument);
+        QVERIFY(wide.encode(wideParent));
+        TData wideRead;
+        QVERIFY(wideRead.decode(wideParent.firstChildElement()));
+        QVERIFY(wideRead == wide);
 
         TData plain(3, x, y);
         QDomDocument second;
@@ -140,6 +153,7 @@ private slots:
         QTest::newRow("x not a number") << head + "<p x='one' y='1'/></points></curve>";
         QTest::newRow("y missing") << head + "<p x='1'/></points></curve>";
         QTest::newRow("x overflows a float") << head + "<p x='1e60' y='1'/></points></curve>";
+        QTest::newRow("just past the largest float") << head + "<p x='3.4028236e38' y='1'/></points></curve>";
         QTest::newRow("infinite") << head + "<p x='inf' y='1'/></points></curve>";
         QTest::newRow("nan") << head + "<p x='nan' y='1'/></points></curve>";
         QTest::newRow("colours on some points") << head + "<p x='1' y='1' c='5'/><p x='2' y='2'/></points></curve>";
