@@ -1,0 +1,43 @@
+#include "cliapplication.h"
+#include "democommand.h"
+#include "eiccommand.h"
+#include "importcommand.h"
+#include "plotcommand.h"
+#include "projectcommand.h"
+#include "spectrumcommand.h"
+#include "ticcommand.h"
+
+#include <tapplicationdata.h>
+
+#include <QGuiApplication>
+
+namespace {
+// Qt's own chatter (platform plugins, fonts) is not for the user of a command
+// line tool; set VNDB_DEBUG to see it.
+void quietQt(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type == QtFatalMsg || qEnvironmentVariableIsSet("VNDB_DEBUG"))
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // Pictures are drawn off screen: no display is needed or used.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(quietQt);
+    QGuiApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("vndb"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VNDB_VERSION));
+    TApplicationData applicationData;
+
+    CliApplication cli;
+    cli.addCommand(new DemoCommand);
+    cli.addCommand(new ProjectCommand);
+    cli.addCommand(new ImportCommand);
+    cli.addCommand(new TicCommand);
+    cli.addCommand(new EicCommand);
+    cli.addCommand(new SpectrumCommand);
+    cli.addCommand(new PlotCommand);
+    return cli.exec(QCoreApplication::arguments().mid(1));
+}

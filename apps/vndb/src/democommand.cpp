@@ -1,0 +1,305 @@
+#include "democommand.h"
+
+#include "analysisdata.h"
+#include "clicontext.h"
+#include "importcommand.h"
+#include "plotpainter.h"
+#include "projectfolder.h"
+
+#include <tacquisitionrun.h>
+#include <tandimsfile.h>
+#include <tcmfile.h>
+#include <tcsvrunfile.h>
+#include <tfile.h>
+#include <tprogressbarmgr.h>
+#include <tsyntheticrun.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <functional>
+
+namespace {
+// The three sample runs: seeds fixed so that every demo shows the same peaks.
+struct Sample
+{
+    const char* analysis;
+    const char* file;
+    TSyntheticRun::Kind kind;
+    quint32 seed;
+    int scans;
+    int points;
+    const char* title;
+};
+const Sample kSamples[] = {
+    {"crude-oil-a", "crude-oil-a.cdf", TSyntheticRun::FullScan, 11, 1800, 120, "Crude oil A (full scan)"},
+    {"crude-oil-b", "crude-oil-b.csv", TSyntheticRun::FullScan, 12, 900, 60, "Crude oil B (full scan)"},
+    {"biomarkers-msms", "biomarkers-msms.tcm", TSyntheticRun::MSMS, 13, 1800, 0, "Biomarkers (MS/MS)"},
+};
+
+QString topPeaks(const AnalysisSeries& series, int count)
+{
+    QVector<int> order(series.x.size());
+    for (int i = 0; i < order.size(); ++i)
+        order[i] = i;
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return series.y.at(a) > series.y.at(b); });
+    QStringList peaks;
+    for (int i = 0; i < std::min(count, int(order.size())); ++i)
+        peaks << QStringLiteral("%1 (%2)").arg(series.labels.value(order.at(i))).arg(series.y.at(order.at(i)), 0, 'f', 0);
+    return peaks.join(QStringLiteral(", "));
+}
+} // namespace
+
+QString DemoCommand::summary() const
+{
+    return tr("make a sample workspace and walk through the main job", "crée un espace de démonstration et parcourt le travail principal");
+}
+
+QString DemoCommand::description() const
+{
+    return tr("DIR defaults to ./vndb-demo. It receives inputs/ (sample ANDI netCDF, CSV and MS/MS files),\n"
+              "project/ (the project and its analyses) and plots/ (the pictures drawn). Running the demo again\n"
+              "keeps the files that exist.",
+              "DIR vaut ./vndb-demo par défaut. Il reçoit inputs/ (fichiers d'exemple ANDI netCDF, CSV et MS/MS),\n"
+              "project/ (le projet et ses analyses) et plots/ (les images dessinées). Relancer la démonstration\n"
+              "garde les fichiers existants.");
+}
+
+void DemoCommand::step(const QString& title)
+{
+    ++m_step;
+    m_context->print();
+    m_context->print(QStringLiteral("[%1/%2] %3").arg(m_step).arg(m_steps).arg(title));
+    QJsonObject entry;
+    entry.insert(QStringLiteral("step"), title);
+    entry.insert(QStringLiteral("lines"), QJsonArray());
+    m_log.append(entry);
+}
+
+void DemoCommand::say(const QString& line)
+{
+    m_context->print(QStringLiteral("      ") + line);
+    if (m_log.isEmpty())
+        return;
+    QJsonObject entry = m_log.last().toObject();
+    QJsonArray lines = entry.value(QStringLiteral("lines")).toArray();
+    lines.append(line);
+    entry.insert(QStringLiteral("lines"), lines);
+    m_log.replace(m_log.size() - 1, entry);
+}
+
+int DemoCommand::run(CliContext& context, const CliArguments& arguments)
+{
+    m_context = &context;
+    m_step = 0;
+    m_log = QJsonArray();
+    const QString dir = arguments.positionals().value(0, defaultFolder());
+    m_root = QDir::cleanPath(QFileInfo(dir).absoluteFilePath());
+    m_project = m_root + QStringLiteral("/project");
+    if (QFileInfo(m_root).exists() && !QFileInfo(m_root).isDir())
+        return context.refuse(tr("'%1' is not a folder", "'%1' n'est pas un dossier").arg(m_root));
+    for (const QString& sub : {QStringLiteral("/inputs"), QStringLiteral("/project"), QStringLiteral("/plots")}) {
+        if (!TFile::mkdirs(m_root + sub, false))
+            return context.refuse(tr("cannot create the folder '%1'", "impossible de créer le dossier '%1'").arg(m_root + sub));
+    }
+    context.print(tr("Demo workspace: %1", "Espace de démonstration : %1").arg(m_root));
+
+    const QList<std::function<bool()>> steps = {
+        [this] { return makeInputs(); },
+        [this] { return importAnalyses(); },
+        [this] { return checkProject(); },
+        [this] { return showData(); },
+        [this] { return drawPlots(); },
+    };
+    m_steps = steps.size();
+    for (const auto& run : steps) {
+        if (!run())
+            return context.refuse(m_error);
+    }
+    context.print();
+    context.print(tr("Done. Try: vndb plot %1 crude-oil-a --eic 217 -o steranes.png",
+                     "Terminé. Essayez : vndb plot %1 crude-oil-a --eic 217 -o steranes.png")
+                      .arg(m_project));
+    QJsonObject json;
+    json.insert(QStringLiteral("workspace"), m_root);
+    json.insert(QStringLiteral("project"), m_project);
+    json.insert(QStringLiteral("steps"), m_log);
+    context.printJson(json);
+    return CliContext::Success;
+}
+
+bool DemoCommand::makeInputs()
+{
+    step(tr("Sample instrument files", "Fichiers d'instrument d'exemple"));
+    TProgressBarMgr progress(int(std::size(kSamples)), tr("Generating runs", "Génération des acquisitions"));
+    int done = 0;
+    for (const Sample& sample : kSamples) {
+        const QString path = m_root + QStringLiteral("/inputs/") + QLatin1String(sample.file);
+        if (QFileInfo::exists(path)) {
+            say(tr("%1: kept", "%1 : conservé").arg(QLatin1String(sample.file)));
+            progress.setProgress(++done);
+            continue;
+        }
+        TSyntheticRun::Options options;
+        options.kind = sample.kind;
+        options.seed = sample.seed;
+        options.scanCount = sample.scans;
+        if (sample.points > 0)
+            options.pointsPerScan = sample.points;
+        options.name = QLatin1String(sample.title);
+        const TAcquisitionRun run = TSyntheticRun::generate(options);
+        bool ok = false;
+        QString what;
+        if (path.endsWith(QLatin1String(".cdf"))) {
+            ok = TAndiMSFile::write(path, run);
+            what = QStringLiteral("ANDI netCDF");
+        } else if (path.endsWith(QLatin1String(".csv"))) {
+            ok = TCSVRunFile::write(path, run);
+            what = QStringLiteral("CSV");
+        } else {
+            ok = TCMFile::save(path, run, &m_error);
+            what = QStringLiteral("MS/MS TCM");
+        }
+        if (!ok) {
+            m_error = tr("cannot write the sample file '%1'", "impossible d'écrire le fichier d'exemple '%1'").arg(path);
+            return false;
+        }
+        say(tr("%1: %2, %3 scans, %4", "%1 : %2, %3 scans, %4")
+                .arg(QLatin1String(sample.file), what)
+                .arg(run.scanCount())
+                .arg(QLatin1String(sample.title)));
+        progress.setProgress(++done);
+    }
+    return true;
+}
+
+bool DemoCommand::importAnalyses()
+{
+    step(tr("Import into the project", "Import dans le projet"));
+    const ProjectFolder project(m_project);
+    for (const Sample& sample : kSamples) {
+        const QString analysis = QLatin1String(sample.analysis);
+        if (project.hasAnalysis(analysis)) {
+            say(tr("%1: already in the project, kept", "%1 : déjà dans le projet, conservée").arg(analysis));
+            continue;
+        }
+        TAcquisitionRun run;
+        QString format;
+        if (!ImportCommand::importFile(m_project, m_root + QStringLiteral("/inputs/") + QLatin1String(sample.file),
+                                       analysis, &run, &format, &m_error))
+            return false;
+        say(tr("%1 <- %2 (%3): %4 scans, %5 points", "%1 <- %2 (%3) : %4 scans, %5 points")
+                .arg(analysis, QLatin1String(sample.file), format)
+                .arg(run.scanCount())
+                .arg(run.pointCount()));
+    }
+    return true;
+}
+
+bool DemoCommand::checkProject()
+{
+    step(tr("Project structure", "Structure du projet"));
+    // The structure check and repair of the project database takes this
+    // place once the build has it; until then the demo shows the folders.
+    const ProjectFolder project(m_project);
+    for (const QString& analysis : project.analyses()) {
+        TCMFile file;
+        if (!file.open(project.acquisitionFile(analysis))) {
+            m_error = tr("the acquisition file of analysis '%1' is damaged (%2)",
+                         "le fichier d'acquisition de l'analyse '%1' est endommagé (%2)")
+                          .arg(analysis, file.errorString());
+            return false;
+        }
+        say(tr("%1/%2.tcm: %3 scans, acquisition system %4, m/z %5 to %6",
+               "%1/%2.tcm : %3 scans, système d'acquisition %4, m/z %5 à %6")
+                .arg(QDir(m_project).relativeFilePath(project.analysisPath(analysis)), analysis)
+                .arg(file.nbScans())
+                .arg(file.acquisitionSystem())
+                .arg(file.lowMass(), 0, 'f', 2)
+                .arg(file.highMass(), 0, 'f', 2));
+    }
+    return true;
+}
+
+bool DemoCommand::showData()
+{
+    step(tr("Signals of crude-oil-a and biomarkers-msms", "Signaux de crude-oil-a et biomarkers-msms"));
+    const ProjectFolder project(m_project);
+    AnalysisData oil;
+    AnalysisSeries tic, spectrum, eic;
+    if (!oil.open(project, QStringLiteral("crude-oil-a"), &m_error) || !oil.tic(&tic, &m_error))
+        return false;
+    const int apex = tic.apex();
+    say(tr("TIC: %1 scans, highest at scan %2 (%3 min)", "TIC : %1 scans, maximum au scan %2 (%3 min)")
+            .arg(tic.x.size())
+            .arg(apex)
+            .arg(tic.x.value(apex), 0, 'f', 2));
+    if (!oil.spectrum(apex, apex, &spectrum, &m_error))
+        return false;
+    say(tr("spectrum at scan %1: %2 masses; largest %3", "spectre au scan %1 : %2 masses ; les plus fortes %3")
+            .arg(apex)
+            .arg(spectrum.x.size())
+            .arg(topPeaks(spectrum, 5)));
+    if (!oil.eic(191.0, 0.5, &eic, &m_error))
+        return false;
+    const int hopane = eic.apex();
+    say(tr("EIC m/z 191 (hopanes): highest at %1 min, abundance %2",
+           "EIC m/z 191 (hopanes) : maximum à %1 min, abondance %2")
+            .arg(eic.x.value(hopane), 0, 'f', 2)
+            .arg(eic.y.value(hopane), 0, 'f', 0));
+
+    AnalysisData msms;
+    AnalysisSeries msmsTic, transitions;
+    if (!msms.open(project, QStringLiteral("biomarkers-msms"), &m_error) || !msms.tic(&msmsTic, &m_error))
+        return false;
+    const int msmsApex = msmsTic.apex();
+    if (!msms.spectrum(msmsApex, msmsApex, &transitions, &m_error))
+        return false;
+    say(tr("MS/MS at scan %1: %2 transitions; largest %3", "MS/MS au scan %1 : %2 transitions ; les plus fortes %3")
+            .arg(msmsApex)
+            .arg(transitions.x.size())
+            .arg(topPeaks(transitions, 3)));
+    return true;
+}
+
+bool DemoCommand::drawPlots()
+{
+    step(tr("Plots", "Graphiques"));
+    const ProjectFolder project(m_project);
+    struct Plot
+    {
+        QString analysis;
+        QString file;
+        std::function<bool(AnalysisData&, AnalysisSeries*, QString*)> make;
+    };
+    const QList<Plot> plots = {
+        {QStringLiteral("crude-oil-a"), QStringLiteral("crude-oil-a-tic.png"),
+         [](AnalysisData& d, AnalysisSeries* s, QString* e) { return d.tic(s, e); }},
+        {QStringLiteral("crude-oil-a"), QStringLiteral("crude-oil-a-eic191.png"),
+         [](AnalysisData& d, AnalysisSeries* s, QString* e) { return d.eic(191.0, 0.5, s, e); }},
+        {QStringLiteral("crude-oil-b"), QStringLiteral("crude-oil-b-spectrum.svg"),
+         [](AnalysisData& d, AnalysisSeries* s, QString* e) {
+             AnalysisSeries tic;
+             return d.tic(&tic, e) && d.spectrum(tic.apex(), tic.apex(), s, e);
+         }},
+        {QStringLiteral("biomarkers-msms"), QStringLiteral("biomarkers-msms-spectrum.png"),
+         [](AnalysisData& d, AnalysisSeries* s, QString* e) {
+             AnalysisSeries tic;
+             return d.tic(&tic, e) && d.spectrum(tic.apex(), tic.apex(), s, e);
+         }},
+    };
+    for (const Plot& plot : plots) {
+        AnalysisData data;
+        AnalysisSeries series;
+        if (!data.open(project, plot.analysis, &m_error) || !plot.make(data, &series, &m_error))
+            return false;
+        const QString path = m_root + QStringLiteral("/plots/") + plot.file;
+        PlotPainter painter(series);
+        if (!painter.write(path, QSize(1200, 700), &m_error))
+            return false;
+        say(tr("%1: %2", "%1 : %2").arg(QStringLiteral("plots/") + plot.file, painter.title()));
+    }
+    return true;
+}

@@ -1,0 +1,102 @@
+#include "plotcommand.h"
+
+#include "analysisdata.h"
+#include "clicontext.h"
+#include "eiccommand.h"
+#include "plotpainter.h"
+#include "projectfolder.h"
+#include "spectrumcommand.h"
+
+#include <QFileInfo>
+#include <QJsonObject>
+
+QString PlotCommand::summary() const
+{
+    return tr("draw a chromatogram or a spectrum as a PNG or SVG picture",
+              "dessine un chromatogramme ou un spectre en image PNG ou SVG");
+}
+
+QList<CliOption> PlotCommand::options() const
+{
+    return {
+        CliOption{QStringLiteral("tic"), QChar(), 0, QString(), tr("total-ion chromatogram", "chromatogramme du courant ionique total")},
+        CliOption{QStringLiteral("eic"), QChar(), 1, QStringLiteral("MASS"), tr("extracted-ion chromatogram of m/z MASS", "chromatogramme de l'ion extrait m/z MASSE")},
+        CliOption{QStringLiteral("window"), QLatin1Char('w'), 1, QStringLiteral("W"), tr("half-width of the mass window (default 0.5)", "demi-largeur de la fenêtre de masse (0,5 par défaut)")},
+        CliOption{QStringLiteral("spectrum"), QChar(), 2, QStringLiteral("FIRST [LAST]"), tr("spectrum of a scan or mean of a range", "spectre d'un scan ou moyenne d'une plage")},
+        CliOption{QStringLiteral("output"), QLatin1Char('o'), 1, QStringLiteral("FILE"), tr("picture to write (.png or .svg)", "image à écrire (.png ou .svg)")},
+        CliOption{QStringLiteral("size"), QChar(), 1, QStringLiteral("WxH"), tr("picture size in pixels (default 1200x700)", "taille de l'image en pixels (1200x700 par défaut)")},
+        CliOption{QStringLiteral("title"), QChar(), 1, QStringLiteral("TEXT"), tr("title instead of the analysis and signal", "titre à la place de l'analyse et du signal")},
+    };
+}
+
+int PlotCommand::run(CliContext& context, const CliArguments& arguments)
+{
+    const int kinds = int(arguments.isSet(QStringLiteral("tic"))) + int(arguments.isSet(QStringLiteral("eic")))
+                      + int(arguments.isSet(QStringLiteral("spectrum")));
+    if (kinds != 1)
+        return context.usageError(tr("choose one of --tic, --eic MASS and --spectrum FIRST [LAST]",
+                                     "choisir une option parmi --tic, --eic MASSE et --spectrum PREMIER [DERNIER]"),
+                                  name());
+    const QString output = arguments.value(QStringLiteral("output"));
+    if (output.isEmpty())
+        return context.usageError(tr("the picture file is missing (-o FILE.png|.svg)",
+                                     "le fichier image manque (-o FICHIER.png|.svg)"),
+                                  name());
+    QString error;
+    if (!PlotPainter::isSupportedFile(output))
+        return context.usageError(tr("'%1': the picture must be a .png or .svg file",
+                                     "'%1' : l'image doit être un fichier .png ou .svg")
+                                      .arg(output),
+                                  name());
+    QSize size = defaultSize();
+    if (arguments.isSet(QStringLiteral("size"))) {
+        const QStringList parts = arguments.value(QStringLiteral("size")).toLower().split(QLatin1Char('x'));
+        int w = 0, h = 0;
+        if (parts.size() != 2 || !CliArguments::toIndex(parts.at(0), &w) || !CliArguments::toIndex(parts.at(1), &h))
+            return context.usageError(tr("'%1' is not a size like 1200x700", "'%1' n'est pas une taille comme 1200x700")
+                                          .arg(arguments.value(QStringLiteral("size"))),
+                                      name());
+        size = QSize(w, h);
+    }
+    double mass = 0.0, window = EicCommand::DefaultWindow;
+    int first = 0, last = 0;
+    if (arguments.isSet(QStringLiteral("eic"))
+        && !EicCommand::readMass(arguments.value(QStringLiteral("eic")), arguments, &mass, &window, &error))
+        return context.usageError(error, name());
+    if (arguments.isSet(QStringLiteral("spectrum"))) {
+        const QStringList scans = arguments.values(QStringLiteral("spectrum"));
+        if (!SpectrumCommand::readScans(scans.value(0), scans.value(1), &first, &last, &error))
+            return context.usageError(error, name());
+    }
+
+    const QString analysis = arguments.positionals().at(1);
+    AnalysisData data;
+    AnalysisSeries series;
+    bool ok = data.open(ProjectFolder(arguments.positionals().at(0)), analysis, &error);
+    if (ok && arguments.isSet(QStringLiteral("tic")))
+        ok = data.tic(&series, &error);
+    else if (ok && arguments.isSet(QStringLiteral("eic")))
+        ok = data.eic(mass, window, &series, &error);
+    else if (ok)
+        ok = data.spectrum(first, last, &series, &error);
+    if (!ok)
+        return context.refuse(error);
+
+    PlotPainter painter(series);
+    if (arguments.isSet(QStringLiteral("title")))
+        painter.setTitle(arguments.value(QStringLiteral("title")));
+    if (!painter.write(output, size, &error))
+        return context.refuse(error);
+    context.print(tr("Wrote %1 (%2, %3x%4)", "Écrit %1 (%2, %3x%4)")
+                      .arg(QFileInfo(output).absoluteFilePath(), painter.title())
+                      .arg(size.width())
+                      .arg(size.height()));
+    QJsonObject json;
+    json.insert(QStringLiteral("file"), QFileInfo(output).absoluteFilePath());
+    json.insert(QStringLiteral("title"), painter.title());
+    json.insert(QStringLiteral("width"), size.width());
+    json.insert(QStringLiteral("height"), size.height());
+    json.insert(QStringLiteral("points"), series.x.size());
+    context.printJson(json);
+    return CliContext::Success;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "clicommand.h"
+
+/// `vndb project list|check|sync DIR [--read-only]`: the analyses of a project
+/// and its structure. The checks and the SQL-root synchronisation are the
+/// project database's; they run only in a build that has it.
+class ProjectCommand : public CliCommand
+{
+    Q_OBJECT
+public:
+    QString name() const override { return QStringLiteral("project"); }
+    QString synopsis() const override { return QStringLiteral("list|check|sync DIR [--read-only]"); }
+    QString summary() const override;
+    QString description() const override;
+    QList<CliOption> options() const override;
+    int minimumPositionals() const override { return 2; }
+    int maximumPositionals() const override { return 2; }
+    int run(CliContext& context, const CliArguments& arguments) override;
+
+private:
+    int list(CliContext& context, const QString& dir);
+};

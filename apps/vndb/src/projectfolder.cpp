@@ -1,0 +1,147 @@
+#include "projectfolder.h"
+
+#include <tacquisitionrun.h>
+#include <tcmfile.h>
+#include <tdescriptionacquisition.h>
+#include <tfile.h>
+#include <vnobject2analysis.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+ProjectFolder::ProjectFolder(const QString& path)
+    : m_path(QDir::cleanPath(QFileInfo(path).absoluteFilePath()))
+{
+}
+
+bool ProjectFolder::exists(QString* error) const
+{
+    const QFileInfo info(m_path);
+    if (info.isDir())
+        return true;
+    *error = info.exists() ? tr("'%1' is not a folder", "'%1' n'est pas un dossier").arg(m_path)
+                           : tr("project folder '%1' does not exist", "le dossier de projet '%1' n'existe pas")
+                                 .arg(m_path);
+    return false;
+}
+
+QString ProjectFolder::analysesPath() const
+{
+    return m_path + QLatin1Char('/') + VNObject2Analysis::folderName();
+}
+
+QString ProjectFolder::analysisPath(const QString& name) const
+{
+    return analysesPath() + QLatin1Char('/') + name;
+}
+
+QString ProjectFolder::acquisitionFile(const QString& name) const
+{
+    return analysisPath(name) + QLatin1Char('/') + name + QStringLiteral(".tcm");
+}
+
+QString ProjectFolder::descriptionFile(const QString& name) const
+{
+    return analysisPath(name) + QLatin1Char('/') + QLatin1String(TDescriptionAcquisition::fileName());
+}
+
+QStringList ProjectFolder::analyses() const
+{
+    return QDir(analysesPath()).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+bool ProjectFolder::hasAnalysis(const QString& name) const
+{
+    return isValidName(name, nullptr) && QFileInfo(analysisPath(name)).isDir();
+}
+
+QString ProjectFolder::findAcquisitionFile(const QString& name, QString* error) const
+{
+    if (!exists(error))
+        return QString();
+    if (!hasAnalysis(name)) {
+        *error = tr("unknown analysis '%1' in project '%2'", "analyse '%1' inconnue dans le projet '%2'")
+                     .arg(name, m_path);
+        return QString();
+    }
+    const QString file = acquisitionFile(name);
+    if (!QFileInfo(file).isFile()) {
+        *error = tr("analysis '%1' has no acquisition file (%2)", "l'analyse '%1' n'a pas de fichier d'acquisition (%2)")
+                     .arg(name, file);
+        return QString();
+    }
+    return file;
+}
+
+bool ProjectFolder::isValidName(const QString& name, QString* error)
+{
+    bool valid = !name.trimmed().isEmpty() && name == name.trimmed() && name.size() <= 120
+                 && !name.startsWith(QLatin1Char('.'));
+    for (const QChar c : name) {
+        if (c == QLatin1Char('/') || c == QLatin1Char('\\') || c == QLatin1Char(':') || c.category() == QChar::Other_Control)
+            valid = false;
+    }
+    if (!valid && error)
+        *error = QCoreApplication::translate("ProjectFolder",
+                                             "'%1' is not a valid analysis name (no separators, no leading dot)",
+                                             "'%1' n'est pas un nom d'analyse valide (ni séparateur, ni point initial)")
+                     .arg(name);
+    return valid;
+}
+
+bool ProjectFolder::addAnalysis(const QString& name, const TAcquisitionRun& run, QString* error) const
+{
+    if (!exists(error) || !isValidName(name, error))
+        return false;
+    if (QFileInfo::exists(analysisPath(name))) {
+        *error = tr("analysis '%1' already exists in project '%2'", "l'analyse '%1' existe déjà dans le projet '%2'")
+                     .arg(name, m_path);
+        return false;
+    }
+    QString why;
+    if (!run.isConsistent(&why)) {
+        *error = tr("the acquisition is inconsistent: %1", "l'acquisition est incohérente : %1").arg(why);
+        return false;
+    }
+    const bool createdAnalyses = !QFileInfo::exists(analysesPath());
+    if (!TFile::mkdirs(analysesPath(), false)) {
+        *error = tr("cannot create the folder '%1'", "impossible de créer le dossier '%1'").arg(analysesPath());
+        return false;
+    }
+    // Work in a hidden sibling folder: listing skips it, and renaming it into
+    // place is the one step that makes the analysis appear.
+    const QString work = analysesPath() + QStringLiteral("/.%1.%2.part").arg(name).arg(QCoreApplication::applicationPid());
+    QDir(work).removeRecursively();
+    const QString file = work + QLatin1Char('/') + name + QStringLiteral(".tcm");
+    TAcquisitionRun named = run;
+    named.name = name;
+    TDescriptionAcquisition description = TDescriptionAcquisition::fromRun(named);
+    bool ok = TFile::mkdirs(work, false);
+    if (!ok)
+        why = tr("cannot create the folder '%1'", "impossible de créer le dossier '%1'").arg(work);
+    if (ok && !TCMFile::save(file, named, &why))
+        ok = false;
+    if (ok && !description.save(work + QLatin1Char('/') + QLatin1String(TDescriptionAcquisition::fileName()))) {
+        why = tr("cannot write the acquisition description", "impossible d'écrire la description de l'acquisition");
+        ok = false;
+    }
+    if (ok) {
+        TCMFile check;
+        if (!check.open(file) || !check.verify()) {
+            why = check.errorString();
+            ok = false;
+        }
+    }
+    if (ok && !QDir().rename(work, analysisPath(name))) {
+        why = tr("cannot move the new analysis into place", "impossible de mettre la nouvelle analyse en place");
+        ok = false;
+    }
+    if (!ok) {
+        QDir(work).removeRecursively();
+        if (createdAnalyses)
+            QDir().rmdir(analysesPath());
+        *error = tr("cannot add analysis '%1': %2", "impossible d'ajouter l'analyse '%1' : %2").arg(name, why);
+    }
+    return ok;
+}
