@@ -10,7 +10,7 @@ CliCommand::~CliCommand() = default;
 QString CliCommand::helpText() const
 {
     QStringList lines;
-    lines << tr("Usage:", "Utilisation :") + QStringLiteral(" vndb %1 %2").arg(name(), synopsis()).trimmed();
+    lines << tr("Usage:", "Utilisation :") + QStringLiteral(" vndb ") + (name() + QLatin1Char(' ') + synopsis()).trimmed();
     lines << QString() << summary();
     if (!description().isEmpty())
         lines << QString() << description();

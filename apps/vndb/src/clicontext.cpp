@@ -49,7 +49,7 @@ int CliContext::refuse(const QString& message)
     QString line = oneLine(message);
     const QString reason = takeProblem();
     if (!reason.isEmpty() && !line.contains(reason))
-        line += QStringLiteral(": ") + reason;
+        line = QCoreApplication::translate("CliContext", "%1: %2", "%1 : %2").arg(line, reason);
     m_held.clear();
     writeLine(stderr, QStringLiteral("vndb: ") + line);
     return Refused;

@@ -70,8 +70,8 @@ bool RunImporter::read(const QString& path, TAcquisitionRun* run, Format* format
         return false;
     }
     if (!ok) {
-        const QString reason = error->isEmpty() ? QString() : QStringLiteral(": ") + *error;
-        *error = tr("cannot read '%1' as %2", "impossible de lire '%1' comme %2").arg(path, formatName(*format)) + reason;
+        const QString what = tr("cannot read '%1' as %2", "impossible de lire '%1' comme %2").arg(path, formatName(*format));
+        *error = error->isEmpty() ? what : tr("%1: %2", "%1 : %2").arg(what, *error);
         return false;
     }
     *run = read;

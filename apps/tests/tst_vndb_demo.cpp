@@ -1,0 +1,87 @@
+// vndb demo: a workspace that the other commands can use, made again safely.
+#include "vndbrunner.h"
+
+#include <QDir>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QtTest>
+
+class TestVndbDemo : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void demoBuildsAWorkspaceAndCanRunTwice()
+    {
+        QTemporaryDir tmp;
+        QVERIFY(tmp.isValid());
+        // The default folder is ./vndb-demo, in the folder vndb runs from.
+        const VndbResult first = VndbRunner::run({QStringLiteral("demo")}, tmp.path());
+        QCOMPARE(first.exitCode, 0);
+        QVERIFY2(first.err.isEmpty(), qPrintable(first.err));
+        const QString root = tmp.filePath(QStringLiteral("vndb-demo"));
+        for (const QString& analysis : {QStringLiteral("crude-oil-a"), QStringLiteral("crude-oil-b"),
+                                        QStringLiteral("biomarkers-msms")}) {
+            QVERIFY2(QFile::exists(QStringLiteral("%1/project/Analyses/%2/%2.tcm").arg(root, analysis)), qPrintable(analysis));
+            QVERIFY(QFile::exists(QStringLiteral("%1/project/Analyses/%2/acquisition.xml").arg(root, analysis)));
+        }
+        QVERIFY(first.out.contains(QLatin1String("ANDI netCDF")));
+        QVERIFY(first.out.contains(QLatin1String("EIC m/z 191")));
+        QVERIFY(first.out.contains(QLatin1String("->")));
+        QImage tic;
+        QVERIFY(tic.load(root + QStringLiteral("/plots/crude-oil-a-tic.png")));
+        QCOMPARE(tic.size(), QSize(1200, 700));
+
+        // Again: the analyses are kept as they were, the walkthrough is the same.
+        const auto analyses = VndbRunner::snapshot(root + QStringLiteral("/project"));
+        const VndbResult second = VndbRunner::run({QStringLiteral("demo"), root, QStringLiteral("--json")});
+        QCOMPARE(second.exitCode, 0);
+        QCOMPARE(VndbRunner::snapshot(root + QStringLiteral("/project")), analyses);
+        const QJsonObject json = QJsonDocument::fromJson(second.out.toUtf8()).object();
+        QCOMPARE(json.value(QStringLiteral("project")).toString(), root + QStringLiteral("/project"));
+        const QJsonArray steps = json.value(QStringLiteral("steps")).toArray();
+        QVERIFY(steps.size() >= 5);
+        const QString imports = QString::fromUtf8(QJsonDocument(steps.at(1).toObject()).toJson());
+        QCOMPARE(imports.count(QLatin1String("kept")), 3);
+
+        // The workspace serves the other commands.
+        const VndbResult spectrum = VndbRunner::run({QStringLiteral("spectrum"), root + QStringLiteral("/project"),
+                                                     QStringLiteral("crude-oil-b"), QStringLiteral("100")});
+        QCOMPARE(spectrum.exitCode, 0);
+    }
+
+    void demoRefusesAFileInPlaceOfItsFolder()
+    {
+        QTemporaryDir tmp;
+        const QString file = tmp.filePath(QStringLiteral("taken"));
+        QVERIFY(VndbRunner::writeFile(file, "x"));
+        const VndbResult result = VndbRunner::run({QStringLiteral("demo"), file});
+        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(result.errLines().size(), 1);
+        QCOMPARE(VndbRunner::readFile(file), QByteArray("x"));
+    }
+
+    void demoStopsOnADamagedAnalysis()
+    {
+        QTemporaryDir tmp;
+        const QString root = tmp.filePath(QStringLiteral("ws"));
+        QCOMPARE(VndbRunner::run({QStringLiteral("demo"), root}).exitCode, 0);
+        const QString tcm = root + QStringLiteral("/project/Analyses/crude-oil-a/crude-oil-a.tcm");
+        QByteArray bytes = VndbRunner::readFile(tcm);
+        bytes.chop(100);
+        QVERIFY(VndbRunner::writeFile(tcm, bytes));
+        const VndbResult result = VndbRunner::run({QStringLiteral("demo"), root});
+        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(result.errLines().size(), 1);
+        QVERIFY2(result.err.contains(QLatin1String("crude-oil-a")) && result.err.contains(QLatin1String("damaged")),
+                 qPrintable(result.err));
+        // The damaged file is reported, not replaced behind the user's back.
+        QCOMPARE(VndbRunner::readFile(tcm), bytes);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestVndbDemo)
+#include "tst_vndb_demo.moc"

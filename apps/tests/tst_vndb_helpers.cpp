@@ -1,0 +1,122 @@
+// Axis ticks and argument words: the pieces of vndb that are pure functions.
+#include "cliarguments.h"
+#include "nicescale.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <limits>
+
+class TestVndbHelpers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ticksCoverTheRangeAtRoundSteps_data()
+    {
+        QTest::addColumn<double>("low");
+        QTest::addColumn<double>("high");
+        QTest::addColumn<int>("wished");
+        QTest::newRow("minutes") << 5.0 << 65.0 << 13;
+        QTest::newRow("abundance") << 0.0 << 1.27e7 << 6;
+        QTest::newRow("tiny") << 0.0012 << 0.0047 << 5;
+        QTest::newRow("negative") << -3.3 << 7.1 << 6;
+        QTest::newRow("reversed") << 10.0 << 2.0 << 5;
+        QTest::newRow("flat") << 42.0 << 42.0 << 5;
+        QTest::newRow("zero") << 0.0 << 0.0 << 5;
+        QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN() << 1.0 << 5;
+    }
+
+    void ticksCoverTheRangeAtRoundSteps()
+    {
+        QFETCH(double, low);
+        QFETCH(double, high);
+        QFETCH(int, wished);
+        const NiceScale scale(low, high, wished);
+        const QVector<double> ticks = scale.ticks();
+        QVERIFY(ticks.size() >= 2);
+        QVERIFY(ticks.size() <= 2 * wished + 1);
+        if (std::isfinite(low)) {
+            QVERIFY(scale.minimum() <= std::min(low, high) + 1e-12);
+            QVERIFY(scale.maximum() >= std::max(low, high) - 1e-12);
+        }
+        // The step is 1, 2, 2.5 or 5 times a power of ten.
+        const double mantissa = scale.step() / std::pow(10.0, std::floor(std::log10(scale.step())));
+        QVERIFY2(std::fabs(mantissa - 1) < 1e-9 || std::fabs(mantissa - 2) < 1e-9 || std::fabs(mantissa - 2.5) < 1e-9
+                     || std::fabs(mantissa - 5) < 1e-9,
+                 qPrintable(QString::number(scale.step())));
+        // Labels are short and distinct: no float noise, no repeated text.
+        QStringList labels;
+        for (double t : ticks)
+            labels << scale.label(t);
+        QCOMPARE(QSet<QString>(labels.begin(), labels.end()).size(), labels.size());
+        for (const QString& label : labels) {
+            QVERIFY2(label.size() <= 8, qPrintable(label));
+            QVERIFY(label != QLatin1String("-0"));
+        }
+    }
+
+    void knownScalesReadAsPeopleWriteThem()
+    {
+        const NiceScale minutes(5.0, 65.0, 13);
+        QCOMPARE(minutes.step(), 5.0);
+        QCOMPARE(minutes.label(minutes.ticks().first()), QStringLiteral("5"));
+        QCOMPARE(minutes.label(65.0), QStringLiteral("65"));
+        const NiceScale small(0.0, 1.0, 5);
+        QCOMPARE(small.step(), 0.25);
+        QCOMPARE(small.label(0.75), QStringLiteral("0.75"));
+        QCOMPARE(NiceScale(0.0, 0.3, 4).label(0.30000000000000004), QStringLiteral("0.3"));
+        QCOMPARE(NiceScale::displayExponent(9999.0), 0);
+        QCOMPARE(NiceScale::displayExponent(12700000.0), 7);
+        QCOMPARE(NiceScale::niceNumber(0.0, true), 1.0);
+        QCOMPARE(NiceScale::niceNumber(3.2, false), 5.0);
+    }
+
+    void argumentsAreSplitIntoOptionsAndWords()
+    {
+        const QList<CliOption> options = {CliOption{QStringLiteral("tic"), QChar(), 0, QString(), QString()},
+                                          CliOption{QStringLiteral("output"), QLatin1Char('o'), 1, QString(), QString()},
+                                          CliOption{QStringLiteral("spectrum"), QChar(), 2, QString(), QString()}};
+        CliArguments arguments;
+        QString error;
+        QVERIFY(arguments.parse({QStringLiteral("dir"), QStringLiteral("--spectrum"), QStringLiteral("10"),
+                                 QStringLiteral("20"), QStringLiteral("name"), QStringLiteral("-o"), QStringLiteral("a.png")},
+                                options, &error));
+        QCOMPARE(arguments.positionals(), (QStringList{QStringLiteral("dir"), QStringLiteral("name")}));
+        QCOMPARE(arguments.values(QStringLiteral("spectrum")), (QStringList{QStringLiteral("10"), QStringLiteral("20")}));
+        QCOMPARE(arguments.value(QStringLiteral("output")), QStringLiteral("a.png"));
+        QVERIFY(!arguments.isSet(QStringLiteral("tic")));
+
+        // The optional second value is taken only when it is a number.
+        QVERIFY(arguments.parse({QStringLiteral("--spectrum=7"), QStringLiteral("x"), QStringLiteral("--tic")}, options, &error));
+        QCOMPARE(arguments.values(QStringLiteral("spectrum")), QStringList{QStringLiteral("7")});
+        QCOMPARE(arguments.positionals(), QStringList{QStringLiteral("x")});
+        QVERIFY(arguments.isSet(QStringLiteral("tic")));
+
+        // Negative numbers and words after "--" are words, not options.
+        QVERIFY(arguments.parse({QStringLiteral("-5"), QStringLiteral("--"), QStringLiteral("--tic")}, options, &error));
+        QCOMPARE(arguments.positionals(), (QStringList{QStringLiteral("-5"), QStringLiteral("--tic")}));
+
+        QVERIFY(!arguments.parse({QStringLiteral("--nope")}, options, &error));
+        QVERIFY(error.contains(QLatin1String("--nope")));
+        QVERIFY(!arguments.parse({QStringLiteral("-o")}, options, &error));
+        QVERIFY(!arguments.parse({QStringLiteral("--tic=1")}, options, &error));
+    }
+
+    void numbersAreFiniteAndIndexesNotNegative()
+    {
+        double number = 0.0;
+        int index = 0;
+        QVERIFY(CliArguments::toNumber(QStringLiteral(" 1e3 "), &number));
+        QCOMPARE(number, 1000.0);
+        QVERIFY(!CliArguments::toNumber(QStringLiteral("inf"), &number));
+        QVERIFY(!CliArguments::toNumber(QStringLiteral("nan"), &number));
+        QVERIFY(!CliArguments::toNumber(QStringLiteral("12abc"), &number));
+        QVERIFY(CliArguments::toIndex(QStringLiteral("0"), &index));
+        QVERIFY(!CliArguments::toIndex(QStringLiteral("-1"), &index));
+        QVERIFY(!CliArguments::toIndex(QStringLiteral("1.5"), &index));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestVndbHelpers)
+#include "tst_vndb_helpers.moc"
