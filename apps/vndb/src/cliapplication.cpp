@@ -42,9 +42,9 @@ QString CliApplication::helpText() const
     for (const CliCommand* command : m_commands)
         lines << QStringLiteral("  ") + command->name().leftJustified(10) + QLatin1Char(' ') + command->summary();
     lines << QString()
-          << tr("Each command explains itself with --help. Exit code 0 on success, 1 when the work is refused "
-                "(the reason on one line), 2 when the command line is wrong.",
-                "Chaque commande s'explique avec --help. Code de sortie 0 en cas de succès, 1 quand le travail "
+          << tr("Each command explains itself with --help. Exit code 0 on success, 1 when the work is\n"
+                "refused (the reason on one line), 2 when the command line is wrong.",
+                "Chaque commande s'explique avec --help. Code de sortie 0 en cas de succès, 1 quand le travail\n"
                 "est refusé (la raison sur une ligne), 2 quand la ligne de commande est erronée.");
     return lines.join(QLatin1Char('\n'));
 }
