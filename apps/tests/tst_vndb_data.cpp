@@ -122,6 +122,35 @@ private slots:
         QVERIFY(total > 0.0);
     }
 
+    void timeWindowKeepsTheScansInside()
+    {
+        const double from = m_full.rtimes.at(100), to = m_full.rtimes.at(119);
+        const QJsonObject result = json({QStringLiteral("eic"), m_project, QStringLiteral("full"), QStringLiteral("57"),
+                                         QStringLiteral("--from"), QString::number(from, 'g', 17), QStringLiteral("--to"),
+                                         QString::number(to, 'g', 17)});
+        QCOMPARE(result.value(QStringLiteral("firstScan")).toInt(), 100);
+        const QVector<double> times = numbers(result.value(QStringLiteral("time")));
+        QCOMPARE(times, m_full.rtimes.mid(100, 20));
+        QCOMPARE(numbers(result.value(QStringLiteral("abundance"))).value(0), eicAt(m_full, 100, 56.5, 57.5));
+
+        // An open side keeps everything up to the end; the text form numbers the scans as in the file.
+        const VndbResult tail = VndbRunner::run({QStringLiteral("tic"), m_project, QStringLiteral("full"),
+                                                 QStringLiteral("--from"), QString::number(m_full.rtimes.at(298), 'g', 17)});
+        QCOMPARE(tail.exitCode, 0);
+        const QStringList lines = tail.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QCOMPARE(lines.size(), 2 + 2);
+        QVERIFY(lines.at(2).startsWith(QLatin1String("298\t")));
+
+        VndbResult refused = VndbRunner::run({QStringLiteral("tic"), m_project, QStringLiteral("full"), QStringLiteral("--from"),
+                                              QStringLiteral("500")});
+        QCOMPARE(refused.exitCode, 1);
+        QVERIFY(refused.err.contains(QLatin1String("time window")));
+        refused = VndbRunner::run({QStringLiteral("tic"), m_project, QStringLiteral("full"), QStringLiteral("--from"),
+                                   QStringLiteral("9"), QStringLiteral("--to"), QStringLiteral("8")});
+        QCOMPARE(refused.exitCode, 2);
+        QCOMPARE(refused.errLines().size(), 1);
+    }
+
     void spectrumOfOneScanAndOfARange()
     {
         const int scan = 150;

@@ -19,6 +19,24 @@ int AnalysisSeries::apex() const
     return best;
 }
 
+bool AnalysisSeries::cropTime(double from, double to)
+{
+    int first = -1, last = -1;
+    for (int i = 0; i < x.size(); ++i) {
+        if (x.at(i) < from || x.at(i) > to)
+            continue;
+        if (first < 0)
+            first = i;
+        last = i;
+    }
+    if (first < 0)
+        return false;
+    x = x.mid(first, last - first + 1);
+    y = y.mid(first, last - first + 1);
+    firstScan += first;
+    return true;
+}
+
 QJsonObject AnalysisSeries::toJson() const
 {
     QJsonObject object;

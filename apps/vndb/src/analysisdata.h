@@ -23,6 +23,9 @@ struct AnalysisSeries
     int firstScan = 0;      ///< chromatograms: scan of x[0]
     bool msms = false;
 
+    /// Keeps the points of a chromatogram whose time lies in [from, to]
+    /// (minutes); false, leaving the series as it was, when none does.
+    bool cropTime(double from, double to);
     /// Index of the highest point, -1 when there is none.
     int apex() const;
     QJsonObject toJson() const;

@@ -3,6 +3,7 @@
 #include "analysisdata.h"
 #include "clicontext.h"
 #include "projectfolder.h"
+#include "ticcommand.h"
 
 QString EicCommand::summary() const
 {
@@ -11,8 +12,10 @@ QString EicCommand::summary() const
 
 QList<CliOption> EicCommand::options() const
 {
-    return {CliOption{QStringLiteral("window"), QLatin1Char('w'), 1, QStringLiteral("W"),
-                      tr("half-width of the mass window (default 0.5)", "demi-largeur de la fenêtre de masse (0,5 par défaut)")}};
+    return QList<CliOption>{CliOption{QStringLiteral("window"), QLatin1Char('w'), 1, QStringLiteral("W"),
+                                      tr("half-width of the mass window (default 0.5)",
+                                         "demi-largeur de la fenêtre de masse (0,5 par défaut)")}}
+           + TicCommand::timeOptions();
 }
 
 bool EicCommand::readMass(const QString& massText, const CliArguments& arguments, double* mass, double* window,
@@ -44,6 +47,9 @@ int EicCommand::run(CliContext& context, const CliArguments& arguments)
     if (!data.open(ProjectFolder(arguments.positionals().at(0)), arguments.positionals().at(1), &error)
         || !data.eic(mass, window, &series, &error))
         return context.refuse(error);
+    bool usage = false;
+    if (!TicCommand::applyTimeWindow(arguments, &series, &error, &usage))
+        return usage ? context.usageError(error, name()) : context.refuse(error);
     for (const QString& line : series.toText())
         context.print(line);
     QJsonObject json = series.toJson();

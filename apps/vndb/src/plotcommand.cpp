@@ -6,6 +6,7 @@
 #include "plotpainter.h"
 #include "projectfolder.h"
 #include "spectrumcommand.h"
+#include "ticcommand.h"
 
 #include <QFileInfo>
 #include <QJsonObject>
@@ -18,7 +19,7 @@ QString PlotCommand::summary() const
 
 QList<CliOption> PlotCommand::options() const
 {
-    return {
+    return QList<CliOption>{
         CliOption{QStringLiteral("tic"), QChar(), 0, QString(), tr("total-ion chromatogram", "chromatogramme du courant ionique total")},
         CliOption{QStringLiteral("eic"), QChar(), 1, QStringLiteral("MASS"), tr("extracted-ion chromatogram of m/z MASS", "chromatogramme de l'ion extrait m/z MASSE")},
         CliOption{QStringLiteral("window"), QLatin1Char('w'), 1, QStringLiteral("W"), tr("half-width of the mass window (default 0.5)", "demi-largeur de la fenêtre de masse (0,5 par défaut)")},
@@ -26,7 +27,7 @@ QList<CliOption> PlotCommand::options() const
         CliOption{QStringLiteral("output"), QLatin1Char('o'), 1, QStringLiteral("FILE"), tr("picture to write (.png or .svg)", "image à écrire (.png ou .svg)")},
         CliOption{QStringLiteral("size"), QChar(), 1, QStringLiteral("WxH"), tr("picture size in pixels (default 1200x700)", "taille de l'image en pixels (1200x700 par défaut)")},
         CliOption{QStringLiteral("title"), QChar(), 1, QStringLiteral("TEXT"), tr("title instead of the analysis and signal", "titre à la place de l'analyse et du signal")},
-    };
+    } + TicCommand::timeOptions();
 }
 
 int PlotCommand::run(CliContext& context, const CliArguments& arguments)
@@ -81,6 +82,11 @@ int PlotCommand::run(CliContext& context, const CliArguments& arguments)
         ok = data.spectrum(first, last, &series, &error);
     if (!ok)
         return context.refuse(error);
+    if (series.kind == AnalysisSeries::Chromatogram) {
+        bool usage = false;
+        if (!TicCommand::applyTimeWindow(arguments, &series, &error, &usage))
+            return usage ? context.usageError(error, name()) : context.refuse(error);
+    }
 
     PlotPainter painter(series);
     if (arguments.isSet(QStringLiteral("title")))
