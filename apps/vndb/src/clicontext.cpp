@@ -5,7 +5,10 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 
+#include <tprogressbarmgr.h>
+
 #include <cstdio>
+#include <unistd.h>
 
 namespace {
 void writeLine(std::FILE* stream, const QString& line)
@@ -29,8 +32,15 @@ CliContext::~CliContext()
 
 void CliContext::print(const QString& line)
 {
-    if (!m_json)
-        writeLine(stdout, line);
+    if (m_json)
+        return;
+    // A progress bar may be standing on the terminal line: clear it, so that
+    // the result line is whole and the bar is redrawn below it.
+    if (TProgressBarMgr::terminalOutput() && isatty(fileno(stderr))) {
+        std::fputs("\r\x1b[K", stderr);
+        std::fflush(stderr);
+    }
+    writeLine(stdout, line);
 }
 
 void CliContext::printJson(const QJsonObject& object)

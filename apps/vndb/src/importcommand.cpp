@@ -51,7 +51,7 @@ bool ImportCommand::importFile(const QString& dir, const QString& file, const QS
     RunImporter::Format kind = RunImporter::Unknown;
     if (!RunImporter::read(file, &run, &kind, error))
         return false;
-    progress.setProgress(1, tr("Writing %1", "Écriture de %1").arg(analysis));
+    progress.setProgress(1);
     if (!project.addAnalysis(analysis, run, error))
         return false;
     progress.setProgress(3);
