@@ -11,11 +11,17 @@
 #include <unistd.h>
 
 namespace {
+// Results may be long (a chromatogram per scan): standard output is left
+// to its buffer, and flushed only before anything goes to standard error so
+// that a terminal shows both in order.
 void writeLine(std::FILE* stream, const QString& line)
 {
+    if (stream == stderr)
+        std::fflush(stdout);
     const QByteArray bytes = line.toUtf8() + '\n';
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    std::fflush(stream);
+    if (stream == stderr)
+        std::fflush(stream);
 }
 } // namespace
 
@@ -37,6 +43,7 @@ void CliContext::print(const QString& line)
     // A progress bar may be standing on the terminal line: clear it, so that
     // the result line is whole and the bar is redrawn below it.
     if (TProgressBarMgr::terminalOutput() && isatty(fileno(stderr))) {
+        std::fflush(stdout);
         std::fputs("\r\x1b[K", stderr);
         std::fflush(stderr);
     }
