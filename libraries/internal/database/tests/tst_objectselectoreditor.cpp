@@ -127,6 +127,16 @@ private slots:
         ctrl->setModel(model);
     }
 
+    void cleanupTestCase()
+    {
+        // Typing into a line with a clear button starts a fade of that button:
+        // an animation without parent that deletes itself when it stops, at
+        // its next tick after 160 ms or once its button is gone. Let it tick
+        // before the application ends, or the last test's fades are still
+        // running at exit and show up as leaks.
+        QTest::qWait(250);
+    }
+
     void cleanup()
     {
         delete editor;

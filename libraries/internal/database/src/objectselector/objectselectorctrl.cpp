@@ -1,6 +1,7 @@
 #include "objectselectorctrl.h"
 
 #include "objectselectoreditor.h"
+#include "objectselectoritem.h"
 #include "objectselectormodel.h"
 
 #include <QStringMatcher>
@@ -22,7 +23,8 @@ struct PreparedFilter
 {
     QByteArray property;
     bool hasValue = false;
-    QStringMatcher matcher;
+    QStringMatcher matcher;       // on the value as given, ignoring case
+    QStringMatcher foldedMatcher; // on the case-folded value, for folded text
 };
 
 } // namespace
@@ -270,12 +272,26 @@ void ObjectSelectorCtrl::startSearch(Node* node)
         filter.property = name.toLatin1();
         const QString value = m_model->filterValue(name);
         filter.hasValue = !value.isNull();
-        if (filter.hasValue)
+        if (filter.hasValue) {
             filter.matcher = QStringMatcher(value, Qt::CaseInsensitive);
+            filter.foldedMatcher = QStringMatcher(value.toCaseFolded(), Qt::CaseSensitive);
+        }
         filters.push_back(std::move(filter));
     }
 
     auto matches = [&filters](const Node* n) {
+        if (const ObjectSelectorItem* item = ObjectSelectorItem::fromInterface(n->attribute)) {
+            // Selector items keep their values folded: a plain search in them
+            // is the case-insensitive test without folding text every time.
+            QString folded;
+            for (const PreparedFilter& filter : filters) {
+                if (!item->foldedProperty(filter.property, folded))
+                    return false;
+                if (filter.hasValue && filter.foldedMatcher.indexIn(folded, 0) < 0)
+                    return false;
+            }
+            return true;
+        }
         const QObject* object = n->attribute ? dynamic_cast<const QObject*>(n->attribute) : nullptr;
         if (!object)
             return false;
@@ -291,6 +307,8 @@ void ObjectSelectorCtrl::startSearch(Node* node)
 
     std::function<void(Node*)> walk = [&](Node* first) {
         for (Node* n = first; n; n = n->getBrother()) {
+            // Nodes and items lie all over the heap: ask for the next one early.
+            __builtin_prefetch(n->getBrother());
             n->setVisible(isTopLevelNode(n) || matches(n));
             walk(n->getFirstSon());
         }

@@ -1,6 +1,11 @@
 #include "objectselectoritem.h"
 
+#include <QCoreApplication>
+#include <QDynamicPropertyChangeEvent>
 #include <QMetaType>
+#include <QVariant>
+
+#include <algorithm>
 
 ObjectSelectorItem::ObjectSelectorItem()
 {
@@ -25,3 +30,41 @@ void ObjectSelectorItem::setPixmap(const QPixmap& pixmap) { m_pixmap = pixmap; }
 QPixmap ObjectSelectorItem::pixmap() { return m_pixmap; }
 bool ObjectSelectorItem::isExpanded() const { return m_expanded; }
 void ObjectSelectorItem::setExpanded(bool expanded) { m_expanded = expanded; }
+
+bool ObjectSelectorItem::foldedProperty(const QByteArray& name, QString& folded) const
+{
+    if (!m_foldedFirst.name.isNull() && m_foldedFirst.name == name) {
+        folded = m_foldedFirst.folded;
+        return m_foldedFirst.carried;
+    }
+    for (const FoldedValue& entry : m_foldedMore) {
+        if (entry.name == name) {
+            folded = entry.folded;
+            return entry.carried;
+        }
+    }
+    const QVariant value = property(name.constData());
+    folded = value.isValid() ? value.toString().toCaseFolded() : QString();
+    // Only dynamic properties announce their changes (through event()), and
+    // only with an application object to deliver the announcement.
+    if (QCoreApplication::instance() && metaObject()->indexOfProperty(name.constData()) < 0) {
+        if (m_foldedFirst.name.isNull())
+            m_foldedFirst = {name, folded, value.isValid()};
+        else
+            m_foldedMore.push_back({name, folded, value.isValid()});
+    }
+    return value.isValid();
+}
+
+bool ObjectSelectorItem::event(QEvent* event)
+{
+    if (event->type() == QEvent::DynamicPropertyChange) {
+        const QByteArray name = static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName();
+        if (m_foldedFirst.name == name)
+            m_foldedFirst = FoldedValue();
+        m_foldedMore.erase(std::remove_if(m_foldedMore.begin(), m_foldedMore.end(),
+                                          [&name](const FoldedValue& entry) { return entry.name == name; }),
+                           m_foldedMore.end());
+    }
+    return QObject::event(event);
+}

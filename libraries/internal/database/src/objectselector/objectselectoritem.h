@@ -3,9 +3,13 @@
 #include "objectselectoriteminterface.h"
 #include "vndatabase_export.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QPixmap>
 #include <QString>
+
+#include <typeinfo>
+#include <vector>
 
 /// The concrete selector item. Its state is also published as Qt properties,
 /// which is how the model, the widget and database-backed subclasses address
@@ -30,6 +34,29 @@ public:
     ObjectSelectorItem();
     ~ObjectSelectorItem() override;
 
+    /// The item behind `item` when it is an ObjectSelectorItem (or a subclass),
+    /// else null. Cheaper than a dynamic_cast for the plain class, which is
+    /// what walks over large trees meet most.
+    static ObjectSelectorItem* fromInterface(ObjectSelectorItemInterface* item)
+    {
+        if (!item)
+            return nullptr;
+        if (typeid(*item) == typeid(ObjectSelectorItem))
+            return static_cast<ObjectSelectorItem*>(item);
+        return dynamic_cast<ObjectSelectorItem*>(item);
+    }
+
+    /// The dynamic property `name` as text in case-folded form
+    /// (QString::toCaseFolded), for case-insensitive matching; false when the
+    /// item does not carry it. Folded values are kept between calls and
+    /// dropped when the property changes, so repeated searches over large
+    /// trees do not convert and fold every value again. Declared properties
+    /// are answered too, without being kept.
+    bool foldedProperty(const QByteArray& name, QString& folded) const;
+
+protected:
+    bool event(QEvent* event) override;
+
 protected:
     void setIsReadOnly(bool readOnly);
     bool isReadOnly() const;
@@ -48,6 +75,13 @@ protected:
     void setExpanded(bool expanded) override;
 
 private:
+    struct FoldedValue
+    {
+        QByteArray name;
+        QString folded;
+        bool carried = false;
+    };
+
     bool m_readOnly = false;
     QString m_title;
     bool m_checkable = false;
@@ -55,4 +89,8 @@ private:
     QPixmap m_pixmap;
     QString m_id;
     bool m_expanded = true;
+    // A cache, not state. Searches mostly ask one name ("MasterName"): the
+    // first value kept sits in the item itself, next to what a walk reads.
+    mutable FoldedValue m_foldedFirst;
+    mutable std::vector<FoldedValue> m_foldedMore;
 };

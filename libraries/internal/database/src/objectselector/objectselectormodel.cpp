@@ -1,8 +1,10 @@
 #include "objectselectormodel.h"
 
+#include "objectselectoritem.h"
 #include "txmlmethod.h"
 
 #include <QBuffer>
+#include <QtEndian>
 #include <QDataStream>
 #include <QDomCDATASection>
 #include <QDomDocument>
@@ -83,12 +85,14 @@ QList<QVariant> ObjectSelectorModel::decodeSelectedIds(const QByteArray& base64)
     // Each variant takes at least five bytes: never trust the count for memory.
     ids.reserve(int(std::min<qint64>(count, bytes.size() / 5)));
     for (quint32 i = 0; i < count; ++i) {
+        // Peek at the variant's type in place: seeking back in the stream
+        // would refill the device's read buffer at every id.
         const qint64 start = buffer.pos();
-        quint32 type = 0;
-        stream >> type;
-        if (stream.status() != QDataStream::Ok || !isIdType(type))
+        if (start + 4 > bytes.size())
             return {};
-        buffer.seek(start);
+        const quint32 type = qFromBigEndian<quint32>(bytes.constData() + start);
+        if (!isIdType(type))
+            return {};
         QVariant id;
         stream >> id;
         if (stream.status() != QDataStream::Ok)
@@ -108,7 +112,9 @@ bool ObjectSelectorModel::encode(QDomElement& parent)
     const QList<ObjectSelectorItemInterface*> selected = getSelectedItems(nullptr);
     ids.reserve(selected.size());
     for (ObjectSelectorItemInterface* item : selected) {
-        if (QObject* object = dynamic_cast<QObject*>(item))
+        if (ObjectSelectorItem::fromInterface(item))
+            ids.append(item->id());
+        else if (QObject* object = dynamic_cast<QObject*>(item))
             ids.append(object->property("id"));
     }
 
@@ -154,7 +160,14 @@ void ObjectSelectorModel::updateSelectedItems(const Node* node, const QList<QVar
 
     std::function<void(const Node*)> walk = [&](const Node* first) {
         for (const Node* n = first; n; n = n->getBrother()) {
-            if (QObject* object = itemObject(n)) {
+            if (ObjectSelectorItem::fromInterface(n->attribute)) {
+                // The same test through the accessors that the properties use.
+                ObjectSelectorItemInterface* item = n->attribute;
+                if (item->isCheckable()) {
+                    const QString id = item->id();
+                    item->setChecked(stringIds.contains(id) || (!otherIds.isEmpty() && otherIds.contains(QVariant(id))));
+                }
+            } else if (QObject* object = itemObject(n)) {
                 const QVariant checkable = object->property("ISCHECKABLE");
                 if (checkable.isValid() && checkable.toBool()) {
                     const QVariant id = object->property("id");
@@ -176,7 +189,11 @@ void ObjectSelectorModel::updateSelectedItems(const Node* node, const QList<QVar
 void ObjectSelectorModel::getSelectedItemsRecursive(const Node* node, QList<ObjectSelectorItemInterface*>& items)
 {
     for (const Node* n = node; n; n = n->getBrother()) {
-        if (QObject* object = itemObject(n)) {
+        if (ObjectSelectorItem::fromInterface(n->attribute)) {
+            // The properties read through these same accessors.
+            if (n->attribute->isCheckable() && n->attribute->isChecked())
+                items.append(n->attribute);
+        } else if (QObject* object = itemObject(n)) {
             if (object->property("ISCHECKABLE").toBool() && object->property("ISCHECKED").toBool())
                 items.append(n->attribute);
         }
@@ -210,7 +227,9 @@ QList<QObject*> ObjectSelectorModel::getAllItems() const
 void ObjectSelectorModel::setChecked(const Node* node, bool checked)
 {
     for (const Node* n = node; n; n = n->getBrother()) {
-        if (QObject* object = itemObject(n))
+        if (ObjectSelectorItem::fromInterface(n->attribute))
+            n->attribute->setChecked(checked);
+        else if (QObject* object = itemObject(n))
             object->setProperty("ISCHECKED", checked);
         setChecked(n->getFirstSon(), checked);
     }
