@@ -1,0 +1,142 @@
+#include "tanalysisfolder.h"
+
+#include "tacquisitionrun.h"
+#include "tandimsfile.h"
+#include "tcmfile.h"
+#include "tcmfileregistry.h"
+#include "tcsvrunfile.h"
+#include "tdescriptionacquisition.h"
+
+#include <messageloggerinterface.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QUuid>
+
+namespace {
+
+const char* const Context = "TAnalysisFolder";
+
+bool fail(QString* error, const QString& why)
+{
+    if (error)
+        *error = why;
+    return false;
+}
+
+// A name becomes a folder and a file name: it must stay one path component.
+bool isSafeName(const QString& name)
+{
+    if (name.trimmed().isEmpty() || name == QLatin1String(".") || name == QLatin1String(".."))
+        return false;
+    for (const QChar c : name) {
+        if (c == QLatin1Char('/') || c == QLatin1Char('\\') || c == QLatin1Char(':') || c.unicode() < 0x20)
+            return false;
+    }
+    return !name.startsWith(QLatin1Char('.'));
+}
+
+} // namespace
+
+QString TAnalysisFolder::folderPath(const QString& analysesFolder, const QString& name)
+{
+    return QDir(analysesFolder).filePath(name);
+}
+
+QString TAnalysisFolder::tcmPath(const QString& analysesFolder, const QString& name)
+{
+    return QDir(folderPath(analysesFolder, name)).filePath(name + QStringLiteral(".tcm"));
+}
+
+TAnalysisFolder::ImportFormat TAnalysisFolder::sniff(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return UnknownFormat;
+    const QByteArray head = file.read(8);
+    if (head.startsWith(TCMFile::magic()))
+        return AcquisitionFormat;
+    if (head.startsWith("CDF") || head.startsWith("\x89HDF"))
+        return AndiFormat;
+    return TextFormat;
+}
+
+bool TAnalysisFolder::readImport(const QString& path, TAcquisitionRun* run)
+{
+    if (!run)
+        return false;
+    switch (sniff(path)) {
+    case AndiFormat:
+        return TAndiMSFile::read(path, run);
+    case TextFormat:
+        return TCSVRunFile::read(path, run);
+    case AcquisitionFormat: {
+        TCMFile file;
+        if (file.open(path) && file.toRun(run))
+            return true;
+        MessageLoggerInterface::Error(QCoreApplication::translate(Context, "The file <b>%1</b> is refused: %2",
+                                                                  "Le fichier <b>%1</b> est refusé : %2")
+                                          .arg(QDir::toNativeSeparators(path), file.errorString()));
+        return false;
+    }
+    case UnknownFormat:
+        break;
+    }
+    MessageLoggerInterface::Error(QCoreApplication::translate(Context, "The file <b>%1</b> cannot be opened",
+                                                              "Le fichier <b>%1</b> ne peut pas être ouvert")
+                                      .arg(QDir::toNativeSeparators(path)));
+    return false;
+}
+
+bool TAnalysisFolder::write(const TAcquisitionRun& run, const QString& analysesFolder, const QString& name,
+                            QString* error)
+{
+    if (!isSafeName(name))
+        return fail(error, QStringLiteral("the analysis name \"%1\" cannot name a folder").arg(name));
+    QString why;
+    if (!run.isConsistent(&why))
+        return fail(error, QStringLiteral("the acquisition is inconsistent: %1").arg(why));
+    const QString target = folderPath(analysesFolder, name);
+    if (QFileInfo::exists(target))
+        return fail(error, QStringLiteral("the folder %1 already exists").arg(target));
+    if (!QDir().mkpath(analysesFolder))
+        return fail(error, QStringLiteral("cannot create the folder %1").arg(analysesFolder));
+
+    // The hidden sibling lives on the same file system, so the final rename is one step.
+    const QString staging = QDir(analysesFolder)
+                                .filePath(QStringLiteral(".%1.%2.partial")
+                                              .arg(name, QUuid::createUuid().toString(QUuid::Id128).left(12)));
+    if (!QDir().mkdir(staging))
+        return fail(error, QStringLiteral("cannot create the folder %1").arg(staging));
+    const auto abandon = [&](const QString& reason) {
+        QDir(staging).removeRecursively();
+        return fail(error, reason);
+    };
+
+    const QString tcm = QDir(staging).filePath(name + QStringLiteral(".tcm"));
+    if (!TCMFile::save(tcm, run, &why))
+        return abandon(why);
+    TCMFile check;
+    if (!check.open(tcm) || check.nbScans() != run.scanCount())
+        return abandon(QStringLiteral("the acquisition file does not read back: %1").arg(check.errorString()));
+    check.close();
+    TDescriptionAcquisition description = TDescriptionAcquisition::fromRun(run);
+    if (!description.save(QDir(staging).filePath(QString::fromLatin1(TDescriptionAcquisition::fileName()))))
+        return abandon(QStringLiteral("cannot write the acquisition description in %1").arg(staging));
+    // A file that was open under the final path belongs to an analysis removed since.
+    TCMFileRegistry::forget(tcmPath(analysesFolder, name));
+    if (!QDir().rename(staging, target))
+        return abandon(QStringLiteral("cannot rename %1 to %2").arg(staging, target));
+    return true;
+}
+
+bool TAnalysisFolder::importFile(const QString& source, const QString& analysesFolder, const QString& name,
+                                 QString* error)
+{
+    TAcquisitionRun run;
+    if (!readImport(source, &run))
+        return fail(error, QStringLiteral("the file %1 is refused").arg(source));
+    return write(run, analysesFolder, name, error);
+}

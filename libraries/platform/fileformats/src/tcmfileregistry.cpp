@@ -1,0 +1,87 @@
+#include "tcmfileregistry.h"
+
+#include "tcmfile.h"
+
+#include <messageloggerinterface.h>
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <map>
+#include <memory>
+
+namespace {
+
+struct Entry
+{
+    std::unique_ptr<TCMFile> file;
+    QDateTime modified;
+    qint64 size = -1;
+};
+
+std::map<QString, Entry>& entries()
+{
+    static std::map<QString, Entry> s_entries;
+    return s_entries;
+}
+
+QString keyOf(const QString& path)
+{
+    return QFileInfo(path).absoluteFilePath();
+}
+
+} // namespace
+
+TCMFile* TCMFileRegistry::file(const QString& path)
+{
+    if (path.isEmpty())
+        return nullptr;
+    const QString key = keyOf(path);
+    const QFileInfo info(key);
+    auto& all = entries();
+    auto found = all.find(key);
+    if (!info.isFile()) {
+        if (found != all.end())
+            all.erase(found);
+        return nullptr;
+    }
+    if (found != all.end()) {
+        // A replaced file must not be read through the map of the old one.
+        if (found->second.modified == info.lastModified() && found->second.size == info.size())
+            return found->second.file.get();
+        all.erase(found);
+    }
+    Entry entry;
+    entry.file = std::make_unique<TCMFile>();
+    if (!entry.file->open(key)) {
+        MessageLoggerInterface::Debug(QStringLiteral("%1: %2").arg(key, entry.file->errorString()));
+        return nullptr;
+    }
+    entry.modified = info.lastModified();
+    entry.size = info.size();
+    TCMFile* result = entry.file.get();
+    all.emplace(key, std::move(entry));
+    return result;
+}
+
+void TCMFileRegistry::release(const QString& path)
+{
+    auto& all = entries();
+    const auto found = all.find(keyOf(path));
+    if (found != all.end())
+        found->second.file->deleteContent();
+}
+
+void TCMFileRegistry::forget(const QString& path)
+{
+    entries().erase(keyOf(path));
+}
+
+void TCMFileRegistry::clear()
+{
+    entries().clear();
+}
+
+int TCMFileRegistry::count()
+{
+    return int(entries().size());
+}
