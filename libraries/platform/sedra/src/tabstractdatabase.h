@@ -1,0 +1,70 @@
+#pragma once
+
+#include "vnsedra_export.h"
+
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QPair>
+#include <QString>
+
+class VNObject2;
+
+namespace Sedra {
+
+class TDatabaseObject;
+
+/// The in-memory store of a database's records: one list per kind in creation
+/// order, with indexes by key, by name, by tag, by parent and by object so
+/// that no look-up scans a list. It owns the records it holds.
+class VNSEDRA_EXPORT TAbstractDatabase
+{
+public:
+    TAbstractDatabase();
+    virtual ~TAbstractDatabase();
+    TAbstractDatabase(const TAbstractDatabase&) = delete;
+    TAbstractDatabase& operator=(const TAbstractDatabase&) = delete;
+
+    /// The records of one kind, in creation order.
+    QList<TDatabaseObject*> getObjectsList(int type) const;
+    /// Every record, kind by kind in ascending kind number.
+    QList<TDatabaseObject*> getObjectsList() const;
+    int objectCount() const { return m_byObject.size(); }
+    int objectCount(int type) const;
+
+    TDatabaseObject* findByKey(int type, const QString& key) const;
+    /// The first record of the kind created with this name.
+    TDatabaseObject* findByName(int type, const QString& name) const;
+    QList<TDatabaseObject*> findAllByName(int type, const QString& name) const;
+    /// The records of every kind whose parent is (parentType, parentKey).
+    QList<TDatabaseObject*> findChildren(int parentType, const QString& parentKey) const;
+    /// The same, of one kind only.
+    QList<TDatabaseObject*> findChildren(int parentType, const QString& parentKey, int type) const;
+    /// The records of the kind whose mapper gave them this look-up tag.
+    QList<TDatabaseObject*> findByTag(int type, const QString& tag) const;
+    TDatabaseObject* findByObject(const VNObject2* object) const;
+
+protected:
+    /// Indexes and takes ownership; false when the kind already holds the key.
+    bool insertObject(TDatabaseObject* record);
+    /// Removes from the indexes without deleting.
+    bool takeObject(TDatabaseObject* record);
+    /// Changes the name and the key of a record and its index entries.
+    bool renameObject(TDatabaseObject* record, const QString& name, const QString& key);
+    void deleteAllObjects();
+
+private:
+    struct Kind
+    {
+        QList<TDatabaseObject*> list;
+        QHash<QString, TDatabaseObject*> byKey;
+        QHash<QString, QList<TDatabaseObject*>> byName;
+        QHash<QString, QList<TDatabaseObject*>> byTag;
+    };
+    using ParentKey = QPair<int, QString>;
+    QMap<int, Kind> m_kinds;
+    QHash<ParentKey, QList<TDatabaseObject*>> m_children;
+    QHash<const VNObject2*, TDatabaseObject*> m_byObject;
+};
+
+} // namespace Sedra

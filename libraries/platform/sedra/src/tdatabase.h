@@ -1,0 +1,165 @@
+#pragma once
+
+#include "databasetype.h"
+#include "tproperty.h"
+#include "vnsedra_export.h"
+
+#include <vnobjecttype.h>
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class VNObject2;
+class VNObject2Project;
+class VNObject2Variable;
+
+namespace Sedra {
+
+class TAbstractMapper;
+class TDatabaseObject;
+class THeaderConnector;
+class THeaderDatabase;
+class TMapperFactory;
+
+/// What the last synchronisation of the header with the folders found.
+struct VNSEDRA_EXPORT TSyncReport
+{
+    /// Names of the analyses found on disk and registered.
+    QStringList registered;
+    /// Names of the records whose folder is missing; they are kept.
+    QStringList missing;
+    /// Folders that could not be registered (their name is taken by another record).
+    QStringList skipped;
+};
+
+/// A database: a type, a working folder, a header database (one SQLite file
+/// in that folder) holding its records, and one mapper per kind of object,
+/// made by a shared mapper factory that the database never owns.
+///
+/// Read-only: setReadOnly(true) before the header is bound (or at any time:
+/// the file is then reopened read-only). A folder or header file that cannot
+/// be written makes the database read-only by itself. A read-only database
+/// refuses every change and nothing in its folder changes on disk.
+class VNSEDRA_EXPORT TDatabase : public QObject
+{
+    Q_OBJECT
+public:
+    explicit TDatabase(const DatabaseType& type, QObject* parent = nullptr);
+    ~TDatabase() override;
+
+    virtual DatabaseType getDatabaseType() const { return m_type; }
+    DatabaseType type() const { return m_type; }
+
+    /// The folder that holds the header file and the objects' folders.
+    void setWorkingPath(const QString& path);
+    virtual const QString& getCurrentWorkingPath() const { return m_workingPath; }
+    /// The name of the folder that holds databases of this class ("tovi"), for
+    /// callers that build working paths.
+    void setParentDirectory(const QString& name) { m_parentDirectory = name; }
+    const QString& parentDirectory() const { return m_parentDirectory; }
+
+    /// Makes this database's mappers with `factory`, which stays owned by the
+    /// caller. Null removes every mapper. Reads the header's records back when
+    /// the header is already started.
+    void setMapperFactory(TMapperFactory* factory);
+    TMapperFactory* mapperFactory() const { return m_factory; }
+
+    THeaderDatabase* headerDb() const { return m_header; }
+    /// The header's connector, or null before the header is bound.
+    THeaderConnector* getConnector() const;
+    /// A new connector for the header file, owned by the caller. Reference
+    /// databases give their own kind.
+    virtual THeaderConnector* getNewConnector();
+
+    /// Forgets every record in memory (pending changes are written first when
+    /// the header is writable). The file keeps them.
+    virtual void clearDB();
+    /// Reads the header's records back for the kinds this database has a
+    /// mapper for; records already in memory stay as they are. False when the
+    /// header is not bound.
+    virtual bool loadDatabase();
+    /// Binds the database to `project` (not owned) and reads its records back
+    /// when the header is started. False for a null project.
+    bool setProject(const VNObject2Project* project);
+    const VNObject2Project* project() const { return m_project; }
+
+    bool isReadOnly() const { return m_readOnly; }
+    void setReadOnly(bool readOnly);
+
+    /// Holds back dataset saves: the next `count` saves stay in memory, or
+    /// every save while `disable` is true. (0, false) restores normal saving.
+    void forceDisableDatasetSave(int count, bool disable);
+    /// True when a dataset save is to be held back now (takes one of the
+    /// counted saves).
+    bool consumeDatasetSaveHold();
+    bool isDatasetSaveDisabled() const { return m_datasetSaveDisabled || m_datasetSaveHold > 0; }
+
+    /// Reconciles the header with the project folders: every analysis folder
+    /// on disk without a record is registered; records whose folder vanished
+    /// are reported (warning) and kept. Does nothing on a read-only database
+    /// or without a bound header. See lastSynchronization().
+    virtual void synchronizeSQLRoot();
+    const TSyncReport& lastSynchronization() const { return m_sync; }
+
+    /// The mapper of a kind, or null when this database has none.
+    const TAbstractMapper* getMapper(VNObjectType type) const;
+    TAbstractMapper* mapper(int type) const { return m_mappers.value(type, nullptr); }
+    QList<TAbstractMapper*> mappers() const { return m_mapperList; }
+
+    /// The variable stored for a pair of reference keys, or null.
+    const VNObject2Variable* getReference(const QString& key1, const QString& key2) const;
+    /// The record holding `object`, or null when it is not one of ours.
+    TDatabaseObject* record(const VNObject2* object) const;
+    /// The objects of one kind, in creation order.
+    QList<const VNObject2*> getObjectLst(int type) const;
+    /// One property of an object; `*found` tells whether it exists.
+    TProperty getObjectProperties(const VNObject2* object, const QString& name, bool* found) const;
+    /// All properties of an object, or null when it has no record with properties.
+    const QList<TProperty>* getObjectProperties(const VNObject2* object) const;
+    /// Sets one property and writes it when `flush` is true.
+    bool setObjectProperty(const VNObject2* object, const QString& name, const QString& value, bool flush);
+    /// Removes an object, the records that depend on it, and their rows
+    /// (at once when `flush` is true). Listeners of aboutToDeleteObjects hear
+    /// of it first and may add objects to the list.
+    virtual bool removeObject(const VNObject2* object, bool flush);
+    /// A copy of `object` made in this database through the mapper of its
+    /// kind; the counters are handed through to nested copies. Null when the
+    /// kind has no mapper here or the copy is refused.
+    virtual const VNObject2* objectCopy(const VNObject2* object, bool& first, bool& second, int& count);
+
+    /// The folder of an object under the working path (created when `create`
+    /// is true and the database is writable); empty for an unknown object.
+    QString objectFolderPath(const VNObject2* object, bool create) const;
+    /// A file or folder name made from an object name that stays inside its
+    /// folder: separators, "..", quotes, control characters and names that
+    /// some systems reserve are replaced. Never empty.
+    static QString safeFileName(const QString& name);
+
+signals:
+    /// Emitted before objects go; slots may add objects to the list.
+    void aboutToDeleteObjects(QList<const VNObject2*>* objects);
+
+protected slots:
+    virtual void onAboutToDeleteObjects(QList<const VNObject2*>* objects);
+
+private:
+    void deleteMappers();
+
+    DatabaseType m_type;
+    QString m_workingPath;
+    QString m_parentDirectory;
+    TMapperFactory* m_factory = nullptr;
+    THeaderDatabase* m_header;
+    QHash<int, TAbstractMapper*> m_mappers;
+    QList<TAbstractMapper*> m_mapperList;
+    const VNObject2Project* m_project = nullptr;
+    bool m_readOnly = false;
+    bool m_datasetSaveDisabled = false;
+    int m_datasetSaveHold = 0;
+    TSyncReport m_sync;
+};
+
+} // namespace Sedra

@@ -1,0 +1,12 @@
+#include "tglobalindexationmapper.h"
+
+namespace Sedra {
+
+TGlobalIndexationMapper::TGlobalIndexationMapper()
+    : TIndexationMapper(VNObjectTypeGlobalIndexation)
+{
+}
+
+TGlobalIndexationMapper::~TGlobalIndexationMapper() = default;
+
+} // namespace Sedra

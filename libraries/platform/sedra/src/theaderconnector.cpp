@@ -1,0 +1,246 @@
+#include <QVariant>
+#include "theaderconnector.h"
+
+#include <QAtomicInt>
+#include <QDir>
+#include <QFileInfo>
+#include <QSet>
+#include <QSqlError>
+#include <QSqlQuery>
+
+namespace Sedra {
+
+namespace {
+QAtomicInt s_connectionCounter;
+const int SchemaVersion = 1;
+} // namespace
+
+const char* const THeaderConnector::SerialKey = "serial_number";
+
+THeaderConnector::THeaderConnector()
+    : m_connectionName(QStringLiteral("sedra-header-%1").arg(s_connectionCounter.fetchAndAddOrdered(1)))
+{
+}
+
+THeaderConnector::~THeaderConnector()
+{
+    close();
+}
+
+QString THeaderConnector::fileNameForType(DatabaseType type)
+{
+    switch (type) {
+    case DatabaseToviDelivered: return QStringLiteral("tovi-delivered.sqlite");
+    case DatabaseToviUser: return QStringLiteral("tovi-user.sqlite");
+    case DatabaseToviMerged: return QStringLiteral("tovi-merged.sqlite");
+    default: return QStringLiteral("project.sqlite");
+    }
+}
+
+QString THeaderConnector::databaseFileName(DatabaseType type) const
+{
+    return fileNameForType(type);
+}
+
+bool THeaderConnector::open(const QString& folder, DatabaseType type, bool readOnly, QString* error)
+{
+    close();
+    QString reason;
+    m_readOnly = readOnly;
+    m_fileName = QDir(folder).filePath(databaseFileName(type));
+    const QFileInfo info(m_fileName);
+    if (info.exists() && !info.isFile())
+        reason = QStringLiteral("not a file");
+    else if (readOnly && !info.exists())
+        reason = QStringLiteral("the file does not exist and the database is read only");
+    if (reason.isEmpty()) {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
+        db.setDatabaseName(m_fileName);
+        if (readOnly)
+            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+        if (!db.open())
+            reason = db.lastError().text();
+        else if (checkSchema(&reason) && !readOnly)
+            createSchema(&reason);
+    }
+    if (!reason.isEmpty()) {
+        close();
+        if (error)
+            *error = reason;
+        return false;
+    }
+    return true;
+}
+
+void THeaderConnector::close()
+{
+    if (QSqlDatabase::contains(m_connectionName)) {
+        {
+            QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(m_connectionName);
+    }
+}
+
+bool THeaderConnector::isOpen() const
+{
+    return QSqlDatabase::contains(m_connectionName) && QSqlDatabase::database(m_connectionName, false).isOpen();
+}
+
+QSqlDatabase THeaderConnector::database() const
+{
+    return QSqlDatabase::database(m_connectionName, false);
+}
+
+bool THeaderConnector::checkSchema(QString* error) const
+{
+    // Reading the table list is the first access to the file: it is where
+    // SQLite finds out that the file is not a database at all.
+    QSqlQuery query(database());
+    if (!query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"))) {
+        *error = query.lastError().text();
+        return false;
+    }
+    QSet<QString> tables;
+    // A file with a valid first page can still be damaged further in.
+    QSqlQuery check(database());
+    if (!check.exec(QStringLiteral("PRAGMA quick_check")) || !check.next()
+        || check.value(0).toString() != QLatin1String("ok")) {
+        *error = check.lastError().isValid() ? check.lastError().text() : check.value(0).toString();
+        return false;
+    }
+    while (query.next())
+        tables.insert(query.value(0).toString());
+    tables.remove(QStringLiteral("sqlite_sequence"));
+    if (tables.isEmpty())
+        return true;
+    const QSet<QString> expected{QStringLiteral("meta"), QStringLiteral("objects"), QStringLiteral("properties")};
+    if (!tables.contains(expected)) {
+        *error = QStringLiteral("the file is an SQLite database of another application");
+        return false;
+    }
+    QSqlQuery version(database());
+    version.prepare(QStringLiteral("SELECT value FROM meta WHERE name = ?"));
+    version.addBindValue(QStringLiteral("schema_version"));
+    if (!version.exec()) {
+        *error = version.lastError().text();
+        return false;
+    }
+    if (version.next() && version.value(0).toInt() > SchemaVersion) {
+        *error = QStringLiteral("the file was written by a newer version (schema %1)").arg(version.value(0).toInt());
+        return false;
+    }
+    return true;
+}
+
+bool THeaderConnector::createSchema(QString* error)
+{
+    const char* statements[] = {
+        "CREATE TABLE IF NOT EXISTS meta (name TEXT PRIMARY KEY, value TEXT)",
+        "CREATE TABLE IF NOT EXISTS objects (id INTEGER PRIMARY KEY AUTOINCREMENT, type INTEGER NOT NULL, "
+        "key TEXT NOT NULL, name TEXT NOT NULL, parent_type INTEGER NOT NULL DEFAULT 0, "
+        "parent TEXT NOT NULL DEFAULT '', path TEXT NOT NULL DEFAULT '', UNIQUE (type, key))",
+        "CREATE TABLE IF NOT EXISTS properties (object INTEGER NOT NULL, name TEXT NOT NULL, value TEXT, "
+        "position INTEGER NOT NULL DEFAULT 0, PRIMARY KEY (object, name))",
+    };
+    QSqlDatabase db = database();
+    QSqlQuery existing(db);
+    existing.exec(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'objects'"));
+    if (existing.next() && existing.value(0).toInt() > 0)
+        return true; // nothing to write: an existing header is left byte for byte as it is
+    if (!db.transaction()) {
+        *error = db.lastError().text();
+        return false;
+    }
+    for (const char* sql : statements) {
+        QSqlQuery query(db);
+        if (!query.exec(QString::fromLatin1(sql))) {
+            *error = query.lastError().text();
+            db.rollback();
+            return false;
+        }
+    }
+    QSqlQuery meta(db);
+    meta.prepare(QStringLiteral("INSERT OR REPLACE INTO meta (name, value) VALUES (?, ?)"));
+    meta.addBindValue(QStringLiteral("schema_version"));
+    meta.addBindValue(QString::number(SchemaVersion));
+    if (!meta.exec()) {
+        *error = meta.lastError().text();
+        db.rollback();
+        return false;
+    }
+    if (!db.commit()) {
+        *error = db.lastError().text();
+        return false;
+    }
+    return true;
+}
+
+QString THeaderConnector::metaValue(const QString& name) const
+{
+    if (!isOpen())
+        return QString();
+    QSqlQuery query(database());
+    query.prepare(QStringLiteral("SELECT value FROM meta WHERE name = ?"));
+    query.addBindValue(name);
+    if (!query.exec() || !query.next())
+        return QString();
+    return query.value(0).toString();
+}
+
+bool THeaderConnector::setMetaValue(const QString& name, const QString& value)
+{
+    if (!isOpen() || m_readOnly)
+        return false;
+    if (metaValue(name) == value && !metaValue(name).isNull())
+        return true;
+    QSqlQuery query(database());
+    query.prepare(QStringLiteral("INSERT OR REPLACE INTO meta (name, value) VALUES (?, ?)"));
+    query.addBindValue(name);
+    query.addBindValue(value.isNull() ? QStringLiteral("") : value);
+    return query.exec();
+}
+
+QString THeaderConnector::serialNumber() const
+{
+    return metaValue(QString::fromLatin1(SerialKey));
+}
+
+bool THeaderConnector::setSerialNumber(const QString& serial)
+{
+    return setMetaValue(QString::fromLatin1(SerialKey), serial);
+}
+
+QString THeaderConnector::readSerialNumberFromFile(const QString& fileName) const
+{
+    if (!QFileInfo(fileName).isFile())
+        return QString(QLatin1String(""));
+    const QString name = QStringLiteral("sedra-serial-%1").arg(s_connectionCounter.fetchAndAddOrdered(1));
+    QString serial(QLatin1String(""));
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(fileName);
+        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+        if (db.open()) {
+            serial = readSerialNumber(&db);
+            db.close();
+        }
+    }
+    QSqlDatabase::removeDatabase(name);
+    return serial;
+}
+
+QString THeaderConnector::readSerialNumber(QSqlDatabase* db) const
+{
+    if (!db || !db->isOpen())
+        return QString(QLatin1String(""));
+    QSqlQuery query(*db);
+    query.prepare(QStringLiteral("SELECT value FROM meta WHERE name = ?"));
+    query.addBindValue(QString::fromLatin1(SerialKey));
+    if (!query.exec() || !query.next())
+        return QString(QLatin1String(""));
+    return query.value(0).toString();
+}
+
+} // namespace Sedra

@@ -1,0 +1,441 @@
+#include <QVariant>
+#include "theaderdatabase.h"
+
+#include "tdatabase.h"
+#include "tdatabaseobject.h"
+#include "tdbtransaction.h"
+#include "tfileobject.h"
+#include "theaderconnector.h"
+#include "tpropertyobject.h"
+
+#include <messageloggerinterface.h>
+#include <vnobject2.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+#include <QSqlError>
+#include <QSqlQuery>
+
+namespace Sedra {
+
+THeaderDatabase::THeaderDatabase() = default;
+
+THeaderDatabase::~THeaderDatabase()
+{
+    clearObjects();
+    delete m_connector;
+}
+
+void THeaderDatabase::fail(const QString& error)
+{
+    m_lastError = error;
+}
+
+void THeaderDatabase::setSerialNumber(const QString& serial)
+{
+    m_pendingSerial = serial.isNull() ? QString(QLatin1String("")) : serial;
+    if (isOpen() && !isReadOnly())
+        m_connector->setSerialNumber(m_pendingSerial);
+}
+
+QString THeaderDatabase::serialNumber() const
+{
+    return isOpen() ? m_connector->serialNumber() : m_pendingSerial;
+}
+
+bool THeaderDatabase::isOpen() const
+{
+    return m_connector && m_connector->isOpen();
+}
+
+bool THeaderDatabase::isReadOnly() const
+{
+    return m_connector && m_connector->isReadOnly();
+}
+
+void THeaderDatabase::close()
+{
+    if (m_connector)
+        m_connector->close();
+    m_started = false;
+}
+
+bool THeaderDatabase::setCurrentProject(TDatabase* db)
+{
+    if (db != m_db || !db) {
+        clearObjects();
+        m_pendingRemovals.clear();
+    }
+    close();
+    m_db = db;
+    m_lastError.clear();
+    if (!db) {
+        fail(QStringLiteral("no database to bind"));
+        return false;
+    }
+    const QString folder = db->getCurrentWorkingPath();
+    if (folder.isEmpty()) {
+        fail(QStringLiteral("the database has no working folder"));
+        return false;
+    }
+    delete m_connector;
+    m_connector = db->getNewConnector();
+    if (!m_connector) {
+        fail(QStringLiteral("the database gives no connector"));
+        return false;
+    }
+    bool readOnly = db->isReadOnly();
+    if (!readOnly && !QFileInfo(folder).exists() && !QDir().mkpath(folder))
+        readOnly = true;
+    // A folder or a file we may not write makes the whole database read-only:
+    // nothing on disk is to change then.
+    const QFileInfo file(QDir(folder).filePath(m_connector->databaseFileName(db->getDatabaseType())));
+    if (!readOnly && (!QFileInfo(folder).isWritable() || (file.exists() && !file.isWritable()))) {
+        readOnly = true;
+        db->setReadOnly(true);
+    }
+    QString error;
+    if (!m_connector->open(folder, db->getDatabaseType(), readOnly, &error)) {
+        fail(error);
+        MessageLoggerInterface::Warning(
+            QCoreApplication::translate("SedraTr", "The database file <b>%1</b> cannot be opened: %2",
+                                        "Le fichier de base de données <b>%1</b> ne peut pas être ouvert : %2")
+                .arg(file.filePath(), error),
+            nullptr);
+        return false;
+    }
+    if (!m_pendingSerial.isNull() && !readOnly)
+        m_connector->setSerialNumber(m_pendingSerial);
+    return true;
+}
+
+bool THeaderDatabase::reopen(bool readOnly)
+{
+    if (!m_db || !m_connector || m_connector->getDbFilename().isEmpty())
+        return false;
+    if (!readOnly && hasPendingChanges() && isOpen() && !isReadOnly())
+        flushDatabase();
+    else if (readOnly && isOpen() && !isReadOnly())
+        flushDatabase();
+    const bool started = m_started;
+    m_connector->close();
+    QString error;
+    if (!m_connector->open(m_db->getCurrentWorkingPath(), m_db->getDatabaseType(), readOnly, &error)) {
+        fail(error);
+        m_started = false;
+        return false;
+    }
+    m_started = started;
+    return true;
+}
+
+bool THeaderDatabase::start()
+{
+    if (!isOpen()) {
+        fail(QStringLiteral("the header is not bound to a file"));
+        return false;
+    }
+    m_started = true;
+    return m_db ? m_db->loadDatabase() : true;
+}
+
+bool THeaderDatabase::refuseWrite()
+{
+    fail(QStringLiteral("the database is read only"));
+    MessageLoggerInterface::Warning(
+        QCoreApplication::translate("SedraTr", "The database <b>%1</b> is read only: nothing was written",
+                                    "La base de données <b>%1</b> est en lecture seule : rien n'a été écrit")
+            .arg(m_connector ? m_connector->getDbFilename() : QString()),
+        nullptr);
+    return false;
+}
+
+bool THeaderDatabase::addObject(TDatabaseObject* record, bool write)
+{
+    if (!record || !insertObject(record)) {
+        fail(QStringLiteral("the key is already used"));
+        return false;
+    }
+    record->setModified(true);
+    if (!write || !isOpen())
+        return true;
+    if (saveObjectToFile(record, true))
+        return true;
+    takeObject(record);
+    return false;
+}
+
+bool THeaderDatabase::writeRecord(TDatabaseObject* record, QList<TDatabaseObject*>* inserted)
+{
+    QSqlDatabase db = m_connector->database();
+    const auto* file = dynamic_cast<const TFileObject*>(record);
+    const QString path = file ? file->relativePath() : QString(QLatin1String(""));
+    QSqlQuery query(db);
+    if (record->id() >= 0) {
+        query.prepare(QStringLiteral("UPDATE objects SET type = ?, key = ?, name = ?, parent_type = ?, parent = ?, "
+                                     "path = ? WHERE id = ?"));
+    } else {
+        query.prepare(QStringLiteral("INSERT INTO objects (type, key, name, parent_type, parent, path) "
+                                     "VALUES (?, ?, ?, ?, ?, ?)"));
+    }
+    query.addBindValue(record->type());
+    query.addBindValue(record->key());
+    query.addBindValue(record->name());
+    query.addBindValue(record->parentType());
+    query.addBindValue(record->parentKey().isNull() ? QString(QLatin1String("")) : record->parentKey());
+    query.addBindValue(path);
+    if (record->id() >= 0)
+        query.addBindValue(record->id());
+    if (!query.exec()) {
+        fail(query.lastError().text());
+        return false;
+    }
+    if (record->id() < 0) {
+        record->setId(query.lastInsertId().toLongLong());
+        inserted->append(record);
+    } else if (query.numRowsAffected() == 0) {
+        // The row went away behind our back (another program): write it anew.
+        QSqlQuery again(db);
+        again.prepare(QStringLiteral("INSERT INTO objects (id, type, key, name, parent_type, parent, path) "
+                                     "VALUES (?, ?, ?, ?, ?, ?, ?)"));
+        again.addBindValue(record->id());
+        again.addBindValue(record->type());
+        again.addBindValue(record->key());
+        again.addBindValue(record->name());
+        again.addBindValue(record->parentType());
+        again.addBindValue(record->parentKey().isNull() ? QString(QLatin1String("")) : record->parentKey());
+        again.addBindValue(path);
+        if (!again.exec()) {
+            fail(again.lastError().text());
+            return false;
+        }
+    }
+    const auto* withProperties = dynamic_cast<const TPropertyObject*>(record);
+    QSqlQuery clear(db);
+    clear.prepare(QStringLiteral("DELETE FROM properties WHERE object = ?"));
+    clear.addBindValue(record->id());
+    if (!clear.exec()) {
+        fail(clear.lastError().text());
+        return false;
+    }
+    if (!withProperties)
+        return true;
+    QSqlQuery insert(db);
+    insert.prepare(QStringLiteral("INSERT INTO properties (object, name, value, position) VALUES (?, ?, ?, ?)"));
+    int position = 0;
+    for (const TProperty& property : withProperties->properties()) {
+        insert.addBindValue(record->id());
+        insert.addBindValue(property.name());
+        insert.addBindValue(property.value().isNull() ? QString(QLatin1String("")) : property.value());
+        insert.addBindValue(position++);
+        if (!insert.exec()) {
+            fail(insert.lastError().text());
+            return false;
+        }
+    }
+    return true;
+}
+
+bool THeaderDatabase::deleteRows(const QList<qint64>& ids)
+{
+    QSqlDatabase db = m_connector->database();
+    QSqlQuery properties(db);
+    properties.prepare(QStringLiteral("DELETE FROM properties WHERE object = ?"));
+    QSqlQuery objects(db);
+    objects.prepare(QStringLiteral("DELETE FROM objects WHERE id = ?"));
+    for (qint64 id : ids) {
+        properties.addBindValue(id);
+        objects.addBindValue(id);
+        if (!properties.exec() || !objects.exec()) {
+            fail(properties.lastError().isValid() ? properties.lastError().text() : objects.lastError().text());
+            return false;
+        }
+    }
+    return true;
+}
+
+bool THeaderDatabase::saveObjectToFile(TDatabaseObject* record, bool flush)
+{
+    if (!record)
+        return flushDatabase();
+    if (findByObject(record->object()) != record) {
+        fail(QStringLiteral("the record does not belong to this database"));
+        return false;
+    }
+    record->setModified(true);
+    if (!flush)
+        return true;
+    if (!isOpen()) {
+        fail(QStringLiteral("the header is not bound to a file"));
+        return false;
+    }
+    if (isReadOnly())
+        return refuseWrite();
+    TDbTransaction transaction(m_connector->database());
+    QList<TDatabaseObject*> inserted;
+    if (transaction.isActive() && writeRecord(record, &inserted) && transaction.commit()) {
+        record->setModified(false);
+        return true;
+    }
+    if (!transaction.isActive() && m_lastError.isEmpty())
+        fail(m_connector->database().lastError().text());
+    for (TDatabaseObject* r : inserted)
+        r->setId(-1);
+    return false;
+}
+
+bool THeaderDatabase::hasPendingChanges() const
+{
+    if (!m_pendingRemovals.isEmpty())
+        return true;
+    const QList<TDatabaseObject*> all = getObjectsList();
+    for (const TDatabaseObject* record : all) {
+        if (record->isModified())
+            return true;
+    }
+    return false;
+}
+
+bool THeaderDatabase::flushDatabase()
+{
+    if (!hasPendingChanges())
+        return true;
+    if (!isOpen()) {
+        fail(QStringLiteral("the header is not bound to a file"));
+        return false;
+    }
+    if (isReadOnly())
+        return refuseWrite();
+    TDbTransaction transaction(m_connector->database());
+    if (!transaction.isActive()) {
+        fail(m_connector->database().lastError().text());
+        return false;
+    }
+    QList<TDatabaseObject*> inserted;
+    QList<TDatabaseObject*> written;
+    bool ok = deleteRows(m_pendingRemovals);
+    const QList<TDatabaseObject*> all = getObjectsList();
+    for (int i = 0; ok && i < all.size(); ++i) {
+        if (!all.at(i)->isModified())
+            continue;
+        ok = writeRecord(all.at(i), &inserted);
+        written.append(all.at(i));
+    }
+    if (ok && transaction.commit()) {
+        for (TDatabaseObject* record : written)
+            record->setModified(false);
+        m_pendingRemovals.clear();
+        return true;
+    }
+    for (TDatabaseObject* record : inserted)
+        record->setId(-1);
+    return false;
+}
+
+bool THeaderDatabase::removeObjects(QList<TDatabaseObject*>& records, bool flush)
+{
+    QList<TDatabaseObject*> mine;
+    QList<qint64> ids;
+    for (TDatabaseObject* record : records) {
+        if (record && !mine.contains(record) && findByObject(record->object()) == record) {
+            mine.append(record);
+            if (record->id() >= 0)
+                ids.append(record->id());
+        }
+    }
+    if (mine.size() != records.size()) {
+        fail(QStringLiteral("some records do not belong to this database"));
+        return false;
+    }
+    if (flush && isOpen() && !ids.isEmpty()) {
+        if (isReadOnly())
+            return refuseWrite();
+        TDbTransaction transaction(m_connector->database());
+        if (!transaction.isActive() || !deleteRows(ids) || !transaction.commit())
+            return false;
+    } else {
+        m_pendingRemovals += ids;
+    }
+    for (TDatabaseObject* record : mine) {
+        takeObject(record);
+        delete record;
+    }
+    records.clear();
+    return true;
+}
+
+bool THeaderDatabase::renameRecord(TDatabaseObject* record, const QString& name, const QString& key, bool flush)
+{
+    if (!record)
+        return false;
+    const QString oldName = record->name();
+    const QString oldKey = record->key();
+    if (!renameObject(record, name, key)) {
+        fail(QStringLiteral("the new key is already used"));
+        return false;
+    }
+    record->setModified(true);
+    if (!flush || !isOpen())
+        return true;
+    // Children follow the new key: they are written in the same flush.
+    if (flushDatabase())
+        return true;
+    renameObject(record, oldName, oldKey);
+    return false;
+}
+
+void THeaderDatabase::clearObjects()
+{
+    if (isOpen() && !isReadOnly() && hasPendingChanges())
+        flushDatabase();
+    deleteAllObjects();
+    m_pendingRemovals.clear();
+}
+
+QList<THeaderRow> THeaderDatabase::readRows() const
+{
+    QList<THeaderRow> rows;
+    if (!isOpen())
+        return rows;
+    QSqlDatabase db = m_connector->database();
+    QSqlQuery objects(db);
+    if (!objects.exec(QStringLiteral("SELECT id, type, key, name, parent_type, parent, path FROM objects "
+                                     "ORDER BY type, id")))
+        return rows;
+    QHash<qint64, int> byId;
+    while (objects.next()) {
+        THeaderRow row;
+        row.id = objects.value(0).toLongLong();
+        row.type = objects.value(1).toInt();
+        row.key = objects.value(2).toString();
+        row.name = objects.value(3).toString();
+        row.parentType = objects.value(4).toInt();
+        row.parentKey = objects.value(5).toString();
+        row.path = objects.value(6).toString();
+        byId.insert(row.id, rows.size());
+        rows.append(row);
+    }
+    QSqlQuery properties(db);
+    if (properties.exec(QStringLiteral("SELECT object, name, value FROM properties ORDER BY object, position"))) {
+        while (properties.next()) {
+            const int index = byId.value(properties.value(0).toLongLong(), -1);
+            if (index >= 0)
+                rows[index].properties.append(TProperty(properties.value(1).toString(), properties.value(2).toString()));
+        }
+    }
+    return rows;
+}
+
+bool THeaderDatabase::containsRow(qint64 id) const
+{
+    if (!isOpen())
+        return false;
+    QSqlQuery query(m_connector->database());
+    query.prepare(QStringLiteral("SELECT 1 FROM objects WHERE id = ?"));
+    query.addBindValue(id);
+    return query.exec() && query.next();
+}
+
+} // namespace Sedra

@@ -1,0 +1,12 @@
+#include "tpeakdetectmapper.h"
+
+namespace Sedra {
+
+TPeakDetectMapper::TPeakDetectMapper()
+    : TIndexationMapper(VNObjectTypePeakDetection)
+{
+}
+
+TPeakDetectMapper::~TPeakDetectMapper() = default;
+
+} // namespace Sedra
