@@ -1,19 +1,26 @@
 #include "tmapperfactory.h"
 
+#include "ttovialiasmapper.h"
+#include "ttovicompoundmapper.h"
+#include "ttovieicmapper.h"
+#include "ttovigraphmapper.h"
+#include "ttovijointmapper.h"
+#include "ttovioverlaymapper.h"
 #include "ttoviprocessmapper.h"
+#include "ttoviratiomapper.h"
 
-// The reference mappers are added here, one creator per reference kind.
+// The creators of the reference kinds, asked for by reference databases only.
 
 namespace Sedra {
 
 TAbstractMapper* TMapperFactory::createToviGraphMapper()
 {
-    return nullptr;
+    return new TToviGraphMapper;
 }
 
 TAbstractMapper* TMapperFactory::createToviOverlayMapper()
 {
-    return nullptr;
+    return new TToviOverlayMapper;
 }
 
 TAbstractMapper* TMapperFactory::createToviProcessMapper()
@@ -23,27 +30,27 @@ TAbstractMapper* TMapperFactory::createToviProcessMapper()
 
 TAbstractMapper* TMapperFactory::createToviEICMapper()
 {
-    return nullptr;
+    return new TToviEICMapper;
 }
 
 TAbstractMapper* TMapperFactory::createToviRatioMapper()
 {
-    return nullptr;
+    return new TToviRatioMapper;
 }
 
 TAbstractMapper* TMapperFactory::createToviCompoundMapper()
 {
-    return nullptr;
+    return new TToviCompoundMapper;
 }
 
 TAbstractMapper* TMapperFactory::createToviJointMapper()
 {
-    return nullptr;
+    return new TToviJointMapper;
 }
 
 TAbstractMapper* TMapperFactory::createToviAliasMapper()
 {
-    return nullptr;
+    return new TToviAliasMapper;
 }
 
 } // namespace Sedra

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "theaderconnector.h"
+
+#include <QStringList>
+
+namespace Sedra {
+
+class TDatabase;
+
+/// What the last graphOverlaySync() found and did.
+struct VNSEDRA_EXPORT TToviSyncReport
+{
+    /// Keys of the graph and overlay records dropped because their drawing
+    /// file is missing (or their graph is gone).
+    QStringList removed;
+    /// Why the synchronisation failed; empty on success.
+    QString error;
+};
+
+/// The connector of a reference database. Besides the header file it knows
+/// the serial number (the stamp by which the merged database tells whether it
+/// is current), makes graph and overlay records agree with their drawing
+/// files, and groups many creations into one transaction (batches).
+///
+/// A connector may be told the database it serves (constructor or
+/// setReferenceDatabase()); the reference mappers also tell it as soon as they hold
+/// graph or overlay records. graphOverlaySync() then keeps the records in
+/// memory and the rows of the file in step; without a database it works on
+/// the rows of the file alone.
+class VNSEDRA_EXPORT THeaderToviConnector : public THeaderConnector
+{
+public:
+    explicit THeaderToviConnector(TDatabase* db = nullptr);
+    ~THeaderToviConnector() override;
+
+    /// The reference database this connector serves, or null.
+    TDatabase* referenceDatabase() const { return m_owner; }
+    void setReferenceDatabase(TDatabase* db) { m_owner = db; }
+
+    /// Reads the serial number through `db`, a connection to a header file
+    /// opened by the caller; an empty string when there is none.
+    QString readSerialNumber(QSqlDatabase* db) const override;
+    /// Writes the serial number through `db`, or through this connector's own
+    /// connection when `db` is null. False when nothing could be written (a
+    /// closed or read-only connection, a file that is not a header).
+    bool writeSerialNumber(const QString& serial, QSqlDatabase* db = nullptr);
+
+    /// Makes records and files agree: every graph and overlay record whose
+    /// drawing file is missing under the working folder, and every overlay
+    /// whose graph is gone, is removed (records, rows and their dependants,
+    /// in one transaction). True when afterwards every record has its file;
+    /// false when the header is not open, or when records would have to go
+    /// from a read-only database. Files without a record are left alone: the
+    /// reference databases of one working folder share the graph folder.
+    bool graphOverlaySync();
+    const TToviSyncReport& lastSyncReport() const { return m_report; }
+
+    /// Batches: while a batch is open the reference mappers keep new records
+    /// in memory; the outermost endBatch() writes them all in one transaction
+    /// (through the database's header) and returns whether that worked.
+    void beginBatch() { ++m_batchDepth; }
+    bool endBatch();
+    bool inBatch() const { return m_batchDepth > 0; }
+
+private:
+    bool syncRecords();
+    bool syncRows();
+
+    TDatabase* m_owner = nullptr;
+    int m_batchDepth = 0;
+    TToviSyncReport m_report;
+};
+
+} // namespace Sedra

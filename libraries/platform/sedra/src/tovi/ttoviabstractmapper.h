@@ -1,0 +1,36 @@
+#pragma once
+
+#include "tabstractmapper.h"
+
+namespace Sedra {
+
+class THeaderToviConnector;
+
+/// What the mappers of the reference kinds share: identifiers made for
+/// records created without one, writes held back while a batch is open, and
+/// the link from the header's connector back to the database.
+class VNSEDRA_EXPORT TToviAbstractMapper : public TAbstractMapper
+{
+public:
+    explicit TToviAbstractMapper(int type);
+    ~TToviAbstractMapper() override;
+
+    /// The reference connector of the database, or null.
+    THeaderToviConnector* toviConnector() const;
+
+    /// A key not used by any record of the kind: a prefix naming the database
+    /// ("ORL", "USR", "MRG", "DB") and the kind, then a number, so that
+    /// records made in the delivered and in the user database never share an
+    /// identifier ("USR-C000012").
+    QString newKey(const QString& kindLetter) const;
+
+protected:
+    /// Whether a creation asked to flush really writes now: not while a batch
+    /// is open on the connector (the batch writes everything at its end).
+    bool writeNow(bool flush) const;
+    /// Tells the connector which database it serves (graphOverlaySync() then
+    /// keeps the records in memory in step with the file).
+    void bindConnector() const;
+};
+
+} // namespace Sedra
