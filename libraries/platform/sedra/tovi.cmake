@@ -1,6 +1,6 @@
 # Reference-database kinds: the reference connector, records and mappers.
 set(_tovi_names
-  theadertoviconnector ttoviabstractmapper
+  theadertoviconnector ttovibatch ttoviabstractmapper
   ttovicompound ttoviratio ttovieic ttovijoint ttovialias ttovigraph ttovioverlay
   ttovicompoundmapper ttoviratiomapper ttovieicmapper ttovijointmapper ttovialiasmapper
   ttovigraphmapper ttovioverlaymapper)

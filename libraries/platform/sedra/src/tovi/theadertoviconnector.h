@@ -59,6 +59,9 @@ public:
     /// Batches: while a batch is open the reference mappers keep new records
     /// in memory; the outermost endBatch() writes them all in one transaction
     /// (through the database's header) and returns whether that worked.
+    /// Callers that write records themselves inside a batch should ask
+    /// saveObjectToFile(record, !inBatch()) so that their writes join it.
+    /// See TToviBatch for a scoped batch.
     void beginBatch() { ++m_batchDepth; }
     bool endBatch();
     bool inBatch() const { return m_batchDepth > 0; }

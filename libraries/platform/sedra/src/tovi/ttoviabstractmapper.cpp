@@ -1,6 +1,7 @@
 #include "ttoviabstractmapper.h"
 
 #include "tdatabase.h"
+#include "theaderdatabase.h"
 #include "theadertoviconnector.h"
 
 namespace Sedra {
@@ -22,6 +23,11 @@ void TToviAbstractMapper::bindConnector() const
     THeaderToviConnector* connector = toviConnector();
     if (connector && !connector->referenceDatabase())
         connector->setReferenceDatabase(database());
+}
+
+bool TToviAbstractMapper::canStore() const
+{
+    return database() && header() && header()->isOpen();
 }
 
 bool TToviAbstractMapper::writeNow(bool flush) const

@@ -25,6 +25,10 @@ public:
     QString newKey(const QString& kindLetter) const;
 
 protected:
+    /// True when records can be created: the database's header file is open.
+    /// A reference record kept only in memory would be lost without a word
+    /// (a header file refused as damaged, a database without a folder).
+    bool canStore() const;
     /// Whether a creation asked to flush really writes now: not while a batch
     /// is open on the connector (the batch writes everything at its end).
     bool writeNow(bool flush) const;

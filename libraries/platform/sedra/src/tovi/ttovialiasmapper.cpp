@@ -78,7 +78,7 @@ TToviAlias* TToviAliasMapper::aliasCreate(const VNObject2* object, const QString
                                           const QString& value, bool flush) const
 {
     const TDatabaseObject* parent = database() ? database()->record(object) : nullptr;
-    if (!parent || field.isEmpty() || getAlias(object, field, vendor))
+    if (!canStore() || !parent || field.isEmpty() || getAlias(object, field, vendor))
         return nullptr;
     bindConnector();
     return static_cast<TToviAlias*>(insertRecord(makeAlias(parent, field, vendor, value), writeNow(flush)));

@@ -38,7 +38,7 @@ TDatabaseObject* TToviCompoundMapper::newRecord(VNObject2* object) const
 
 TToviCompound* TToviCompoundMapper::createCompound(const TToviCompound* model, const QString& name, bool flush) const
 {
-    if (!database() || (!name.isEmpty() && exists(name)))
+    if (!canStore() || (!name.isEmpty() && exists(name)))
         return nullptr;
     const QString key = name.isEmpty() ? newKey(QStringLiteral("C")) : name;
     QString masterName = model ? model->masterName() : QString();

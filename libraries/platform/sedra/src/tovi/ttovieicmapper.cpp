@@ -67,7 +67,7 @@ TDatabaseObject* TToviEICMapper::create(const QString& name, bool flush) const
 TToviEIC* TToviEICMapper::createEIC(const QString& name, const QString& value, const QString& key, bool flush) const
 {
     const QString id = key.isEmpty() ? name : key;
-    if (!database() || name.isEmpty() || exists(id))
+    if (!canStore() || name.isEmpty() || exists(id))
         return nullptr;
     auto* object = new VNObject2ToviEIC(name, value.isNull() ? QString(QLatin1String("")) : value, id);
     watchRemovals();

@@ -32,7 +32,7 @@ TDatabaseObject* TToviGraphMapper::create(const QString& name, bool flush) const
 
 TToviGraph* TToviGraphMapper::createGraph(const QString& name, bool flush) const
 {
-    if (!database() || (!name.isEmpty() && exists(name)))
+    if (!canStore() || (!name.isEmpty() && exists(name)))
         return nullptr;
     // A new identifier must not meet one made in another database when both
     // are merged: a UUID, not a counter.

@@ -29,7 +29,7 @@ TDatabaseObject* TToviJointMapper::create(const QString& name, bool flush) const
 TToviJoint* TToviJointMapper::createJoint(TToviCompound* compound, TToviEIC* eic, const QString& name,
                                           bool flush) const
 {
-    if (!database() || !header() || !compound || !eic || header()->findByObject(compound->object()) != compound
+    if (!canStore() || !header() || !compound || !eic || header()->findByObject(compound->object()) != compound
         || header()->findByObject(eic->object()) != eic)
         return nullptr;
     const QString key = TToviJoint::makeKey(compound->key(), eic->key());

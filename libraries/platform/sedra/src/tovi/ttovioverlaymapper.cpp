@@ -35,7 +35,7 @@ QString TToviOverlayMapper::relativeFilePath(const QString& graphIdentifier, con
 TToviOverlay* TToviOverlayMapper::overlayCreate(const VNObject2ToviGraph* graph, const QString& name,
                                                 bool flush) const
 {
-    if (!database() || !graph || !header() || !dynamic_cast<TToviGraph*>(database()->record(graph))
+    if (!canStore() || !graph || !header() || !dynamic_cast<TToviGraph*>(database()->record(graph))
         || (!name.isEmpty() && exists(name)))
         return nullptr;
     QString identifier = name;

@@ -39,7 +39,7 @@ TToviRatio* TToviRatioMapper::createRatio(const QString& ratioId, const QString&
                                           const QString& expectedIons, const QString& literatureReference,
                                           bool flush) const
 {
-    if (!database() || masterName.isEmpty() || (!ratioId.isEmpty() && exists(ratioId)))
+    if (!canStore() || masterName.isEmpty() || (!ratioId.isEmpty() && exists(ratioId)))
         return nullptr;
     const QString key = ratioId.isEmpty() ? newKey(QStringLiteral("R")) : ratioId;
     const int order = displayOrder < 0 ? maxDisplayOrder() + 1 : displayOrder;

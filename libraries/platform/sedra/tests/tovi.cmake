@@ -1,0 +1,3 @@
+# Tests of the reference kinds of the storage library.
+vn_add_test(NAME sedra.tovi.storage SOURCES tovi_storage_test.cpp tovi_testdatabase.h
+  LIBS VN::Sedra Qt5::Sql)

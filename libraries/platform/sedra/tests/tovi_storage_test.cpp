@@ -1,0 +1,670 @@
+#include "tovi_testdatabase.h"
+
+#include <tdbtransaction.h>
+#include <ttovialias.h>
+#include <ttovialiasmapper.h>
+#include <ttovibatch.h>
+#include <ttovicompound.h>
+#include <ttovicompoundmapper.h>
+#include <ttovieic.h>
+#include <ttovieicmapper.h>
+#include <ttovijoint.h>
+#include <ttovijointmapper.h>
+#include <ttoviratio.h>
+#include <ttoviratiomapper.h>
+
+#include <trecordinglogger.h>
+#include <ttranslator.h>
+#include <vnobject2tovicompound.h>
+#include <vnobject2tovieic.h>
+#include <vnobject2tovijoint.h>
+#include <vnobject2toviratio.h>
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+using namespace Sedra;
+
+namespace {
+
+struct Kinds
+{
+    explicit Kinds(const ToviTestDatabase& db)
+        : compounds(db.get<TToviCompoundMapper>(VNObjectTypeCompound))
+        , ratios(db.get<TToviRatioMapper>(VNObjectTypeRatio))
+        , ions(db.get<TToviEICMapper>(VNObjectTypeIon))
+        , joints(db.get<TToviJointMapper>(VNObjectTypeJoint))
+        , aliases(db.get<TToviAliasMapper>(VNObjectTypeAlias))
+    {
+    }
+    TToviCompoundMapper* compounds;
+    TToviRatioMapper* ratios;
+    TToviEICMapper* ions;
+    TToviJointMapper* joints;
+    TToviAliasMapper* aliases;
+};
+
+// A compound described as the module describes one before creating it.
+std::unique_ptr<TToviCompound> model(const QString& masterName, const QString& toviKey, const QString& cas = QString())
+{
+    auto made = std::make_unique<TToviCompound>();
+    made->setMasterName(masterName);
+    made->setToviKey(toviKey);
+    made->setCas(cas);
+    made->setFormula(QStringLiteral("C19H40"));
+    made->setInChIKey(QStringLiteral("XOJVVFBFDXDTEG-UHFFFAOYSA-N"));
+    made->setInChI(QStringLiteral("InChI=1S/C19H40/c1-16(2)10-7-11-17(3)12-8-13-18(4)14-9-15-19(5)6/h16-19H,7-15H2,1-6H3"));
+    made->setFamily(QStringLiteral("isoprenoids"));
+    made->setCarbons(QStringLiteral("19"));
+    made->setOrlName(QStringLiteral("Pr"));
+    made->setAnalysisType(QStringLiteral("GC-MS"));
+    made->setStudyType(QStringLiteral("Redox"));
+    made->setExpectedIons(QStringLiteral("57;71"));
+    made->setFamilyName(QStringLiteral("Saturated hydrocarbons"));
+    return made;
+}
+
+// Rows of one kind in the file, read through a connection of our own.
+int rowCount(const QString& file, int type)
+{
+    int count = -1;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tovi-count"));
+        db.setDatabaseName(file);
+        if (db.open()) {
+            QSqlQuery query(db);
+            query.prepare(QStringLiteral("SELECT count(*) FROM objects WHERE type = ?"));
+            query.addBindValue(type);
+            if (query.exec() && query.next())
+                count = query.value(0).toInt();
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("tovi-count"));
+    return count;
+}
+
+} // namespace
+
+class TestToviStorage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+
+    void compoundsAreFoundByEveryKeyAndSurviveReload();
+    void compoundCreationRefusals();
+    void masterNameChangeFollowsTheIndex();
+    void ratiosKeepTheirElevenValuesAndDisplayOrder();
+    void ionsAndJointsFollowTheirCompoundAndIon();
+    void aliasesPerVendor();
+    void awkwardTextRoundTrips_data();
+    void awkwardTextRoundTrips();
+    void damagedFilesAreRefused_data();
+    void damagedFilesAreRefused();
+    void readOnlyDatabaseRefusesChanges();
+    void batchWritesOnceAtTheEnd();
+    void serialNumberThroughAnyConnection();
+
+private:
+    TMapperFactory m_factory;
+    QTemporaryDir m_dir;
+    int m_case = 0;
+    QString folder() { return m_dir.filePath(QStringLiteral("case%1").arg(++m_case)); }
+};
+
+void TestToviStorage::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+}
+
+void TestToviStorage::cleanup()
+{
+    TTranslator::install(QStringLiteral("en"));
+}
+
+void TestToviStorage::compoundsAreFoundByEveryKeyAndSurviveReload()
+{
+    const QString path = folder();
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        QVERIFY(db.opened);
+        Kinds k(db);
+        QVERIFY(k.compounds && k.ratios && k.ions && k.joints && k.aliases);
+        auto pristane = model(QStringLiteral("Pristane"), QStringLiteral("Pr;iC19"), QStringLiteral("1921-70-6"));
+        auto phytane = model(QStringLiteral("Phytane"), QStringLiteral("Ph"), QStringLiteral("638-36-8"));
+        TToviCompound* pr = k.compounds->createCompound(pristane.get(), QStringLiteral("C-PR"));
+        TToviCompound* ph = k.compounds->createCompound(phytane.get(), QString());
+        QVERIFY(pr && ph);
+        QCOMPARE(pr->compoundId(), QStringLiteral("C-PR"));
+        QVERIFY2(ph->compoundId().startsWith(QLatin1String("USR-C")), qPrintable(ph->compoundId()));
+        // Every key the selector lists is stored.
+        for (const char* key : {TToviCompound::KeyId, TToviCompound::KeyMasterName, TToviCompound::KeyInChI,
+                                TToviCompound::KeyInChIKey, TToviCompound::KeyFormula, TToviCompound::KeyCAS,
+                                TToviCompound::KeyFamily, TToviCompound::KeyCarbons, TToviCompound::KeyORLName,
+                                TToviCompound::KeyToVIKey, TToviCompound::KeyAnalysisType,
+                                TToviCompound::KeyStudyType, TToviCompound::KeyExpectedIons,
+                                TToviCompound::KeyFamilyName})
+            QVERIFY2(pr->hasProperty(QLatin1String(key)), key);
+        QCOMPARE(pr->property(QLatin1String(TToviCompound::KeyId)), QStringLiteral("C-PR"));
+        QCOMPARE(pr->compound()->toviKey(), QStringLiteral("Pr;iC19"));
+        QCOMPARE(pr->compound()->db(), &db);
+        // The model stays free and unchanged.
+        QVERIFY(!pristane->compound()->db());
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    Kinds k(db);
+    QCOMPARE(k.compounds->compoundList().size(), 2);
+    TToviCompound* pr = k.compounds->compound(QStringLiteral("C-PR"));
+    QVERIFY(pr);
+    QCOMPARE(k.compounds->get(QStringLiteral("C-PR")), pr->object());
+    QCOMPARE(k.compounds->getCompoundByName(QStringLiteral("Pristane")), pr->object());
+    QCOMPARE(k.compounds->compound(pr->object()), pr);
+    QCOMPARE(k.compounds->getByToViKey({QStringLiteral("Pr"), QStringLiteral("iC19")}), pr);
+    QVERIFY(!k.compounds->getByToViKey({QStringLiteral("Pr")}));
+    QVERIFY(!k.compounds->getByToViKey({QStringLiteral("iC19"), QStringLiteral("Pr")}));
+    QCOMPARE(pr->compound()->toviKey(), QStringLiteral("Pr;iC19"));
+    QCOMPARE(pr->cas(), QStringLiteral("1921-70-6"));
+    QCOMPARE(pr->carbons(), QStringLiteral("19"));
+    QCOMPARE(pr->name(), QStringLiteral("Pristane"));
+    QCOMPARE(k.compounds->compoundList().first(), pr);
+
+    // Removal takes the compound from memory and file.
+    QVERIFY(k.compounds->remove(pr->object(), true, true));
+    QVERIFY(!k.compounds->compound(QStringLiteral("C-PR")));
+    QVERIFY(!k.compounds->getByToViKey({QStringLiteral("Pr"), QStringLiteral("iC19")}));
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeCompound), 1);
+}
+
+void TestToviStorage::compoundCreationRefusals()
+{
+    ToviTestDatabase db(DatabaseToviDelivered, folder(), &m_factory);
+    Kinds k(db);
+    auto first = model(QStringLiteral("Hopane"), QStringLiteral("H30"));
+    QVERIFY(k.compounds->createCompound(first.get(), QStringLiteral("X")));
+    // An identifier is never reused, whatever the model.
+    QVERIFY(!k.compounds->createCompound(first.get(), QStringLiteral("X")));
+    QCOMPARE(k.compounds->count(), 1);
+    // Without a model the identifier names the compound.
+    TToviCompound* bare = k.compounds->createCompound(nullptr, QString());
+    QVERIFY(bare);
+    QVERIFY(bare->compoundId().startsWith(QLatin1String("ORL-C")));
+    QCOMPARE(bare->masterName(), bare->compoundId());
+    // Keys made in a row never collide, even around a key given by hand.
+    QVERIFY(k.compounds->createCompound(nullptr, QStringLiteral("ORL-C000004")));
+    QSet<QString> made;
+    for (int i = 0; i < 5; ++i) {
+        TToviCompound* c = k.compounds->createCompound(nullptr, QString());
+        QVERIFY(c);
+        QVERIFY(!made.contains(c->compoundId()));
+        made.insert(c->compoundId());
+    }
+    // Reference keys that are all empty identify nothing and match nothing.
+    auto blank = model(QStringLiteral("Unknown"), QStringLiteral(";"));
+    QVERIFY(k.compounds->createCompound(blank.get(), QString()));
+    QVERIFY(!k.compounds->getByToViKey({QString(), QString()}));
+    QVERIFY(!k.compounds->getByToViKey({QString()}));
+    QVERIFY(!k.compounds->getByToViKey({}));
+    // The reference keys of a stored compound are its identity: fixed.
+    TToviCompound* hopane = k.compounds->compound(QStringLiteral("X"));
+    QVERIFY(!hopane->setToviKey(QStringLiteral("other")));
+    QVERIFY(hopane->setToviKey(QStringLiteral("H30")));
+    QCOMPARE(k.compounds->getByToViKey({QStringLiteral("H30")}), hopane);
+    // Joints and aliases are made from their objects only.
+    QVERIFY(!k.joints->create(QStringLiteral("j")));
+    QVERIFY(!k.aliases->create(QStringLiteral("a")));
+}
+
+void TestToviStorage::masterNameChangeFollowsTheIndex()
+{
+    const QString path = folder();
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        Kinds k(db);
+        auto m = model(QStringLiteral("Old name"), QStringLiteral("k1"));
+        TToviCompound* c = k.compounds->createCompound(m.get(), QStringLiteral("C1"));
+        k.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("V"), QStringLiteral("New"));
+        c->setMasterName(QStringLiteral("New name"));
+        QCOMPARE(k.compounds->getCompoundByName(QStringLiteral("New name")), c->object());
+        QVERIFY(!k.compounds->getCompoundByName(QStringLiteral("Old name")));
+        QCOMPARE(c->compoundId(), QStringLiteral("C1"));
+        QVERIFY(db.headerDb()->saveObjectToFile(c, true));
+        // The alias still belongs to the compound.
+        QCOMPARE(k.aliases->aliasesOf(c->object()).size(), 1);
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    Kinds k(db);
+    TToviCompound* c = k.compounds->compound(QStringLiteral("C1"));
+    QVERIFY(c);
+    QCOMPARE(c->masterName(), QStringLiteral("New name"));
+    QCOMPARE(k.compounds->getCompoundByName(QStringLiteral("New name")), c->object());
+    QCOMPARE(k.aliases->aliasesOf(c->object()).size(), 1);
+}
+
+void TestToviStorage::ratiosKeepTheirElevenValuesAndDisplayOrder()
+{
+    const QString path = folder();
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        Kinds k(db);
+        TToviRatio* prph = k.ratios->createRatio(QStringLiteral("R001"), QStringLiteral("Pr/Ph"),
+                                                 QStringLiteral("Pr / Ph"), QStringLiteral("Pr/Ph"), 20,
+                                                 QStringLiteral("Redox"), QStringLiteral("GC-MS"),
+                                                 QStringLiteral("Peak area ratio"), QStringLiteral("Saturates"),
+                                                 QStringLiteral("57;71"), QStringLiteral("Didyk et al. 1978"));
+        QVERIFY(prph);
+        QVERIFY(k.ratios->createRatio(QStringLiteral("R002"), QStringLiteral("CPI"), {}, {}, 10, {}, {}, {}, {}, {},
+                                      {}));
+        // A second ratio of the same master name, and one placed at the end.
+        QVERIFY(k.ratios->createRatio(QStringLiteral("R003"), QStringLiteral("Pr/Ph"), {}, {}, 20, {}, {}, {}, {},
+                                      {}, {}));
+        TToviRatio* last = k.ratios->createRatio(QString(), QStringLiteral("Ts/(Ts+Tm)"), {}, {}, -1, {}, {}, {},
+                                                 {}, {}, {});
+        QVERIFY(last);
+        QCOMPARE(last->displayOrder(), 21);
+        QVERIFY(last->ratioId().startsWith(QLatin1String("USR-R")));
+        // Refusals: a taken identifier, an empty master name.
+        QVERIFY(!k.ratios->createRatio(QStringLiteral("R001"), QStringLiteral("x"), {}, {}, 1, {}, {}, {}, {}, {},
+                                       {}));
+        QVERIFY(!k.ratios->createRatio(QStringLiteral("R009"), QString(), {}, {}, 1, {}, {}, {}, {}, {}, {}));
+        // Aliases: a ratio is found by an alias value, a compound with the same
+        // alias value is not a ratio.
+        auto m = model(QStringLiteral("Pristane"), QStringLiteral("Pr"));
+        TToviCompound* c = k.compounds->createCompound(m.get(), QStringLiteral("C-PR"));
+        QVERIFY(k.aliases->aliasCreate(prph->object(), QStringLiteral("masterName"), QStringLiteral("A"),
+                                       QStringLiteral("pristane/phytane")));
+        QVERIFY(k.aliases->aliasCreate(prph->object(), QStringLiteral("masterName"), QStringLiteral("B"),
+                                       QStringLiteral("pristane/phytane")));
+        QVERIFY(k.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("A"),
+                                       QStringLiteral("pristane/phytane")));
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    Kinds k(db);
+    TToviRatio* prph = k.ratios->ratio(QStringLiteral("R001"));
+    QVERIFY(prph);
+    QCOMPARE(prph->ratioId(), QStringLiteral("R001"));
+    QCOMPARE(prph->masterName(), QStringLiteral("Pr/Ph"));
+    QCOMPARE(prph->displayFormula(), QStringLiteral("Pr / Ph"));
+    QCOMPARE(prph->formula(), QStringLiteral("Pr/Ph"));
+    QCOMPARE(prph->displayOrder(), 20);
+    QCOMPARE(prph->ratio()->displayOrder(), 20);
+    QCOMPARE(prph->studyType(), QStringLiteral("Redox"));
+    QCOMPARE(prph->analysisType(), QStringLiteral("GC-MS"));
+    QCOMPARE(prph->processType(), QStringLiteral("Peak area ratio"));
+    QCOMPARE(prph->familyName(), QStringLiteral("Saturates"));
+    QCOMPARE(prph->expectedIons(), QStringLiteral("57;71"));
+    QCOMPARE(prph->literatureReference(), QStringLiteral("Didyk et al. 1978"));
+    for (const char* key : {TToviRatio::KeyId, TToviRatio::KeyMasterName, TToviRatio::KeyDisplayFormula,
+                            TToviRatio::KeyFormula, TToviRatio::KeyStudyType, TToviRatio::KeyAnalysisType,
+                            TToviRatio::KeyProcessType, TToviRatio::KeyFamilyName, TToviRatio::KeyExpectedIons,
+                            TToviRatio::KeyLiteratureReference})
+        QVERIFY2(prph->hasProperty(QLatin1String(key)), key);
+
+    QCOMPARE(k.ratios->getByMasterName(QStringLiteral("Pr/Ph")), prph);
+    const QList<TToviRatio*> both = k.ratios->getAllByMasterName(QStringLiteral("Pr/Ph"));
+    QCOMPARE(both.size(), 2);
+    QCOMPARE(both.at(0)->ratioId(), QStringLiteral("R001"));
+    QCOMPARE(both.at(1)->ratioId(), QStringLiteral("R003"));
+    QVERIFY(k.ratios->getAllByMasterName(QStringLiteral("nothing")).isEmpty());
+
+    QStringList ordered;
+    for (const TToviRatio* r : k.ratios->listByDisplayOrder())
+        ordered.append(r->masterName());
+    QCOMPARE(ordered, QStringList({QStringLiteral("CPI"), QStringLiteral("Pr/Ph"), QStringLiteral("Pr/Ph"),
+                                   QStringLiteral("Ts/(Ts+Tm)")}));
+
+    const QList<const VNObject2*> byAlias = k.ratios->getByAliasesValue(QStringLiteral("pristane/phytane"));
+    QCOMPARE(byAlias.size(), 1);
+    QCOMPARE(byAlias.first(), prph->object());
+    QVERIFY(k.ratios->getByAliasesValue(QStringLiteral("Pristane/Phytane")).isEmpty());
+
+    // Removing a ratio removes its aliases.
+    QVERIFY(k.ratios->remove(prph->object(), true, true));
+    QVERIFY(k.ratios->getByAliasesValue(QStringLiteral("pristane/phytane")).isEmpty());
+    QCOMPARE(k.aliases->getByValue(QStringLiteral("pristane/phytane")).size(), 1);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeAlias), 1);
+}
+
+void TestToviStorage::ionsAndJointsFollowTheirCompoundAndIon()
+{
+    const QString path = folder();
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        Kinds k(db);
+        auto m = model(QStringLiteral("Pristane"), QStringLiteral("Pr"));
+        TToviCompound* pr = k.compounds->createCompound(m.get(), QStringLiteral("C-PR"));
+        TToviCompound* ph = k.compounds->createCompound(model(QStringLiteral("Phytane"), QStringLiteral("Ph")).get(),
+                                                        QStringLiteral("C-PH"));
+        TToviEIC* ion57 = k.ions->createEIC(QStringLiteral("m/z 57"), QStringLiteral("57"));
+        TToviEIC* ion71 = k.ions->createEIC(QStringLiteral("m/z 71"), QStringLiteral("71"), QStringLiteral("I71"));
+        QVERIFY(pr && ph && ion57 && ion71);
+        QCOMPARE(ion57->ionId(), QStringLiteral("m/z 57"));
+        QCOMPARE(ion71->ionId(), QStringLiteral("I71"));
+        QCOMPARE(ion57->eic()->value(), QStringLiteral("57"));
+        // The same ion name twice is one key: refused.
+        QVERIFY(!k.ions->createEIC(QStringLiteral("m/z 57"), QStringLiteral("58")));
+        QVERIFY(!k.ions->createEIC(QString(), QStringLiteral("58")));
+
+        TToviJoint* j1 = k.joints->createJoint(pr, ion57, QString());
+        TToviJoint* j2 = k.joints->createJoint(pr, ion71, QStringLiteral("Pristane by 71"));
+        TToviJoint* j3 = k.joints->createJoint(ph, ion57, QString());
+        QVERIFY(j1 && j2 && j3);
+        QCOMPARE(j1->name(), QStringLiteral("Pristane / m/z 57"));
+        QVERIFY(!k.joints->createJoint(pr, ion57, QStringLiteral("again")));
+        QVERIFY(!k.joints->createJoint(nullptr, ion57, QString()));
+        // A record of another database is not ours to join.
+        ToviTestDatabase other(DatabaseToviMerged, path, &m_factory);
+        Kinds o(other);
+        TToviEIC* foreign = o.ions->createEIC(QStringLiteral("m/z 85"), QStringLiteral("85"));
+        QVERIFY(foreign);
+        QVERIFY(!k.joints->createJoint(pr, foreign, QString()));
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    Kinds k(db);
+    QCOMPARE(k.joints->jointList().size(), 3);
+    TToviJoint* j2 = k.joints->get(QStringLiteral("C-PR"), QStringLiteral("I71"));
+    QVERIFY(j2);
+    QCOMPARE(j2->name(), QStringLiteral("Pristane by 71"));
+    // By the ion's name as well as by its key.
+    QCOMPARE(k.joints->get(QStringLiteral("C-PR"), QStringLiteral("m/z 71")), j2);
+    QVERIFY(!k.joints->get(QStringLiteral("C-PH"), QStringLiteral("m/z 71")));
+    // Read back, each joint knows its compound and its ion again.
+    for (const TToviJoint* j : k.joints->jointList()) {
+        QVERIFY(j->joint()->compound());
+        QVERIFY(j->joint()->eic());
+        QCOMPARE(j->joint()->compound()->key(), j->compoundKey());
+        QCOMPARE(j->joint()->eic()->key(), j->eicKey());
+    }
+    QCOMPARE(k.ions->getEICByName(QStringLiteral("m/z 71"))->ionId(), QStringLiteral("I71"));
+    QCOMPARE(k.joints->jointsOfEIC(QStringLiteral("m/z 57")).size(), 2);
+
+    // An ion removed by the database itself takes its joints along.
+    const VNObject2* ion57 = k.ions->get(QStringLiteral("m/z 57"));
+    QVERIFY(db.removeObject(ion57, true));
+    QCOMPARE(k.joints->jointList().size(), 1);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeJoint), 1);
+    // A compound removed takes its remaining joint.
+    QVERIFY(k.compounds->remove(k.compounds->get(QStringLiteral("C-PR")), true, true));
+    QVERIFY(k.joints->jointList().isEmpty());
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeJoint), 0);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeIon), 1);
+}
+
+void TestToviStorage::aliasesPerVendor()
+{
+    const QString path = folder();
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        Kinds k(db);
+        TToviCompound* pr = k.compounds->createCompound(model(QStringLiteral("Pristane"), QStringLiteral("Pr")).get(),
+                                                        QStringLiteral("C-PR"));
+        TToviCompound* ph = k.compounds->createCompound(model(QStringLiteral("Phytane"), QStringLiteral("Ph")).get(),
+                                                        QStringLiteral("C-PH"));
+        const QString field = QStringLiteral("masterName");
+        QVERIFY(k.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorA"), QStringLiteral("Pristan")));
+        QVERIFY(k.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorB"), QStringLiteral("PRIST")));
+        QVERIFY(k.aliases->aliasCreate(ph->object(), field, QStringLiteral("VendorA"), QStringLiteral("Phytan")));
+        QVERIFY(k.aliases->aliasCreate(ph->object(), QStringLiteral("CAS"), QStringLiteral("VendorC"),
+                                       QStringLiteral("638-36-8")));
+        // One value per (object, field, vendor); an object must be ours.
+        QVERIFY(!k.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorA"), QStringLiteral("other")));
+        QVERIFY(!k.aliases->aliasCreate(pr->object(), QString(), QStringLiteral("VendorA"), QStringLiteral("x")));
+        QVERIFY(!k.aliases->aliasCreate(nullptr, field, QStringLiteral("VendorA"), QStringLiteral("x")));
+        TToviCompound loose;
+        QVERIFY(!k.aliases->aliasCreate(loose.object(), field, QStringLiteral("VendorA"), QStringLiteral("x")));
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    Kinds k(db);
+    const VNObject2* pr = k.compounds->get(QStringLiteral("C-PR"));
+    const VNObject2* ph = k.compounds->get(QStringLiteral("C-PH"));
+    QCOMPARE(k.aliases->aliasList().size(), 4);
+    QCOMPARE(k.aliases->vendorList(),
+             QStringList({QStringLiteral("VendorA"), QStringLiteral("VendorB"), QStringLiteral("VendorC")}));
+    TToviAlias* a = k.aliases->getAlias(pr, QStringLiteral("masterName"), QStringLiteral("VendorA"));
+    QVERIFY(a);
+    QCOMPARE(a->getField(), QStringLiteral("masterName"));
+    QCOMPARE(a->getVendor(), QStringLiteral("VendorA"));
+    QCOMPARE(a->getValue(), QStringLiteral("Pristan"));
+    QCOMPARE(a->getParent()->object(), pr);
+    QCOMPARE(k.compounds->compound(pr)->getDependantObjects().size(), 2);
+    QVERIFY(!k.aliases->getAlias(pr, QStringLiteral("masterName"), QStringLiteral("VendorC")));
+    QVERIFY(!k.aliases->getAlias(pr, QStringLiteral("masterName"), QStringLiteral("vendora")));
+
+    // Update in place, with arguments that live in the alias being replaced.
+    QVERIFY(k.aliases->aliasUpdate(pr, a->getField(), a->getVendor(), QStringLiteral("2,6,10,14-TMPD")));
+    QVERIFY(k.aliases->getByValue(QStringLiteral("Pristan")).isEmpty());
+    QCOMPARE(k.aliases->getByValue(QStringLiteral("2,6,10,14-TMPD")).size(), 1);
+    QVERIFY(k.aliases->aliasUpdate(pr, QStringLiteral("masterName"), QStringLiteral("VendorA"),
+                                   QStringLiteral("2,6,10,14-TMPD")));
+    QVERIFY(!k.aliases->aliasUpdate(pr, QStringLiteral("masterName"), QStringLiteral("VendorZ"), QStringLiteral("x")));
+    QCOMPARE(k.aliases->aliasList().size(), 4);
+
+    // One alias, then a whole vendor.
+    QVERIFY(k.aliases->removeAlias(pr, QStringLiteral("masterName"), QStringLiteral("VendorB")));
+    QVERIFY(!k.aliases->removeAlias(pr, QStringLiteral("masterName"), QStringLiteral("VendorB")));
+    QVERIFY(k.aliases->removeVendor(QStringLiteral("VendorA")));
+    QVERIFY(k.aliases->removeVendor(QStringLiteral("nobody")));
+    QCOMPARE(k.aliases->vendorList(), QStringList({QStringLiteral("VendorC")}));
+    QVERIFY(k.aliases->aliasesOf(pr).isEmpty());
+    QCOMPARE(k.aliases->aliasesOf(ph).size(), 1);
+
+    // What was written is what a new reader finds.
+    ToviTestDatabase again(DatabaseToviUser, path, &m_factory);
+    Kinds r(again);
+    QCOMPARE(r.aliases->vendorList(), QStringList({QStringLiteral("VendorC")}));
+    QCOMPARE(r.aliases->aliasList().size(), 1);
+    QCOMPARE(r.aliases->aliasList().first()->getValue(), QStringLiteral("638-36-8"));
+}
+
+void TestToviStorage::awkwardTextRoundTrips_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("quotes") << QStringLiteral("it's a \"quoted\" name; 'DROP TABLE objects; --");
+    QTest::newRow("semicolons") << QStringLiteral(";;a;b;;");
+    QTest::newRow("french") << QStringLiteral("Hopane 17α(H),21β(H) — très étudié, dérivé naphténique");
+    QTest::newRow("wide") << QStringLiteral("藿烷 🧪 ŠČŽ ﬁ");
+    QTest::newRow("control") << QStringLiteral("line one\nline two\ttab\r\n");
+    QTest::newRow("separator") << QStringLiteral("a") + QChar(0x1f) + QStringLiteral("b");
+    QTest::newRow("long") << QString(200000, QLatin1Char('x')) + QStringLiteral("end");
+}
+
+void TestToviStorage::awkwardTextRoundTrips()
+{
+    QFETCH(QString, text);
+    const QString path = folder();
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        Kinds k(db);
+        auto m = model(text, text);
+        m->setFormula(text);
+        QVERIFY(k.compounds->createCompound(m.get(), text));
+        TToviRatio* r = k.ratios->createRatio(text, text, text, text, 1, text, text, text, text, text, text);
+        QVERIFY(r);
+        QVERIFY(k.ions->createEIC(text, text));
+        QVERIFY(k.aliases->aliasCreate(r->object(), text, text, text));
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    Kinds k(db);
+    TToviCompound* c = k.compounds->compound(text);
+    QVERIFY(c);
+    QCOMPARE(c->masterName(), text);
+    QCOMPARE(c->formula(), text);
+    QCOMPARE(c->toviKey(), text);
+    QCOMPARE(k.compounds->getCompoundByName(text), c->object());
+    QCOMPARE(k.compounds->getByToViKey(text.split(QLatin1Char(';'))), c);
+    TToviRatio* r = k.ratios->ratio(text);
+    QVERIFY(r);
+    QCOMPARE(r->literatureReference(), text);
+    QCOMPARE(k.ratios->getByMasterName(text), r);
+    QCOMPARE(k.ions->getEICByName(text)->value(), text);
+    TToviAlias* a = k.aliases->getAlias(r->object(), text, text);
+    QVERIFY(a);
+    QCOMPARE(a->getValue(), text);
+    QCOMPARE(k.ratios->getByAliasesValue(text), QList<const VNObject2*>({r->object()}));
+    QCOMPARE(k.aliases->vendorList(), QStringList({text}));
+}
+
+void TestToviStorage::damagedFilesAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("french");
+    QTest::newRow("text") << QByteArray("this is not a database at all\n").repeated(200) << false;
+    QTest::newRow("text fr") << QByteArray("pas une base\n").repeated(300) << true;
+    QTest::newRow("header only") << QByteArray("SQLite format 3").append('\0').append(QByteArray(4000, '\x7f'))
+                                 << false;
+}
+
+void TestToviStorage::damagedFilesAreRefused()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, french);
+    TTranslator::install(french ? QStringLiteral("fr") : QStringLiteral("en"));
+    const QString path = folder();
+    QVERIFY(QDir().mkpath(path));
+    const QString file = QDir(path).filePath(THeaderConnector::fileNameForType(DatabaseToviUser));
+    QVERIFY(writeDrawing(file, content));
+    TRecordingLogger logger;
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    QVERIFY(!db.opened);
+    QVERIFY(!db.headerDb()->lastError().isEmpty());
+    const QStringList warnings = logger.messages(MessageLoggerInterface::LevelWarning);
+    QCOMPARE(warnings.size(), 1);
+    QVERIFY2(warnings.first().contains(file), qPrintable(warnings.first()));
+    QVERIFY2(warnings.first().contains(french ? QStringLiteral("ne peut pas être ouvert")
+                                              : QStringLiteral("cannot be opened")),
+             qPrintable(warnings.first()));
+    // Nothing can be created and nothing is written over the file.
+    Kinds k(db);
+    QVERIFY(!k.compounds->createCompound(model(QStringLiteral("a"), QStringLiteral("a")).get(), QStringLiteral("a")));
+    QVERIFY(!db.tovi() || !db.tovi()->graphOverlaySync());
+    QFile check(file);
+    QVERIFY(check.open(QIODevice::ReadOnly));
+    QCOMPARE(check.readAll(), content);
+}
+
+void TestToviStorage::readOnlyDatabaseRefusesChanges()
+{
+    const QString path = folder();
+    {
+        ToviTestDatabase db(DatabaseToviDelivered, path, &m_factory);
+        Kinds k(db);
+        TToviCompound* c = k.compounds->createCompound(model(QStringLiteral("Pristane"), QStringLiteral("Pr")).get(),
+                                                       QStringLiteral("C1"));
+        QVERIFY(k.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("V"),
+                                       QStringLiteral("x")));
+        QVERIFY(db.tovi()->writeSerialNumber(QStringLiteral("ORL-1")));
+    }
+    TRecordingLogger logger;
+    ToviTestDatabase db(DatabaseToviDelivered, path, &m_factory, true);
+    QVERIFY(db.opened);
+    Kinds k(db);
+    const VNObject2* c = k.compounds->get(QStringLiteral("C1"));
+    QVERIFY(c);
+    QVERIFY(!k.compounds->createCompound(nullptr, QStringLiteral("C2")));
+    QVERIFY(!k.ratios->createRatio(QStringLiteral("R"), QStringLiteral("R"), {}, {}, 1, {}, {}, {}, {}, {}, {}));
+    QVERIFY(!k.ions->createEIC(QStringLiteral("none"), QStringLiteral("-9999")));
+    QVERIFY(!k.aliases->aliasCreate(c, QStringLiteral("CAS"), QStringLiteral("V"), QStringLiteral("y")));
+    QVERIFY(!k.aliases->aliasUpdate(c, QStringLiteral("masterName"), QStringLiteral("V"), QStringLiteral("y")));
+    QVERIFY(!k.aliases->removeVendor(QStringLiteral("V")));
+    QVERIFY(!k.compounds->remove(c, true, true));
+    QVERIFY(!db.tovi()->writeSerialNumber(QStringLiteral("changed")));
+    QCOMPARE(db.tovi()->serialNumber(), QStringLiteral("ORL-1"));
+    QVERIFY(logger.count() > 0);
+    QCOMPARE(k.aliases->getAlias(c, QStringLiteral("masterName"), QStringLiteral("V"))->getValue(),
+             QStringLiteral("x"));
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeCompound), 1);
+}
+
+void TestToviStorage::batchWritesOnceAtTheEnd()
+{
+    const QString path = folder();
+    // A bare connector: the mappers tell it its database.
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory, false, false);
+    Kinds k(db);
+    QVERIFY(!db.tovi()->referenceDatabase());
+    {
+        TToviBatch batch(&db);
+        QVERIFY(batch.isActive());
+        auto m = model(QStringLiteral("c"), QString());
+        for (int i = 0; i < 300; ++i) {
+            m->setMasterName(QStringLiteral("compound %1").arg(i));
+            m->setToviKey(QStringLiteral("k%1").arg(i));
+            TToviCompound* c = k.compounds->createCompound(m.get(), QString());
+            QVERIFY(c);
+            QVERIFY(k.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("V"),
+                                           QStringLiteral("alias %1").arg(i)));
+        }
+        {
+            TToviBatch nested(&db);
+            QVERIFY(k.ions->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
+            QVERIFY(nested.commit());
+        }
+        QCOMPARE(db.tovi()->referenceDatabase(), &db);
+        // Nothing is in the file before the outermost batch ends.
+        QCOMPARE(rowCount(db.fileName(), VNObjectTypeCompound), 0);
+        QCOMPARE(rowCount(db.fileName(), VNObjectTypeIon), 0);
+        QCOMPARE(k.compounds->count(), 300);
+        QVERIFY(batch.commit());
+        QVERIFY(batch.commit());
+    }
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeCompound), 300);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeAlias), 300);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeIon), 1);
+    QVERIFY(!db.headerDb()->hasPendingChanges());
+    // Outside a batch every creation is written at once.
+    QVERIFY(k.compounds->createCompound(nullptr, QString()));
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeCompound), 301);
+    ToviTestDatabase again(DatabaseToviUser, path, &m_factory);
+    Kinds r(again);
+    QCOMPARE(r.compounds->getByToViKey({QStringLiteral("k299")})->masterName(), QStringLiteral("compound 299"));
+    QCOMPARE(r.aliases->getByValue(QStringLiteral("alias 7")).size(), 1);
+}
+
+void TestToviStorage::serialNumberThroughAnyConnection()
+{
+    const QString path = folder();
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    THeaderToviConnector* connector = db.tovi();
+    QVERIFY(connector);
+    QVERIFY(connector->serialNumber().isEmpty());
+    QVERIFY(connector->writeSerialNumber(QStringLiteral("20261123-1")));
+    QCOMPARE(connector->serialNumber(), QStringLiteral("20261123-1"));
+    const QString file = connector->getDbFilename();
+    QVERIFY(file.endsWith(THeaderConnector::fileNameForType(DatabaseToviUser)));
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), file);
+        other.setDatabaseName(file);
+        QVERIFY(other.open());
+        QCOMPARE(connector->readSerialNumber(&other), QStringLiteral("20261123-1"));
+        QVERIFY(connector->writeSerialNumber(QStringLiteral("stamp;with 'quotes' é"), &other));
+        QCOMPARE(connector->readSerialNumber(&other), QStringLiteral("stamp;with 'quotes' é"));
+        other.close();
+        // A closed connection reads nothing and writes nothing.
+        QCOMPARE(connector->readSerialNumber(&other), QString(QLatin1String("")));
+        QVERIFY(!connector->writeSerialNumber(QStringLiteral("x"), &other));
+    }
+    QSqlDatabase::removeDatabase(file);
+    QCOMPARE(connector->serialNumber(), QStringLiteral("stamp;with 'quotes' é"));
+    QCOMPARE(connector->readSerialNumber(nullptr), QString(QLatin1String("")));
+    // A database that is not a header has no serial number to give.
+    const QString stranger = QDir(path).filePath(QStringLiteral("stranger.sqlite"));
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), stranger);
+        other.setDatabaseName(stranger);
+        QVERIFY(other.open());
+        QSqlQuery(other).exec(QStringLiteral("CREATE TABLE t (a)"));
+        QCOMPARE(connector->readSerialNumber(&other), QString(QLatin1String("")));
+        QVERIFY(!connector->writeSerialNumber(QStringLiteral("x"), &other));
+        other.close();
+    }
+    QSqlDatabase::removeDatabase(stranger);
+}
+
+QTEST_GUILESS_MAIN(TestToviStorage)
+#include "tovi_storage_test.moc"
