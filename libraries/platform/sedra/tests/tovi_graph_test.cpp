@@ -1,0 +1,395 @@
+#include "tovi_testdatabase.h"
+
+#include <tabstractmapper.h>
+#include <ttovialiasmapper.h>
+#include <ttovibatch.h>
+#include <ttovigraph.h>
+#include <ttovigraphmapper.h>
+#include <ttovioverlay.h>
+#include <ttovioverlaymapper.h>
+
+#include <vnobject2tovigraph.h>
+#include <vnobject2tovioverlay.h>
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Sedra;
+
+namespace {
+
+int rowCount(const QString& file, int type)
+{
+    int count = -1;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tovi-graph-count"));
+        db.setDatabaseName(file);
+        if (db.open()) {
+            QSqlQuery query(db);
+            query.prepare(QStringLiteral("SELECT count(*) FROM objects WHERE type = ?"));
+            query.addBindValue(type);
+            if (query.exec() && query.next())
+                count = query.value(0).toInt();
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("tovi-graph-count"));
+    return count;
+}
+
+// Changes the stored path of one row behind the database's back.
+bool setRowPath(const QString& file, const QString& key, const QString& path)
+{
+    bool ok = false;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tovi-graph-path"));
+        db.setDatabaseName(file);
+        if (db.open()) {
+            QSqlQuery query(db);
+            query.prepare(QStringLiteral("UPDATE objects SET path = ? WHERE key = ?"));
+            query.addBindValue(path);
+            query.addBindValue(key);
+            ok = query.exec() && query.numRowsAffected() == 1;
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("tovi-graph-path"));
+    return ok;
+}
+
+QString drawingOf(const TDatabaseObject* record)
+{
+    return TAbstractMapper::objectFilePath(record->object(), nullptr);
+}
+
+} // namespace
+
+class TestToviGraph : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void graphsAreNumberedFileRecordsUnderTheWorkingPath();
+    void graphInformationKeepsItsFieldsAcrossReload();
+    void overlaysBelongToTheirGraph();
+    void syncDropsRecordsWithoutDrawing();
+    void syncOnTheFileAloneAndOnTamperedPaths();
+    void syncRefusesToChangeAReadOnlyDatabase();
+    void copyContentBringsTheDrawing();
+
+private:
+    TMapperFactory m_factory;
+    QTemporaryDir m_dir;
+    int m_case = 0;
+    QString folder() { return m_dir.filePath(QStringLiteral("graphs%1").arg(++m_case)); }
+};
+
+void TestToviGraph::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+}
+
+void TestToviGraph::graphsAreNumberedFileRecordsUnderTheWorkingPath()
+{
+    const QString path = folder();
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
+    QVERIFY(graphs);
+    TToviGraph* first = graphs->createGraph(QString());
+    TToviGraph* second = graphs->createGraph(QString());
+    TToviGraph* named = graphs->createGraph(QStringLiteral("../../escape me"));
+    QVERIFY(first && second && named);
+    QVERIFY(first->identifier() != second->identifier());
+    QCOMPARE(first->name(), first->identifier());
+    QCOMPARE(first->number(), 1);
+    QCOMPARE(second->number(), 2);
+    QCOMPARE(named->number(), 3);
+    QVERIFY(!graphs->createGraph(QStringLiteral("../../escape me")));
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeGraph), 3);
+    // Every drawing lies in the graph folder under the working path, even for
+    // an identifier that tries to climb out of it.
+    const QString root = QDir(path).filePath(VNObject2ToviGraph::folderName()) + QLatin1Char('/');
+    for (const TToviGraph* g : graphs->graphList()) {
+        QVERIFY2(g->relativePath().startsWith(VNObject2ToviGraph::folderName() + QLatin1Char('/')),
+                 qPrintable(g->relativePath()));
+        QCOMPARE(g->relativeFolderPath(), VNObject2ToviGraph::folderName());
+        QVERIFY2(drawingOf(g).startsWith(root), qPrintable(drawingOf(g)));
+        QVERIFY(!drawingOf(g).split(QLatin1Char('/')).contains(QStringLiteral("..")));
+        QCOMPARE(QDir::cleanPath(drawingOf(g)), drawingOf(g));
+    }
+    // The file depends on the identifier only: two databases of one working
+    // folder name one file for one graph.
+    ToviTestDatabase merged(DatabaseToviMerged, path, &m_factory);
+    TToviGraph* copy = merged.get<TToviGraphMapper>(VNObjectTypeGraph)->createGraph(first->identifier());
+    QVERIFY(copy);
+    QCOMPARE(drawingOf(copy), drawingOf(first));
+    QCOMPARE(copy->number(), 1);
+    // Numbers go on after the largest one, also after a removal.
+    QVERIFY(graphs->remove(first->object(), true, true));
+    QCOMPARE(graphs->createGraph(QString())->number(), 4);
+    // The generic creation of the storage makes the same records.
+    QVERIFY(dynamic_cast<TToviGraph*>(graphs->create(QString())));
+}
+
+void TestToviGraph::graphInformationKeepsItsFieldsAcrossReload()
+{
+    const QString path = folder();
+    QString id;
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
+        TToviGraph* g = graphs->createGraph(QString());
+        const TToviGraph::GraphInformation empty = g->getGraphInformation();
+        QVERIFY(empty.toviName.isEmpty() && empty.comments.isEmpty() && !empty.isORL);
+        QCOMPARE(empty.number, 1);
+        TToviGraph::GraphInformation info;
+        info.toviName = QStringLiteral("Pr/n-C17 vs Ph/n-C18");
+        info.number = 77; // kept by the storage, not taken from here
+        info.literatureReference = QStringLiteral("Shanmugam 1985; \"AAPG Bulletin\"");
+        info.comments = QStringLiteral("Kerogen types I–III, zone « mixte »");
+        info.expectedUnit = QStringLiteral("ratio");
+        info.expectedAnalysisType = QStringLiteral("GC");
+        info.studyType = QStringLiteral("Source");
+        info.familyName = QStringLiteral("Isoprenoids");
+        info.processType = QStringLiteral("Cross-plot");
+        info.isORL = true;
+        g->setGraphInformation(info);
+        g->setRatioUids({QStringLiteral("R002"), QString(), QStringLiteral("R003")});
+        QCOMPARE(g->graph()->getTitle(), info.toviName);
+        QVERIFY(db.headerDb()->saveObjectToFile(g, true));
+        id = g->identifier();
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    TToviGraph* g = db.get<TToviGraphMapper>(VNObjectTypeGraph)->graph(id);
+    QVERIFY(g);
+    const TToviGraph::GraphInformation info = g->getGraphInformation();
+    QCOMPARE(info.toviName, QStringLiteral("Pr/n-C17 vs Ph/n-C18"));
+    QCOMPARE(info.number, 1);
+    QCOMPARE(info.literatureReference, QStringLiteral("Shanmugam 1985; \"AAPG Bulletin\""));
+    QCOMPARE(info.comments, QStringLiteral("Kerogen types I–III, zone « mixte »"));
+    QCOMPARE(info.expectedUnit, QStringLiteral("ratio"));
+    QCOMPARE(info.expectedAnalysisType, QStringLiteral("GC"));
+    QCOMPARE(info.studyType, QStringLiteral("Source"));
+    QCOMPARE(info.familyName, QStringLiteral("Isoprenoids"));
+    QCOMPARE(info.processType, QStringLiteral("Cross-plot"));
+    QVERIFY(info.isORL);
+    // One axis per entry, the empty axis kept.
+    QCOMPARE(g->ratioUids(), QStringList({QStringLiteral("R002"), QString(), QStringLiteral("R003")}));
+    QCOMPARE(g->property(QStringLiteral("ratioUID")), QStringLiteral("R002;;R003"));
+    QCOMPARE(g->graph()->getTitle(), info.toviName);
+    // The keys the selector shows for graphs are there.
+    for (const char* key : {TToviGraph::KeyMasterName, TToviGraph::KeyExpectedUnit, TToviGraph::KeyComments,
+                            TToviGraph::KeyAnalysisType, TToviGraph::KeyLiteratureReference,
+                            TToviGraph::KeyStudyType, TToviGraph::KeyProcessType, TToviGraph::KeyFamilyName,
+                            TToviGraph::KeyRatioUID})
+        QVERIFY2(g->hasProperty(QLatin1String(key)), key);
+}
+
+void TestToviGraph::overlaysBelongToTheirGraph()
+{
+    const QString path = folder();
+    QString graphId;
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
+        auto* overlays = db.get<TToviOverlayMapper>(VNObjectTypeOverlay);
+        TToviGraph* g = graphs->createGraph(QString());
+        TToviGraph* other = graphs->createGraph(QString());
+        graphId = g->identifier();
+        TToviOverlay* o1 = overlays->overlayCreate(g->graph(), QString());
+        TToviOverlay* o2 = overlays->overlayCreate(g->graph(), QStringLiteral("immature zone"));
+        QVERIFY(o1 && o2);
+        QVERIFY(overlays->overlayCreate(other->graph(), QString()));
+        QVERIFY(!overlays->overlayCreate(g->graph(), QStringLiteral("immature zone")));
+        QVERIFY(!overlays->overlayCreate(nullptr, QString()));
+        QVERIFY(!overlays->create(QStringLiteral("x")));
+        // A graph of another database is not ours.
+        ToviTestDatabase foreign(DatabaseToviMerged, path, &m_factory);
+        TToviGraph* theirs = foreign.get<TToviGraphMapper>(VNObjectTypeGraph)->createGraph(QString());
+        QVERIFY(!overlays->overlayCreate(theirs->graph(), QString()));
+
+        QCOMPARE(o1->graph(), g->graph());
+        QCOMPARE(o1->getParent(), g);
+        QCOMPARE(o2->name(), QStringLiteral("immature zone"));
+        QCOMPARE(o2->relativeFolderPath(), VNObject2ToviGraph::folderName() + QLatin1Char('/') + g->identifier());
+        o2->setEquation(QStringLiteral("y = 2x + 1"));
+        o2->setToVIName(QStringLiteral("Immature"));
+        QVERIFY(db.headerDb()->saveObjectToFile(o2, true));
+        QCOMPARE(overlays->overlaysOf(g->graph()), QList<const VNObject2*>({o1->object(), o2->object()}));
+        QCOMPARE(TAbstractMapper::getObjectChildLst(g->graph(), VNObjectTypeOverlay).size(), 2);
+        QCOMPARE(overlays->overlayList().size(), 3);
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
+    auto* overlays = db.get<TToviOverlayMapper>(VNObjectTypeOverlay);
+    TToviGraph* g = graphs->graph(graphId);
+    QVERIFY(g);
+    const QList<const VNObject2*> children = overlays->overlaysOf(g->graph());
+    QCOMPARE(children.size(), 2);
+    TToviOverlay* o2 = overlays->overlay(QStringLiteral("immature zone"));
+    QVERIFY(o2);
+    QCOMPARE(o2->graph(), g->graph());
+    QCOMPARE(o2->getEquation(), QStringLiteral("y = 2x + 1"));
+    QCOMPARE(o2->getToVIName(), QStringLiteral("Immature"));
+    QCOMPARE(overlays->overlay(o2->object()), o2);
+    // Removing the graph removes its overlays, in memory and in the file.
+    QVERIFY(graphs->remove(g->graph(), true, true));
+    QCOMPARE(overlays->overlayList().size(), 1);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeOverlay), 1);
+}
+
+void TestToviGraph::syncDropsRecordsWithoutDrawing()
+{
+    const QString path = folder();
+    QString keptId, lostId, keptOverlay, lostOverlay, orphanOverlay;
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
+        auto* overlays = db.get<TToviOverlayMapper>(VNObjectTypeOverlay);
+        auto* aliases = db.get<TToviAliasMapper>(VNObjectTypeAlias);
+        TToviGraph* kept = graphs->createGraph(QString());
+        TToviGraph* lost = graphs->createGraph(QString());
+        TToviOverlay* ok = overlays->overlayCreate(kept->graph(), QString());
+        TToviOverlay* noFile = overlays->overlayCreate(kept->graph(), QString());
+        TToviOverlay* ofLost = overlays->overlayCreate(lost->graph(), QString());
+        QVERIFY(aliases->aliasCreate(lost->graph(), QStringLiteral("masterName"), QStringLiteral("V"),
+                                     QStringLiteral("lost graph")));
+        QVERIFY(writeDrawing(drawingOf(kept)));
+        QVERIFY(writeDrawing(drawingOf(ok)));
+        // The overlay of the lost graph has its file; the graph has none.
+        QVERIFY(writeDrawing(drawingOf(ofLost)));
+        keptId = kept->identifier();
+        lostId = lost->identifier();
+        keptOverlay = ok->identifier();
+        lostOverlay = noFile->identifier();
+        orphanOverlay = ofLost->identifier();
+
+        THeaderToviConnector* connector = db.tovi();
+        QVERIFY(connector->graphOverlaySync());
+        QCOMPARE(QSet<QString>(connector->lastSyncReport().removed.begin(), connector->lastSyncReport().removed.end()),
+                 QSet<QString>({lostId, lostOverlay, orphanOverlay}));
+        QVERIFY(graphs->graph(keptId));
+        QVERIFY(!graphs->graph(lostId));
+        QCOMPARE(overlays->overlayList().size(), 1);
+        QVERIFY(aliases->aliasList().isEmpty());
+        // The files are left as they were (another database may name them).
+        QVERIFY(QFileInfo(drawingOf(ok)).isFile());
+        // Agreeing records and files: nothing more to do.
+        QVERIFY(connector->graphOverlaySync());
+        QVERIFY(connector->lastSyncReport().removed.isEmpty());
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeGraph), 1);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeOverlay), 1);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeAlias), 0);
+    QVERIFY(db.get<TToviOverlayMapper>(VNObjectTypeOverlay)->overlay(keptOverlay));
+}
+
+void TestToviGraph::syncOnTheFileAloneAndOnTamperedPaths()
+{
+    const QString path = folder();
+    QString good, bad, climbing;
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
+        TToviGraph* a = graphs->createGraph(QString());
+        TToviGraph* b = graphs->createGraph(QString());
+        TToviGraph* c = graphs->createGraph(QString());
+        QVERIFY(writeDrawing(drawingOf(a)));
+        QVERIFY(writeDrawing(drawingOf(c)));
+        good = a->identifier();
+        bad = b->identifier();
+        climbing = c->identifier();
+    }
+    // A path edited to leave the working folder is never followed, even when
+    // a file exists there.
+    const QString outside = m_dir.filePath(QStringLiteral("outside.xml"));
+    QVERIFY(writeDrawing(outside));
+    ToviTestDatabase probe(DatabaseToviUser, path, nullptr);
+    QVERIFY(probe.opened);
+    const QString file = probe.fileName();
+    QVERIFY(setRowPath(file, climbing, QStringLiteral("../outside.xml")));
+    // A database without mappers holds no records: the sync works on the
+    // rows of the file.
+    QVERIFY(probe.tovi()->graphOverlaySync());
+    QCOMPARE(QSet<QString>(probe.tovi()->lastSyncReport().removed.begin(),
+                           probe.tovi()->lastSyncReport().removed.end()),
+             QSet<QString>({bad, climbing}));
+    QCOMPARE(rowCount(file, VNObjectTypeGraph), 1);
+    QVERIFY(QFileInfo(outside).isFile());
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    QVERIFY(db.get<TToviGraphMapper>(VNObjectTypeGraph)->graph(good));
+    QCOMPARE(db.get<TToviGraphMapper>(VNObjectTypeGraph)->count(), 1);
+}
+
+void TestToviGraph::syncRefusesToChangeAReadOnlyDatabase()
+{
+    const QString path = folder();
+    {
+        ToviTestDatabase db(DatabaseToviDelivered, path, &m_factory);
+        TToviGraph* g = db.get<TToviGraphMapper>(VNObjectTypeGraph)->createGraph(QString());
+        QVERIFY(g);
+        QVERIFY(db.get<TToviGraphMapper>(VNObjectTypeGraph)->createGraph(QString()));
+        QVERIFY(writeDrawing(drawingOf(g)));
+    }
+    ToviTestDatabase db(DatabaseToviDelivered, path, &m_factory, true);
+    QVERIFY(db.opened);
+    QVERIFY(!db.tovi()->graphOverlaySync());
+    QVERIFY(!db.tovi()->lastSyncReport().error.isEmpty());
+    QCOMPARE(db.get<TToviGraphMapper>(VNObjectTypeGraph)->count(), 2);
+    QCOMPARE(rowCount(db.fileName(), VNObjectTypeGraph), 2);
+    // Without a header file there is nothing to agree with.
+    THeaderToviConnector closed;
+    QVERIFY(!closed.graphOverlaySync());
+}
+
+void TestToviGraph::copyContentBringsTheDrawing()
+{
+    const QString sourcePath = folder();
+    const QString targetPath = folder();
+    ToviTestDatabase source(DatabaseToviUser, sourcePath, &m_factory);
+    ToviTestDatabase target(DatabaseToviMerged, targetPath, &m_factory);
+    auto* from = source.get<TToviGraphMapper>(VNObjectTypeGraph);
+    auto* to = target.get<TToviGraphMapper>(VNObjectTypeGraph);
+    QVERIFY(to->createGraph(QString()));
+    TToviGraph* g = from->createGraph(QString());
+    TToviGraph::GraphInformation info;
+    info.toviName = QStringLiteral("Sterane ternary C27-C28-C29");
+    info.isORL = false;
+    info.comments = QStringLiteral("Huang & Meinschein 1979");
+    g->setGraphInformation(info);
+    const QByteArray drawing("<graph><axis>C27</axis><axis>C28</axis><axis>C29</axis></graph>");
+    QVERIFY(writeDrawing(drawingOf(g), drawing));
+    TToviOverlay* o = source.get<TToviOverlayMapper>(VNObjectTypeOverlay)->overlayCreate(g->graph(), QString());
+    o->setEquation(QStringLiteral("no equation in model"));
+    QVERIFY(writeDrawing(drawingOf(o), "<overlay/>"));
+
+    TToviGraph* copy = to->createGraph(g->identifier());
+    QVERIFY(copy);
+    QVERIFY(copy->copyContent(g));
+    QCOMPARE(copy->getToVIName(), info.toviName);
+    QCOMPARE(copy->getComments(), info.comments);
+    QCOMPARE(copy->number(), 2);
+    QCOMPARE(copy->graph()->getTitle(), info.toviName);
+    QFile written(drawingOf(copy));
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    QCOMPARE(written.readAll(), drawing);
+    QVERIFY(drawingOf(copy).startsWith(targetPath));
+    TToviOverlay* overlayCopy =
+        target.get<TToviOverlayMapper>(VNObjectTypeOverlay)->overlayCreate(copy->graph(), o->identifier());
+    QVERIFY(overlayCopy->copyContent(o));
+    QCOMPARE(overlayCopy->getEquation(), QStringLiteral("no equation in model"));
+    QVERIFY(QFileInfo(drawingOf(overlayCopy)).isFile());
+    // A source without a drawing copies its fields and says the drawing failed.
+    TToviGraph* bare = from->createGraph(QString());
+    TToviGraph* bareCopy = to->createGraph(bare->identifier());
+    QVERIFY(!bareCopy->copyContent(bare));
+    QVERIFY(!bareCopy->copyContent(nullptr));
+    QVERIFY(!QFileInfo(drawingOf(bareCopy)).exists());
+}
+
+QTEST_GUILESS_MAIN(TestToviGraph)
+#include "tovi_graph_test.moc"
