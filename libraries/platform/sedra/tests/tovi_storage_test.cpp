@@ -605,6 +605,14 @@ void TestToviStorage::batchWritesOnceAtTheEnd()
             QVERIFY(k.ions->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
             QVERIFY(nested.commit());
         }
+        // Records removed or changed before the end of the batch are written
+        // as they stand then.
+        TToviCompound* gone = k.compounds->createCompound(nullptr, QStringLiteral("gone"));
+        QVERIFY(gone);
+        QVERIFY(k.aliases->aliasCreate(gone->object(), QStringLiteral("f"), QStringLiteral("W"), QStringLiteral("v")));
+        QVERIFY(k.compounds->remove(gone->object(), true, true));
+        const VNObject2* c7 = k.aliases->getByValue(QStringLiteral("alias 7")).first()->getParent()->object();
+        QVERIFY(k.aliases->aliasUpdate(c7, QStringLiteral("masterName"), QStringLiteral("V"), QStringLiteral("seven")));
         QCOMPARE(db.tovi()->referenceDatabase(), &db);
         // Nothing is in the file before the outermost batch ends.
         QCOMPARE(rowCount(db.fileName(), VNObjectTypeCompound), 0);
@@ -623,7 +631,11 @@ void TestToviStorage::batchWritesOnceAtTheEnd()
     ToviTestDatabase again(DatabaseToviUser, path, &m_factory);
     Kinds r(again);
     QCOMPARE(r.compounds->getByToViKey({QStringLiteral("k299")})->masterName(), QStringLiteral("compound 299"));
-    QCOMPARE(r.aliases->getByValue(QStringLiteral("alias 7")).size(), 1);
+    QVERIFY(r.aliases->getByValue(QStringLiteral("alias 7")).isEmpty());
+    QCOMPARE(r.aliases->getByValue(QStringLiteral("seven")).size(), 1);
+    QCOMPARE(r.aliases->getByValue(QStringLiteral("alias 8")).size(), 1);
+    QVERIFY(!r.compounds->compound(QStringLiteral("gone")));
+    QCOMPARE(r.aliases->vendorList(), QStringList({QStringLiteral("V")}));
 }
 
 void TestToviStorage::serialNumberThroughAnyConnection()

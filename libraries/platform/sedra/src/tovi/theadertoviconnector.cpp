@@ -4,7 +4,9 @@
 #include "tdatabase.h"
 #include "tdatabaseobject.h"
 #include "tdbtransaction.h"
+#include "tfileobject.h"
 #include "theaderdatabase.h"
+#include "tpropertyobject.h"
 
 #include <vnobject2.h>
 #include <vnobjecttype.h>
@@ -52,9 +54,81 @@ bool THeaderToviConnector::endBatch()
         return true;
     // Without a database nothing was created through the mappers: nothing
     // waits to be written.
-    if (!m_owner || !m_owner->headerDb())
+    if (!m_owner || !m_owner->headerDb()) {
+        m_created.clear();
         return true;
-    return m_owner->headerDb()->flushDatabase();
+    }
+    const bool created = writeCreated();
+    m_created.clear();
+    // Whatever else changed meanwhile (removals, updated values), and the
+    // new records again when their fast write failed.
+    const bool rest = m_owner->headerDb()->flushDatabase();
+    return created && rest;
+}
+
+void THeaderToviConnector::noteCreated(int type, const QString& key)
+{
+    if (inBatch())
+        m_created.append(qMakePair(type, key));
+}
+
+bool THeaderToviConnector::writeCreated()
+{
+    THeaderDatabase* header = m_owner->headerDb();
+    if (m_created.isEmpty() || header->connector() != this || !isOpen() || isReadOnly())
+        return true;
+    QSqlDatabase db = THeaderConnector::database();
+    TDbTransaction transaction(db);
+    if (!transaction.isActive())
+        return false;
+    QSqlQuery insertObject(db);
+    insertObject.prepare(QStringLiteral("INSERT INTO objects (type, key, name, parent_type, parent, path) "
+                                        "VALUES (?, ?, ?, ?, ?, ?)"));
+    QSqlQuery insertProperty(db);
+    insertProperty.prepare(
+        QStringLiteral("INSERT INTO properties (object, name, value, position) VALUES (?, ?, ?, ?)"));
+    const QString empty(QLatin1String(""));
+    QList<QPair<TDatabaseObject*, qint64>> written;
+    bool ok = true;
+    for (int i = 0; ok && i < m_created.size(); ++i) {
+        TDatabaseObject* record = header->findByKey(m_created.at(i).first, m_created.at(i).second);
+        // Records removed, written or changed by other means meanwhile are
+        // left to the header's own flush.
+        if (!record || record->id() >= 0 || !record->isModified())
+            continue;
+        const auto* file = dynamic_cast<const TFileObject*>(record);
+        insertObject.addBindValue(record->type());
+        insertObject.addBindValue(record->key());
+        insertObject.addBindValue(record->name());
+        insertObject.addBindValue(record->parentType());
+        insertObject.addBindValue(record->parentKey().isNull() ? empty : record->parentKey());
+        insertObject.addBindValue(file ? file->relativePath() : empty);
+        ok = insertObject.exec();
+        if (!ok)
+            break;
+        const qint64 id = insertObject.lastInsertId().toLongLong();
+        written.append(qMakePair(record, id));
+        const auto* withProperties = dynamic_cast<const TPropertyObject*>(record);
+        if (!withProperties)
+            continue;
+        int position = 0;
+        for (const TProperty& property : withProperties->properties()) {
+            insertProperty.addBindValue(id);
+            insertProperty.addBindValue(property.name());
+            insertProperty.addBindValue(property.value().isNull() ? empty : property.value());
+            insertProperty.addBindValue(position++);
+            ok = insertProperty.exec();
+            if (!ok)
+                break;
+        }
+    }
+    if (!ok || !transaction.commit())
+        return false;
+    for (const auto& entry : written) {
+        entry.first->setId(entry.second);
+        entry.first->setModified(false);
+    }
+    return true;
 }
 
 // The drawing of a record exists when its path stays inside the working

@@ -65,13 +65,19 @@ public:
     void beginBatch() { ++m_batchDepth; }
     bool endBatch();
     bool inBatch() const { return m_batchDepth > 0; }
+    /// Called by the reference mappers for each record they create while a
+    /// batch is open; the end of the batch inserts these records with
+    /// statements prepared once, then writes any other pending change.
+    void noteCreated(int type, const QString& key);
 
 private:
     bool syncRecords();
     bool syncRows();
+    bool writeCreated();
 
     TDatabase* m_owner = nullptr;
     int m_batchDepth = 0;
+    QList<QPair<int, QString>> m_created;
     TToviSyncReport m_report;
 };
 

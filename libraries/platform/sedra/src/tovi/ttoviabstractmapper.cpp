@@ -1,6 +1,7 @@
 #include "ttoviabstractmapper.h"
 
 #include "tdatabase.h"
+#include "tdatabaseobject.h"
 #include "theaderdatabase.h"
 #include "theadertoviconnector.h"
 
@@ -36,6 +37,17 @@ bool TToviAbstractMapper::writeNow(bool flush) const
         return false;
     const THeaderToviConnector* connector = toviConnector();
     return !connector || !connector->inBatch();
+}
+
+TDatabaseObject* TToviAbstractMapper::store(TDatabaseObject* record, bool flush) const
+{
+    bindConnector();
+    const bool now = writeNow(flush);
+    TDatabaseObject* stored = insertRecord(record, now);
+    THeaderToviConnector* connector = toviConnector();
+    if (stored && flush && !now && connector)
+        connector->noteCreated(stored->type(), stored->key());
+    return stored;
 }
 
 QString TToviAbstractMapper::newKey(const QString& kindLetter) const

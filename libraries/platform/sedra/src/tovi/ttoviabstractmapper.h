@@ -32,6 +32,9 @@ protected:
     /// Whether a creation asked to flush really writes now: not while a batch
     /// is open on the connector (the batch writes everything at its end).
     bool writeNow(bool flush) const;
+    /// Adds a record made by the mapper (see TAbstractMapper::insertRecord),
+    /// writing it now or, inside a batch, at the end of the batch.
+    TDatabaseObject* store(TDatabaseObject* record, bool flush) const;
     /// Tells the connector which database it serves (graphOverlaySync() then
     /// keeps the records in memory in step with the file).
     void bindConnector() const;

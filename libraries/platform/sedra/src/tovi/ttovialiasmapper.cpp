@@ -80,8 +80,7 @@ TToviAlias* TToviAliasMapper::aliasCreate(const VNObject2* object, const QString
     const TDatabaseObject* parent = database() ? database()->record(object) : nullptr;
     if (!canStore() || !parent || field.isEmpty() || getAlias(object, field, vendor))
         return nullptr;
-    bindConnector();
-    return static_cast<TToviAlias*>(insertRecord(makeAlias(parent, field, vendor, value), writeNow(flush)));
+    return static_cast<TToviAlias*>(store(makeAlias(parent, field, vendor, value), flush));
 }
 
 bool TToviAliasMapper::aliasUpdate(const VNObject2* object, const QString& field, const QString& vendor,

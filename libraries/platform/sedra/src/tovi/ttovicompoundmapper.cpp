@@ -63,8 +63,7 @@ TToviCompound* TToviCompoundMapper::createCompound(const TToviCompound* model, c
     made->setProperties(properties);
     if (identifies(toviKey))
         made->setTag(toviKey);
-    bindConnector();
-    return static_cast<TToviCompound*>(insertRecord(made, writeNow(flush)));
+    return static_cast<TToviCompound*>(store(made, flush));
 }
 
 TToviCompound* TToviCompoundMapper::compound(const QString& key) const

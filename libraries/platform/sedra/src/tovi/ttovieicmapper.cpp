@@ -71,8 +71,7 @@ TToviEIC* TToviEICMapper::createEIC(const QString& name, const QString& value, c
         return nullptr;
     auto* object = new VNObject2ToviEIC(name, value.isNull() ? QString(QLatin1String("")) : value, id);
     watchRemovals();
-    bindConnector();
-    return static_cast<TToviEIC*>(insertRecord(newRecord(object), writeNow(flush)));
+    return static_cast<TToviEIC*>(store(newRecord(object), flush));
 }
 
 TToviEIC* TToviEICMapper::eic(const QString& key) const

@@ -46,8 +46,7 @@ TToviGraph* TToviGraphMapper::createGraph(const QString& name, bool flush) const
     auto* made = new TToviGraph(object, relativeFilePath(identifier));
     made->setProperties({TProperty(QLatin1String(TToviGraph::KeyMasterName), QString(QLatin1String(""))),
                          TProperty(QLatin1String(TToviGraph::KeyNumber), QString::number(largest + 1))});
-    bindConnector();
-    return static_cast<TToviGraph*>(insertRecord(made, writeNow(flush)));
+    return static_cast<TToviGraph*>(store(made, flush));
 }
 
 TToviGraph* TToviGraphMapper::graph(const QString& identifier) const

@@ -43,8 +43,7 @@ TToviJoint* TToviJointMapper::createJoint(TToviCompound* compound, TToviEIC* eic
                          TProperty(QLatin1String(TToviJoint::KeyIonId), eic->key())});
     made->setParent(VNObjectTypeCompound, compound->key());
     made->setTag(eic->key());
-    bindConnector();
-    return static_cast<TToviJoint*>(insertRecord(made, writeNow(flush)));
+    return static_cast<TToviJoint*>(store(made, flush));
 }
 
 TToviJoint* TToviJointMapper::get(const QString& compoundKey, const QString& second) const

@@ -49,8 +49,7 @@ TToviOverlay* TToviOverlayMapper::overlayCreate(const VNObject2ToviGraph* graph,
                          TProperty(QLatin1String(TToviOverlay::KeyMasterName), empty),
                          TProperty(QLatin1String(TToviOverlay::KeyLiteratureReference), empty),
                          TProperty(QLatin1String(TToviOverlay::KeyProcessType), empty)});
-    bindConnector();
-    return static_cast<TToviOverlay*>(insertRecord(made, writeNow(flush)));
+    return static_cast<TToviOverlay*>(store(made, flush));
 }
 
 TToviOverlay* TToviOverlayMapper::overlay(const QString& identifier) const

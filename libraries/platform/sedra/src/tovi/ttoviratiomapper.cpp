@@ -58,8 +58,7 @@ TToviRatio* TToviRatioMapper::createRatio(const QString& ratioId, const QString&
                          TProperty(QLatin1String(TToviRatio::KeyFamilyName), text(familyName)),
                          TProperty(QLatin1String(TToviRatio::KeyExpectedIons), text(expectedIons)),
                          TProperty(QLatin1String(TToviRatio::KeyLiteratureReference), text(literatureReference))});
-    bindConnector();
-    return static_cast<TToviRatio*>(insertRecord(made, writeNow(flush)));
+    return static_cast<TToviRatio*>(store(made, flush));
 }
 
 TToviRatio* TToviRatioMapper::ratio(const QString& key) const
