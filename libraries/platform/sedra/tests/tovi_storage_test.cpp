@@ -636,6 +636,19 @@ void TestToviStorage::batchWritesOnceAtTheEnd()
     QCOMPARE(r.aliases->getByValue(QStringLiteral("alias 8")).size(), 1);
     QVERIFY(!r.compounds->compound(QStringLiteral("gone")));
     QCOMPARE(r.aliases->vendorList(), QStringList({QStringLiteral("V")}));
+
+    // A batch that outlives its database ends without touching it; one
+    // whose header was bound anew ends by a plain flush.
+    auto* doomed = new ToviTestDatabase(DatabaseToviMerged, path, &m_factory);
+    TToviBatch orphan(doomed);
+    QVERIFY(orphan.isActive());
+    delete doomed;
+    QVERIFY(!orphan.commit());
+    ToviTestDatabase rebound(DatabaseToviMerged, path, &m_factory);
+    TToviBatch stale(&rebound);
+    QVERIFY(Kinds(rebound).ions->createEIC(QStringLiteral("m/z 217"), QStringLiteral("217")));
+    QVERIFY(rebound.headerDb()->setCurrentProject(&rebound));
+    QVERIFY(stale.commit());
 }
 
 void TestToviStorage::serialNumberThroughAnyConnection()

@@ -1,11 +1,13 @@
 #include "ttovibatch.h"
 
 #include "tdatabase.h"
+#include "theaderdatabase.h"
 #include "theadertoviconnector.h"
 
 namespace Sedra {
 
 TToviBatch::TToviBatch(TDatabase* db)
+    : m_db(db)
 {
     m_connector = db ? dynamic_cast<THeaderToviConnector*>(db->getConnector()) : nullptr;
     if (!m_connector)
@@ -26,6 +28,10 @@ bool TToviBatch::commit()
         return true;
     THeaderToviConnector* connector = m_connector;
     m_connector = nullptr;
+    if (!m_db)
+        return false;
+    if (m_db->getConnector() != connector)
+        return m_db->headerDb()->flushDatabase();
     return connector->endBatch();
 }
 

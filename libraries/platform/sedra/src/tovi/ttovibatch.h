@@ -2,6 +2,8 @@
 
 #include "vnsedra_export.h"
 
+#include <QPointer>
+
 namespace Sedra {
 
 class TDatabase;
@@ -31,6 +33,9 @@ public:
     bool isActive() const { return m_connector != nullptr; }
 
 private:
+    // The database is watched: a batch that outlives its database, or whose
+    // header was bound anew meanwhile, ends without touching what is gone.
+    QPointer<TDatabase> m_db;
     THeaderToviConnector* m_connector = nullptr;
 };
 
