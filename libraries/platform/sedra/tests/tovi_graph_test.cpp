@@ -20,25 +20,6 @@ using namespace Sedra;
 
 namespace {
 
-int rowCount(const QString& file, int type)
-{
-    int count = -1;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tovi-graph-count"));
-        db.setDatabaseName(file);
-        if (db.open()) {
-            QSqlQuery query(db);
-            query.prepare(QStringLiteral("SELECT count(*) FROM objects WHERE type = ?"));
-            query.addBindValue(type);
-            if (query.exec() && query.next())
-                count = query.value(0).toInt();
-        }
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("tovi-graph-count"));
-    return count;
-}
-
 // Changes the stored path of one row behind the database's back.
 bool setRowPath(const QString& file, const QString& key, const QString& path)
 {

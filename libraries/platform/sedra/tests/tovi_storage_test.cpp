@@ -68,26 +68,6 @@ std::unique_ptr<TToviCompound> model(const QString& masterName, const QString& t
     return made;
 }
 
-// Rows of one kind in the file, read through a connection of our own.
-int rowCount(const QString& file, int type)
-{
-    int count = -1;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tovi-count"));
-        db.setDatabaseName(file);
-        if (db.open()) {
-            QSqlQuery query(db);
-            query.prepare(QStringLiteral("SELECT count(*) FROM objects WHERE type = ?"));
-            query.addBindValue(type);
-            if (query.exec() && query.next())
-                count = query.value(0).toInt();
-        }
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("tovi-count"));
-    return count;
-}
-
 } // namespace
 
 class TestToviStorage : public QObject

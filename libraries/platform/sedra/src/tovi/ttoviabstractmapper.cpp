@@ -26,6 +26,11 @@ void TToviAbstractMapper::bindConnector() const
         connector->setReferenceDatabase(database());
 }
 
+bool TToviAbstractMapper::isMine(const THeaderRow& row) const
+{
+    return !row.key.isEmpty() && row.type == type();
+}
+
 bool TToviAbstractMapper::canStore() const
 {
     return database() && header() && header()->isOpen();

@@ -2,6 +2,8 @@
 
 #include "tabstractmapper.h"
 
+#include <QList>
+
 namespace Sedra {
 
 class THeaderToviConnector;
@@ -25,6 +27,21 @@ public:
     QString newKey(const QString& kindLetter) const;
 
 protected:
+    /// The records of `found` that are of the record class `Record`, in order.
+    template <typename Record>
+    static QList<Record*> only(const QList<TDatabaseObject*>& found)
+    {
+        QList<Record*> result;
+        result.reserve(found.size());
+        for (TDatabaseObject* r : found) {
+            if (auto* typed = dynamic_cast<Record*>(r))
+                result.append(typed);
+        }
+        return result;
+    }
+    /// True when a header row is one of this kind's and can make a record.
+    bool isMine(const THeaderRow& row) const;
+
     /// True when records can be created: the database's header file is open.
     /// A reference record kept only in memory would be lost without a word
     /// (a header file refused as damaged, a database without a folder).

@@ -46,12 +46,7 @@ TToviAlias* TToviAliasMapper::makeAlias(const TDatabaseObject* parent, const QSt
 
 QList<TToviAlias*> TToviAliasMapper::aliasList() const
 {
-    QList<TToviAlias*> result;
-    for (TDatabaseObject* r : records()) {
-        if (auto* a = dynamic_cast<TToviAlias*>(r))
-            result.append(a);
-    }
-    return result;
+    return only<TToviAlias>(records());
 }
 
 QStringList TToviAliasMapper::vendorList() const
@@ -139,31 +134,21 @@ bool TToviAliasMapper::removeVendor(const QString& vendor) const
 
 QList<TToviAlias*> TToviAliasMapper::aliasesOf(const VNObject2* object) const
 {
-    QList<TToviAlias*> result;
     if (!object || !header())
-        return result;
-    for (TDatabaseObject* r : header()->findChildren(object->type(), object->key(), type())) {
-        if (auto* a = dynamic_cast<TToviAlias*>(r))
-            result.append(a);
-    }
-    return result;
+        return {};
+    return only<TToviAlias>(header()->findChildren(object->type(), object->key(), type()));
 }
 
 QList<TToviAlias*> TToviAliasMapper::getByValue(const QString& value) const
 {
-    QList<TToviAlias*> result;
     if (!header())
-        return result;
-    for (TDatabaseObject* r : header()->findByTag(type(), value)) {
-        if (auto* a = dynamic_cast<TToviAlias*>(r))
-            result.append(a);
-    }
-    return result;
+        return {};
+    return only<TToviAlias>(header()->findByTag(type(), value));
 }
 
 TDatabaseObject* TToviAliasMapper::recordFromRow(const THeaderRow& row) const
 {
-    if (row.key.isEmpty() || row.type != type())
+    if (!isMine(row))
         return nullptr;
     auto* object = new TPlainObject(type(), row.name);
     object->setKey(row.key);

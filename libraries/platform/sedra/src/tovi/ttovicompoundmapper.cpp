@@ -92,17 +92,12 @@ TToviCompound* TToviCompoundMapper::getByToViKey(const QStringList& keys) const
 
 QList<TToviCompound*> TToviCompoundMapper::compoundList() const
 {
-    QList<TToviCompound*> result;
-    for (TDatabaseObject* r : records()) {
-        if (auto* c = dynamic_cast<TToviCompound*>(r))
-            result.append(c);
-    }
-    return result;
+    return only<TToviCompound>(records());
 }
 
 TDatabaseObject* TToviCompoundMapper::recordFromRow(const THeaderRow& row) const
 {
-    if (row.key.isEmpty() || row.type != type())
+    if (!isMine(row))
         return nullptr;
     auto* object = new VNObject2ToviCompound(row.name, row.key);
     auto* made = new TToviCompound(object);

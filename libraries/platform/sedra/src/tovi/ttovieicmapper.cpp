@@ -91,17 +91,12 @@ TToviEIC* TToviEICMapper::getEICByName(const QString& name) const
 
 QList<TToviEIC*> TToviEICMapper::eicList() const
 {
-    QList<TToviEIC*> result;
-    for (TDatabaseObject* r : records()) {
-        if (auto* e = dynamic_cast<TToviEIC*>(r))
-            result.append(e);
-    }
-    return result;
+    return only<TToviEIC>(records());
 }
 
 TDatabaseObject* TToviEICMapper::recordFromRow(const THeaderRow& row) const
 {
-    if (row.key.isEmpty() || row.type != type())
+    if (!isMine(row))
         return nullptr;
     auto* object = new VNObject2ToviEIC(row.name, QString(), row.key);
     auto* made = new TToviEIC(object);

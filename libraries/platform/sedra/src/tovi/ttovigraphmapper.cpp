@@ -61,17 +61,12 @@ TToviGraph* TToviGraphMapper::graph(const VNObject2* object) const
 
 QList<TToviGraph*> TToviGraphMapper::graphList() const
 {
-    QList<TToviGraph*> result;
-    for (TDatabaseObject* r : records()) {
-        if (auto* g = dynamic_cast<TToviGraph*>(r))
-            result.append(g);
-    }
-    return result;
+    return only<TToviGraph>(records());
 }
 
 TDatabaseObject* TToviGraphMapper::recordFromRow(const THeaderRow& row) const
 {
-    if (row.key.isEmpty() || row.type != type())
+    if (!isMine(row))
         return nullptr;
     auto* object = new VNObject2ToviGraph(row.name, row.key);
     auto* made = new TToviGraph(object);

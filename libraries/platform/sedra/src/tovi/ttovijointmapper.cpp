@@ -71,41 +71,26 @@ TToviJoint* TToviJointMapper::joint(const VNObject2* object) const
 
 QList<TToviJoint*> TToviJointMapper::jointsOfCompound(const QString& compoundKey) const
 {
-    QList<TToviJoint*> result;
     if (!header())
-        return result;
-    for (TDatabaseObject* r : header()->findChildren(VNObjectTypeCompound, compoundKey, type())) {
-        if (auto* j = dynamic_cast<TToviJoint*>(r))
-            result.append(j);
-    }
-    return result;
+        return {};
+    return only<TToviJoint>(header()->findChildren(VNObjectTypeCompound, compoundKey, type()));
 }
 
 QList<TToviJoint*> TToviJointMapper::jointsOfEIC(const QString& eicKey) const
 {
-    QList<TToviJoint*> result;
     if (!header())
-        return result;
-    for (TDatabaseObject* r : header()->findByTag(type(), eicKey)) {
-        if (auto* j = dynamic_cast<TToviJoint*>(r))
-            result.append(j);
-    }
-    return result;
+        return {};
+    return only<TToviJoint>(header()->findByTag(type(), eicKey));
 }
 
 QList<TToviJoint*> TToviJointMapper::jointList() const
 {
-    QList<TToviJoint*> result;
-    for (TDatabaseObject* r : records()) {
-        if (auto* j = dynamic_cast<TToviJoint*>(r))
-            result.append(j);
-    }
-    return result;
+    return only<TToviJoint>(records());
 }
 
 TDatabaseObject* TToviJointMapper::recordFromRow(const THeaderRow& row) const
 {
-    if (row.key.isEmpty() || row.type != type())
+    if (!isMine(row))
         return nullptr;
     auto* object = new VNObject2ToviJoint(row.name, nullptr, nullptr, row.key);
     auto* made = new TToviJoint(object);

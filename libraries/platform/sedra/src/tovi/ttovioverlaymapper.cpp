@@ -74,17 +74,12 @@ QList<const VNObject2*> TToviOverlayMapper::overlaysOf(const VNObject2* graph) c
 
 QList<TToviOverlay*> TToviOverlayMapper::overlayList() const
 {
-    QList<TToviOverlay*> result;
-    for (TDatabaseObject* r : records()) {
-        if (auto* o = dynamic_cast<TToviOverlay*>(r))
-            result.append(o);
-    }
-    return result;
+    return only<TToviOverlay>(records());
 }
 
 TDatabaseObject* TToviOverlayMapper::recordFromRow(const THeaderRow& row) const
 {
-    if (row.key.isEmpty() || row.type != type())
+    if (!isMine(row))
         return nullptr;
     // Graphs are read back before overlays: the graph is found now.
     const VNObject2ToviGraph* graph = nullptr;

@@ -78,14 +78,9 @@ TToviRatio* TToviRatioMapper::getByMasterName(const QString& masterName) const
 
 QList<TToviRatio*> TToviRatioMapper::getAllByMasterName(const QString& masterName) const
 {
-    QList<TToviRatio*> result;
     if (!header())
-        return result;
-    for (TDatabaseObject* r : header()->findAllByName(type(), masterName)) {
-        if (auto* ratio = dynamic_cast<TToviRatio*>(r))
-            result.append(ratio);
-    }
-    return result;
+        return {};
+    return only<TToviRatio>(header()->findAllByName(type(), masterName));
 }
 
 QList<const VNObject2*> TToviRatioMapper::getByAliasesValue(const QString& value) const
@@ -108,12 +103,7 @@ QList<const VNObject2*> TToviRatioMapper::getByAliasesValue(const QString& value
 
 QList<TToviRatio*> TToviRatioMapper::ratioList() const
 {
-    QList<TToviRatio*> result;
-    for (TDatabaseObject* r : records()) {
-        if (auto* ratio = dynamic_cast<TToviRatio*>(r))
-            result.append(ratio);
-    }
-    return result;
+    return only<TToviRatio>(records());
 }
 
 QList<TToviRatio*> TToviRatioMapper::listByDisplayOrder() const
@@ -134,7 +124,7 @@ int TToviRatioMapper::maxDisplayOrder() const
 
 TDatabaseObject* TToviRatioMapper::recordFromRow(const THeaderRow& row) const
 {
-    if (row.key.isEmpty() || row.type != type())
+    if (!isMine(row))
         return nullptr;
     auto* object = new VNObject2ToviRatio(row.name, row.key);
     auto* made = new TToviRatio(object);
