@@ -1,0 +1,362 @@
+#include <vndatamodelgraph.h>
+#include <vngraphdocument.h>
+
+#include <taxis.h>
+#include <tdataxml.h>
+#include <tgraphdocument.h>
+#include <ttoviratio.h>
+#include <ttranslator.h>
+#include <txmlmethod.h>
+#include <vnobject2toviratio.h>
+#include <vnviewer2dgraph.h>
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+struct ShapeSpies
+{
+    explicit ShapeSpies(QAbstractItemModel* model)
+        : aboutToReset(model, &QAbstractItemModel::modelAboutToBeReset)
+        , reset(model, &QAbstractItemModel::modelReset)
+        , rowsInserted(model, &QAbstractItemModel::rowsInserted)
+        , rowsRemoved(model, &QAbstractItemModel::rowsRemoved)
+    {
+    }
+    int resets() const { return reset.count() == aboutToReset.count() ? reset.count() : -1; }
+    int partial() const { return rowsInserted.count() + rowsRemoved.count(); }
+    QSignalSpy aboutToReset, reset, rowsInserted, rowsRemoved;
+};
+
+QStringList verticalLabels(const QAbstractItemModel& model)
+{
+    QStringList labels;
+    for (int row = 0; row < model.rowCount(); ++row)
+        labels << model.headerData(row, Qt::Vertical).toString();
+    return labels;
+}
+
+// A free ratio record, as a mapper would hand it out.
+struct Ratio
+{
+    Ratio(const QString& key, const QString& name)
+        : record(new VNObject2ToviRatio(name, key))
+    {
+    }
+    Sedra::TToviRatio record;
+};
+
+// The sterane C27-C28-C29 ternary of source-rock studies.
+void describeSterane(VNDataModelGraph& model)
+{
+    model.setToVIName(QStringLiteral("Sterane C27-C28-C29"));
+    model.setStudyType(QStringLiteral("Source rock"));
+    model.setFamilyName(QStringLiteral("Biomarkers"));
+    model.setProcessType(QStringLiteral("GC-MS SIM m/z 217"));
+    model.setExpectedUnit(QStringLiteral("%"));
+    model.setExpectedAnalysisType(QStringLiteral("Saturates"));
+    model.setLiteratureReference(QStringLiteral("Huang & Meinschein (1979), GCA 43, 739-745"));
+    model.setComments(QStringLiteral("<plankton> & \"higher plants\""));
+    model.setAxisKey(0, QStringLiteral("STER_C27_PCT"));
+    model.setAxisKey(1, QStringLiteral("STER_C28_PCT"));
+    model.setAxisKey(2, QStringLiteral("STER_C29_PCT"));
+}
+
+QStringList description(const VNGraphData& d)
+{
+    return {d.getViewTypeString(), d.getToVIName(), d.getStudyType(), d.getFamilyName(), d.getProcessType(),
+            d.getExpectedUnit(), d.getExpectedAnalysisType(), d.getLiteratureReference(), d.getComments()};
+}
+
+QDomDocument parse(const QString& xml)
+{
+    Plavo::TDataXml data;
+    if (!data.setContent(xml.toUtf8()))
+        return QDomDocument();
+    return data.document();
+}
+
+QString viewerXml(const QString& typeView, const QString& axes)
+{
+    return QStringLiteral("<GraphDocument><TDataXml><Viewer2DGraph version=\"1\" typeView=\"%1\"><title/>"
+                          "<axes>%2</axes><curves/></Viewer2DGraph></TDataXml>"
+                          "<informations><graphType>%1</graphType><ionList/></informations></GraphDocument>")
+        .arg(typeView, axes);
+}
+
+QString axisXml(const QString& dataValues)
+{
+    return QStringLiteral("<axis><label>a</label><minimum>0</minimum><maximum>1</maximum>"
+                          "<logarithmic>0</logarithmic><dataValues>%1</dataValues></axis>")
+        .arg(dataValues);
+}
+
+} // namespace
+
+class TestVNDataModelGraph : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { TTranslator::install(QStringLiteral("en")); }
+
+    void axesPerViewType()
+    {
+        const struct
+        {
+            Plavo::TYPE_VIEW type;
+            QStringList labels;
+        } cases[] = {{Plavo::VIEW_ORTHOGONAL, {"X", "Y"}},
+                     {Plavo::VIEW_POLAR, {"1 Axis", "2 Axis"}},
+                     {Plavo::VIEW_TERNARY, {"X", "Y", "Z"}},
+                     {Plavo::VIEW_NONE, {}},
+                     {Plavo::TYPE_VIEW(77), {}}};
+        for (const auto& c : cases) {
+            VNDataModelGraph model(c.type);
+            QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+            QVERIFY(model.isValid());
+            QCOMPARE(model.getViewType(), c.type);
+            QCOMPARE(model.columnCount(), 1);
+            QCOMPARE(model.rowCount(), c.labels.size());
+            QCOMPARE(verticalLabels(model), c.labels);
+            QVERIFY(!model.headerData(c.labels.size(), Qt::Vertical).isValid());
+            QVERIFY(!model.headerData(-1, Qt::Vertical).isValid());
+            QCOMPARE(model.headerData(7, Qt::Horizontal).toString(), QStringLiteral("Name"));
+            QVERIFY(!model.headerData(0, Qt::Horizontal, Qt::EditRole).isValid());
+            // No ratio chosen yet: no name to show.
+            for (int row = 0; row < model.rowCount(); ++row)
+                QVERIFY(!model.data(model.index(row, 0)).isValid());
+            QVERIFY(!model.index(0, 1).isValid());
+        }
+    }
+
+    void frenchLabels()
+    {
+        TTranslator::install(QStringLiteral("fr"));
+        VNDataModelGraph model(Plavo::VIEW_POLAR);
+        QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("Nom"));
+        QCOMPARE(verticalLabels(model), QStringList({"Axe 1", "Axe 2"}));
+        model.addPolarAxe(-1);
+        QCOMPARE(model.headerData(2, Qt::Vertical).toString(), QStringLiteral("Axe 3"));
+    }
+
+    void polarAxesAreFullResets()
+    {
+        VNDataModelGraph model(Plavo::VIEW_POLAR);
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        ShapeSpies spies(&model);
+        Ratio prph(QStringLiteral("PR_PH"), QStringLiteral("Pr/Ph"));
+        model.changeRatio(&prph.record, 1);
+        QCOMPARE(model.getAxes(), QStringList({"", "PR_PH"}));
+
+        model.addPolarAxe(-1);   // appends
+        model.addPolarAxe(99);   // appends
+        model.addPolarAxe(0);    // in front
+        QCOMPARE(model.getAxes(), QStringList({"", "", "PR_PH", "", ""}));
+        QCOMPARE(verticalLabels(model), QStringList({"5 axis", "1 Axis", "2 Axis", "3 axis", "4 axis"}));
+
+        model.removePolarAxe(5); // equal to the count: nothing
+        model.removePolarAxe(-1);
+        QCOMPARE(spies.resets(), 4);
+        model.removePolarAxe(2);
+        QCOMPARE(model.getAxes(), QStringList({"", "", "", ""}));
+        // Labels stay as they were: the rows keep their earlier names.
+        QCOMPARE(verticalLabels(model), QStringList({"5 axis", "1 Axis", "2 Axis", "3 axis"}));
+        QCOMPARE(model.headerData(4, Qt::Vertical).toString(), QStringLiteral("4 axis"));
+        QCOMPARE(spies.resets(), 5);
+        QCOMPARE(spies.partial(), 0);
+    }
+
+    void changesOutsideTheAxesAreIgnored()
+    {
+        VNDataModelGraph model(Plavo::VIEW_ORTHOGONAL);
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        ShapeSpies spies(&model);
+        Ratio cpi(QStringLiteral("CPI"), QStringLiteral("Carbon preference index"));
+        model.changeRatio(&cpi.record, -1);
+        model.changeRatio(&cpi.record, 2);
+        model.changeRatio(nullptr, 0);
+        model.addPolarAxe(0);
+        model.removePolarAxe(0);
+        QCOMPARE(spies.resets(), 0);
+        QCOMPARE(model.getAxes(), QStringList({"", ""}));
+        QVERIFY(!model.setAxisKey(2, QStringLiteral("CPI")));
+        model.changeRatio(&cpi.record, 0);
+        QCOMPARE(spies.resets(), 1);
+        QCOMPARE(model.getAxisKey(0), QStringLiteral("CPI"));
+        QVERIFY(model.getAxisKey(5).isEmpty());
+
+        const VNDataModelGraph copy(model);
+        QCOMPARE(copy.getAxes(), model.getAxes());
+        QCOMPARE(copy.getViewType(), Plavo::VIEW_ORTHOGONAL);
+        QVERIFY(copy.isValid());
+    }
+
+    void ternaryDocumentReadsBackEqual()
+    {
+        VNDataModelGraph model(Plavo::VIEW_TERNARY);
+        describeSterane(model);
+        const QStringList ions{"217", "218"};
+        const QDomDocument document = VNGraphDocument::create(model, ions);
+        QVERIFY(!document.isNull());
+
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QString path = dir.filePath(QStringLiteral("graphs/sterane.xml"));
+        QVERIFY(TXMLMethod::save(&document, path, true, false));
+        Plavo::TDataXml file;
+        QVERIFY(file.open(path));
+        const QDomDocument reread = file.document();
+
+        QCOMPARE(VNGraphDocument::getRatioUids(reread),
+                 QStringList({"STER_C27_PCT", "STER_C28_PCT", "STER_C29_PCT"}));
+        QCOMPARE(VNGraphDocument::ions(reread), ions);
+        VNGraphData data;
+        QVERIFY(data.decode(reread.documentElement()));
+        QCOMPARE(description(data), description(model));
+        QCOMPARE(data.getViewTypeString(), QStringLiteral("3"));
+
+        VNDataModelGraph back(Plavo::VIEW_TERNARY);
+        QAbstractItemModelTester tester(&back, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        back.setIsORL(true);
+        QVERIFY(VNGraphDocument::read(reread, &back));
+        QCOMPARE(back.getAxes(), model.getAxes());
+        QCOMPARE(description(back), description(model));
+        QVERIFY(back.getIsORL()); // not part of the document
+
+        // The viewer's axes carry the vertical labels and the keys.
+        Plavo::VNViewer2DGraph viewer;
+        QVERIFY(Plavo::TGraphDocument::readViewer(reread, &viewer));
+        QCOMPARE(viewer.getTypeView(), Plavo::VIEW_TERNARY);
+        QCOMPARE(viewer.getAxesData().at(2).label(), QStringLiteral("Z"));
+    }
+
+    void polarDocumentResizesThePolarModel()
+    {
+        VNDataModelGraph model(Plavo::VIEW_POLAR);
+        model.addPolarAxe(-1);
+        model.addPolarAxe(-1);
+        model.setAxisKey(0, QStringLiteral("PR_PH"));
+        model.setAxisKey(3, QStringLiteral("TS_TSTM"));
+        const QDomDocument document = VNGraphDocument::create(model);
+        QCOMPARE(VNGraphDocument::getRatioUids(document), QStringList({"PR_PH", "", "", "TS_TSTM"}));
+
+        VNDataModelGraph back(Plavo::VIEW_POLAR);
+        ShapeSpies spies(&back);
+        QVERIFY(VNGraphDocument::read(document, &back));
+        QCOMPARE(back.getAxes(), model.getAxes());
+        QCOMPARE(spies.partial(), 0);
+
+        // A document of another kind of view is refused, the model unchanged.
+        VNDataModelGraph ternary(Plavo::VIEW_TERNARY);
+        describeSterane(ternary);
+        QVERIFY(!VNGraphDocument::read(VNGraphDocument::create(ternary), &back));
+        QCOMPARE(back.getAxes(), model.getAxes());
+        QVERIFY(back.getToVIName().isEmpty());
+        QVERIFY(!VNGraphDocument::read(document, nullptr));
+        QVERIFY(VNGraphDocument::create(VNDataModelGraph(Plavo::VIEW_NONE)).isNull());
+    }
+
+    void ratioKeysOfHandWrittenDocuments()
+    {
+        const QString kind7 = QStringLiteral("<dataValue type=\"7\">%1</dataValue>");
+        const QString name = QStringLiteral("<dataValue type=\"1\">%1</dataValue>");
+        // The first value of kind 7 that carries a text; none gives "".
+        const QDomDocument document = parse(viewerXml(
+            "3", axisXml(kind7.arg("") + kind7.arg("C27")) + axisXml(name.arg("C28 only by name"))
+                     + axisXml(kind7.arg("C29") + kind7.arg("other"))));
+        QVERIFY(!document.isNull());
+        QCOMPARE(VNGraphDocument::getRatioUids(document), QStringList({"C27", "", "C29"}));
+    }
+
+    void malformedDocumentsAreRefused_data()
+    {
+        QTest::addColumn<QString>("xml");
+        const QString axis = axisXml(QStringLiteral("<dataValue type=\"7\">K</dataValue>"));
+        QTest::newRow("no TDataXml") << QStringLiteral("<GraphDocument><informations><ionList/></informations></GraphDocument>");
+        QTest::newRow("empty TDataXml") << QStringLiteral("<GraphDocument><TDataXml>text only</TDataXml></GraphDocument>");
+        QTest::newRow("TDataXml not a child of the root")
+            << QStringLiteral("<GraphDocument><x><TDataXml>%1</TDataXml></x></GraphDocument>")
+                   .arg(viewerXml("3", axis + axis + axis));
+        QTest::newRow("foreign viewer") << QStringLiteral("<G><TDataXml><Viewer3D typeView=\"3\"/></TDataXml></G>");
+        QTest::newRow("typeView not a number") << viewerXml("ternary", axis + axis + axis);
+        QTest::newRow("typeView negative") << viewerXml("-3", axis + axis + axis);
+        QTest::newRow("typeView huge") << viewerXml("99999999999999999999", axis + axis + axis);
+        QTest::newRow("ternary with two axes") << viewerXml("3", axis + axis);
+        QTest::newRow("axis bound not a number")
+            << viewerXml("1", axis + QString(axis).replace(QStringLiteral("<maximum>1</maximum>"),
+                                                           QStringLiteral("<maximum>lots</maximum>")));
+        QTest::newRow("data value of no kind")
+            << viewerXml("1", axis + axisXml(QStringLiteral("<dataValue type=\"-7\">K</dataValue>")));
+        QTest::newRow("data value kind beyond 32 bits")
+            << viewerXml("1", axis + axisXml(QStringLiteral("<dataValue type=\"4294967303\">K</dataValue>")));
+        QTest::newRow("newer viewer version")
+            << viewerXml("1", axis + axis).replace(QStringLiteral("version=\"1\""), QStringLiteral("version=\"2\""));
+    }
+
+    void malformedDocumentsAreRefused()
+    {
+        QFETCH(QString, xml);
+        QDomDocument document;
+        QVERIFY(document.setContent(xml));
+        QVERIFY(VNGraphDocument::getRatioUids(document).isEmpty());
+
+        VNDataModelGraph model(Plavo::VIEW_TERNARY);
+        describeSterane(model);
+        const QStringList before = description(model) + model.getAxes();
+        ShapeSpies spies(&model);
+        QVERIFY(!VNGraphDocument::read(document, &model));
+        QCOMPARE(description(model) + model.getAxes(), before);
+        QCOMPARE(spies.resets(), 0);
+    }
+
+    void descriptionMissingOrDamaged()
+    {
+        const QString axis = axisXml(QStringLiteral("<dataValue type=\"7\">K</dataValue>"));
+        // Readable axes but no ion list: the description is refused, so the
+        // whole document is.
+        QDomDocument noIons = parse(viewerXml("3", axis + axis + axis).remove(QStringLiteral("<ionList/>")));
+        QCOMPARE(VNGraphDocument::getRatioUids(noIons), QStringList({"K", "K", "K"}));
+        VNDataModelGraph model(Plavo::VIEW_TERNARY);
+        QVERIFY(!VNGraphDocument::read(noIons, &model));
+        QCOMPARE(model.getAxes(), QStringList({"", "", ""}));
+
+        // A description that says another kind of view than its viewer.
+        QDomDocument mismatch = parse(viewerXml("3", axis + axis + axis)
+                                          .replace(QStringLiteral("<graphType>3</graphType>"),
+                                                   QStringLiteral("<graphType>x</graphType>")));
+        QVERIFY(!VNGraphDocument::read(mismatch, &model));
+        QCOMPARE(model.getAxes(), QStringList({"", "", ""}));
+    }
+
+    void deepOrHugeInputIsRefusedByTheReader()
+    {
+        QByteArray deep;
+        for (int i = 0; i < 100000; ++i)
+            deep += "<a>";
+        Plavo::TDataXml data;
+        QVERIFY(!data.setContent("<GraphDocument><TDataXml>" + deep));
+        QVERIFY(data.isNull());
+        QVERIFY(VNGraphDocument::getRatioUids(data.document()).isEmpty());
+        QVERIFY(VNGraphDocument::getRatioUids(QDomDocument()).isEmpty());
+        QVERIFY(VNGraphDocument::ions(QDomDocument()).isEmpty());
+
+        // Polar views accept many axes, but not without bound.
+        QString axes;
+        const QString axis = axisXml(QString());
+        for (int i = 0; i <= Plavo::VNViewer2DGraph::maxAxisCount(); ++i)
+            axes += axis;
+        QDomDocument tooMany;
+        QVERIFY(tooMany.setContent(viewerXml("2", axes)));
+        QVERIFY(VNGraphDocument::getRatioUids(tooMany).isEmpty());
+        VNDataModelGraph polar(Plavo::VIEW_POLAR);
+        QVERIFY(!VNGraphDocument::read(tooMany, &polar));
+        QCOMPARE(polar.rowCount(), 2);
+    }
+};
+
+QTEST_MAIN(TestVNDataModelGraph)
+#include "tst_vndatamodelgraph.moc"

@@ -1,0 +1,183 @@
+#include <vndatamodeloverlay.h>
+
+#include <vnobject2tovigraph.h>
+#include <vnobject2tovioverlay.h>
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+// A filled overlay: the oil-family zones of a sterane ternary diagram.
+void fill(VNDataModelOverlay& model)
+{
+    model.setHeadersData({"C27", "C28", "C29"}, {"Marine shale", "Lacustrine", "Terrigenous"});
+}
+
+QStringList headers(const QAbstractItemModel& model, Qt::Orientation orientation, int count, int role)
+{
+    QStringList result;
+    for (int i = 0; i < count; ++i)
+        result << model.headerData(i, orientation, role).toString();
+    return result;
+}
+
+} // namespace
+
+class TestVNDataModelOverlay : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { qRegisterMetaType<Qt::Orientation>(); }
+
+    void anInvalidModelShowsNothing()
+    {
+        VNDataModelOverlay model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QVERIFY(!model.isValid());
+        QVERIFY(model.getGraph() == nullptr);
+        QCOMPARE(model.rowCount(), 0);
+        QCOMPARE(model.columnCount(), 0);
+        for (int section : {-1, 0, 1, 50}) {
+            QVERIFY(!model.headerData(section, Qt::Horizontal).isValid());
+            QVERIFY(!model.headerData(section, Qt::Vertical, VNDataModel::HeaderTextRole).isValid());
+        }
+
+        QSignalSpy headerChanged(&model, &QAbstractItemModel::headerDataChanged);
+        QVERIFY(!model.setHeaderData(-1, Qt::Horizontal, QStringLiteral("x")));
+        QVERIFY(!model.isValid());
+        QCOMPARE(headerChanged.count(), 0);
+        // Any other section makes the (empty) grid valid and stores nothing
+        // outside it; no view is told about a section it does not have.
+        QVERIFY(model.setHeaderData(3, Qt::Horizontal, QStringLiteral("x")));
+        QVERIFY(model.isValid());
+        QCOMPARE(model.columnCount(), 0);
+        QCOMPARE(headerChanged.count(), 0);
+    }
+
+    void headersCarryTheGrid()
+    {
+        VNDataModelOverlay model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
+        QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+        fill(model);
+        QCOMPARE(reset.count(), 1);
+        QCOMPARE(inserted.count(), 0);
+        QVERIFY(model.isValid());
+        QCOMPARE(model.rowCount(), 3);
+        QCOMPARE(model.columnCount(), 3);
+        QCOMPARE(headers(model, Qt::Horizontal, 3, Qt::DisplayRole), QStringList({"C27", "C28", "C29"}));
+        QCOMPARE(headers(model, Qt::Vertical, 3, VNDataModel::HeaderTextRole),
+                 QStringList({"Marine shale", "Lacustrine", "Terrigenous"}));
+        QVERIFY(!model.headerData(0, Qt::Horizontal, Qt::EditRole).isValid());
+        QVERIFY(!model.headerData(0, Qt::Vertical, Qt::ToolTipRole).isValid());
+        // Beyond the grid the item model's own numbering answers.
+        QCOMPARE(model.headerData(3, Qt::Horizontal).toInt(), 4);
+        QVERIFY(!model.headerData(3, Qt::Vertical, VNDataModel::HeaderTextRole).isValid());
+
+        // The table operations name rows; editing a row header does not.
+        QSignalSpy headerChanged(&model, &QAbstractItemModel::headerDataChanged);
+        QVERIFY(model.renameRow(1, QStringLiteral("Lacustrine (fresh water)")));
+        QVERIFY(model.setHeaderData(2, Qt::Vertical, QStringLiteral("ignored")));
+        QVERIFY(model.setHeaderData(0, Qt::Horizontal, QStringLiteral("C27 steranes"), Qt::ToolTipRole));
+        QCOMPARE(headerChanged.count(), 3);
+        QCOMPARE(headerChanged.at(1).at(0).value<Qt::Orientation>(), Qt::Vertical);
+        QCOMPARE(model.headerData(1, Qt::Vertical).toString(), QStringLiteral("Lacustrine (fresh water)"));
+        QCOMPARE(model.headerData(2, Qt::Vertical).toString(), QStringLiteral("Terrigenous"));
+        QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("C27 steranes"));
+
+        model.setValid(false);
+        QCOMPARE(model.rowCount(), 0);
+        QVERIFY(!model.headerData(0, Qt::Horizontal).isValid());
+    }
+
+    void cellsOnlySignal()
+    {
+        VNDataModelOverlay model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        fill(model);
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        QVERIFY(model.setData(1, 2, 42.0));
+        QVERIFY(model.setData(model.index(0, 0), QStringLiteral("x"), Qt::DisplayRole));
+        QCOMPARE(changed.count(), 2);
+        QVERIFY(changed.at(0).at(2).value<QVector<int>>().isEmpty());
+        for (int role : {int(Qt::DisplayRole), int(Qt::EditRole)}) {
+            QVERIFY(!model.data(1, 2, role).isValid());
+            QVERIFY(!model.data(model.index(0, 0), role).isValid());
+        }
+        QVERIFY(!model.setData(3, 0, 1.0));
+        QVERIFY(!model.setData(0, 3, 1.0));
+        QVERIFY(!model.setData(-1, 0, 1.0));
+        QVERIFY(!model.setData(QModelIndex(), 1.0));
+        QCOMPARE(changed.count(), 2);
+
+        model.setReadOnly(true);
+        QVERIFY(!model.setData(0, 0, 1.0));
+        QCOMPARE(changed.count(), 2);
+    }
+
+    void shapeOperationsAreRefused()
+    {
+        VNDataModelOverlay model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        fill(model);
+        QSignalSpy aboutToReset(&model, &QAbstractItemModel::modelAboutToBeReset);
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        QVERIFY(!model.insertRows(0, 1));
+        QVERIFY(!model.removeRows(0, 1));
+        QList<int> rows{0, 1};
+        QVERIFY(!model.removeRows(rows));
+        QVERIFY(model.paste(model.index(0, 0), QStringLiteral("1\t2\n3\t4"), true).isEmpty());
+        model.clear();
+        QCOMPARE(aboutToReset.count(), 0);
+        QCOMPARE(changed.count(), 0);
+        QCOMPARE(model.rowCount(), 3);
+        QCOMPARE(model.columnCount(), 3);
+        QCOMPARE(model.headerData(2, Qt::Vertical).toString(), QStringLiteral("Terrigenous"));
+    }
+
+    void encodeAndDecode()
+    {
+        VNDataModelOverlay model;
+        model.setToVIName(QStringLiteral("Oil families (Huang & Meinschein)"));
+        model.setProcessType(QStringLiteral("GC-MS SIM m/z 217"));
+        model.setLiteratureReference(QStringLiteral("Huang & Meinschein (1979) <GCA>"));
+        QDomDocument document;
+        QDomElement root = document.createElement(QStringLiteral("OverlayDocument"));
+        document.appendChild(root);
+        QVERIFY(model.encode(root));
+        const QDomElement informations = root.firstChildElement(QStringLiteral("informations"));
+        QCOMPARE(informations.firstChildElement().tagName(), QStringLiteral("overlayName"));
+        QCOMPARE(informations.firstChildElement().nextSiblingElement().tagName(), QStringLiteral("processType"));
+        QCOMPARE(informations.lastChildElement().tagName(), QStringLiteral("literatureReference"));
+
+        QDomDocument reread;
+        QVERIFY(reread.setContent(document.toString()));
+        VNDataModelOverlay back;
+        QVERIFY(back.decode(reread.documentElement()));
+        QCOMPARE(back.getToVIName(), model.getToVIName());
+        QCOMPARE(back.getProcessType(), model.getProcessType());
+        QCOMPARE(back.getLiteratureReference(), model.getLiteratureReference());
+
+        // Refusals change nothing.
+        QDomDocument other;
+        QVERIFY(other.setContent(QStringLiteral("<o><informations><graphName>g</graphName></informations></o>")));
+        QVERIFY(!back.decode(other.documentElement()));
+        QVERIFY(!back.decode(QDomElement()));
+        QVERIFY(!back.decode(static_cast<const VNObject2*>(nullptr)));
+        QCOMPARE(back.getToVIName(), model.getToVIName());
+
+        // A free overlay object belongs to no database: nothing to read.
+        VNObject2ToviGraph graph(QStringLiteral("Sterane ternary"));
+        VNObject2ToviOverlay overlay(QStringLiteral("Zones"), &graph);
+        QVERIFY(!back.decode(&overlay));
+        QVERIFY(back.getGraph() == nullptr);
+        QCOMPARE(back.getProcessType(), model.getProcessType());
+    }
+};
+
+QTEST_MAIN(TestVNDataModelOverlay)
+#include "tst_vndatamodeloverlay.moc"
