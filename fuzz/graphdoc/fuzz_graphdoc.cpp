@@ -6,7 +6,10 @@
 #include <tdata.h>
 #include <tdataxml.h>
 #include <tgraphdocument.h>
+#include <vndatamodelgraph.h>
+#include <vndatamodeloverlay.h>
 #include <vngraphdata.h>
+#include <vngraphdocument.h>
 #include <vnviewer2dgraph.h>
 
 #include <QDomDocument>
@@ -85,6 +88,31 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         QDomElement parent = d.createElement(QStringLiteral("r"));
         d.appendChild(parent);
         check(description.encode(parent));
+    }
+
+    // The module's readers: axes keys, the graph model, the overlay model.
+    check(VNGraphDocument::getRatioUids(document) == keys);
+    VNGraphDocument::ions(document);
+    const Plavo::TYPE_VIEW kinds[] = {Plavo::VIEW_ORTHOGONAL, Plavo::VIEW_POLAR, Plavo::VIEW_TERNARY};
+    for (Plavo::TYPE_VIEW kind : kinds) {
+        VNDataModelGraph model(kind);
+        const QStringList before = model.getAxes();
+        if (VNGraphDocument::read(document, &model)) {
+            check(model.getAxes() == keys);
+            check(VNGraphDocument::getRatioUids(VNGraphDocument::create(model)) == keys);
+        } else {
+            check(model.getAxes() == before && model.getToVIName().isEmpty());
+        }
+    }
+    VNDataModelOverlay overlay;
+    if (overlay.decode(root)) {
+        QDomDocument d;
+        QDomElement parent = d.createElement(QStringLiteral("r"));
+        d.appendChild(parent);
+        check(overlay.encode(parent));
+        VNDataModelOverlay again;
+        check(again.decode(parent) && again.getToVIName() == overlay.getToVIName()
+              && again.getProcessType() == overlay.getProcessType());
     }
     return 0;
 }
