@@ -31,21 +31,30 @@ private slots:
         QVERIFY(first.out.contains(QLatin1String("ANDI netCDF")));
         QVERIFY(first.out.contains(QLatin1String("EIC m/z 191")));
         QVERIFY(first.out.contains(QLatin1String("->")));
+        // The structure is repaired and the analyses registered in the project database.
+        QVERIFY(first.out.contains(QStringLiteral("Project structure is obsolete - Adding directory %1/project/Wells").arg(root)));
+        QVERIFY(first.out.contains(QLatin1String("sync while a module runs refused")));
+        QVERIFY2(first.out.contains(QLatin1String("sync: 3 added; 3 analyses in project.sqlite")), qPrintable(first.out));
+        QVERIFY(QFileInfo(root + QStringLiteral("/project/Wells")).isDir());
         QImage tic;
         QVERIFY(tic.load(root + QStringLiteral("/plots/crude-oil-a-tic.png")));
         QCOMPARE(tic.size(), QSize(1200, 700));
 
         // Again: the analyses are kept as they were, the walkthrough is the same.
-        const auto analyses = VndbRunner::snapshot(root + QStringLiteral("/project"));
+        const auto analyses = VndbRunner::snapshot(root + QStringLiteral("/project/Analyses"));
         const VndbResult second = VndbRunner::run({QStringLiteral("demo"), root, QStringLiteral("--json")});
         QCOMPARE(second.exitCode, 0);
-        QCOMPARE(VndbRunner::snapshot(root + QStringLiteral("/project")), analyses);
+        QCOMPARE(VndbRunner::snapshot(root + QStringLiteral("/project/Analyses")), analyses);
         const QJsonObject json = QJsonDocument::fromJson(second.out.toUtf8()).object();
         QCOMPARE(json.value(QStringLiteral("project")).toString(), root + QStringLiteral("/project"));
         const QJsonArray steps = json.value(QStringLiteral("steps")).toArray();
         QVERIFY(steps.size() >= 5);
         const QString imports = QString::fromUtf8(QJsonDocument(steps.at(1).toObject()).toJson());
         QCOMPARE(imports.count(QLatin1String("kept")), 3);
+        const QString structure = QString::fromUtf8(QJsonDocument(steps.at(2).toObject()).toJson());
+        QVERIFY(structure.contains(QLatin1String("structure check: complete")));
+        QVERIFY(structure.contains(QLatin1String("read-only sync refused")));
+        QVERIFY(structure.contains(QLatin1String("sync: 0 added; 3 analyses")));
 
         // The workspace serves the other commands.
         const VndbResult spectrum = VndbRunner::run({QStringLiteral("spectrum"), root + QStringLiteral("/project"),

@@ -4,6 +4,7 @@
 #include "clicontext.h"
 #include "importcommand.h"
 #include "plotpainter.h"
+#include "projectdatabase.h"
 #include "projectfolder.h"
 
 #include <tacquisitionrun.h>
@@ -11,6 +12,7 @@
 #include <tcmfile.h>
 #include <tcsvrunfile.h>
 #include <tfile.h>
+#include <tmodulelauncher.h>
 #include <tprogressbarmgr.h>
 #include <tsyntheticrun.h>
 
@@ -200,9 +202,27 @@ bool DemoCommand::importAnalyses()
 
 bool DemoCommand::checkProject()
 {
-    step(tr("Project structure", "Structure du projet"));
-    // The structure check and repair of the project database takes this
-    // place once the build has it; until then the demo shows the folders.
+    step(tr("Project structure and database", "Structure et base de données du projet"));
+    // The structure check and repair of the project database: a project made
+    // by imports alone lacks the folders that analyses do not need.
+    QStringList messages;
+    const QList<ProjectDatabase::Folder> folders = ProjectDatabase::checkStructure(m_project, true, &messages);
+    QStringList created;
+    for (const ProjectDatabase::Folder& folder : folders) {
+        if (!folder.exists) {
+            m_error = tr("the folder '%1' of the project cannot be created", "le dossier '%1' du projet ne peut pas être créé")
+                          .arg(folder.name);
+            return false;
+        }
+        if (!folder.existed)
+            created << folder.name;
+    }
+    for (const QString& message : qAsConst(messages))
+        say(message);
+    say(created.isEmpty() ? tr("structure check: complete", "vérification de la structure : complète")
+                          : tr("structure check: %1 repaired", "vérification de la structure : %1 réparé(s)")
+                                .arg(created.join(QStringLiteral(", "))));
+
     const ProjectFolder project(m_project);
     for (const QString& analysis : project.analyses()) {
         TCMFile file;
@@ -220,6 +240,33 @@ bool DemoCommand::checkProject()
                 .arg(file.lowMass(), 0, 'f', 2)
                 .arg(file.highMass(), 0, 'f', 2));
     }
+
+    // The SQL root: first as a read-only project and while a module runs, which
+    // the project database refuses, then for real.
+    if (QFileInfo::exists(ProjectDatabase::headerFile(m_project))) {
+        ProjectDatabase readOnly;
+        if (readOnly.open(m_project, true, &m_error))
+            say(tr("read-only sync refused: %1", "synchronisation en lecture seule refusée : %1")
+                    .arg(readOnly.synchronize().messages.value(0)));
+    }
+    ProjectDatabase database;
+    if (!database.open(m_project, false, &m_error))
+        return false;
+    database.launcher()->moduleStarted(QStringLiteral("peak-detection"));
+    say(tr("sync while a module runs refused: %1", "synchronisation pendant qu'un module tourne refusée : %1")
+            .arg(database.synchronize().messages.value(0)));
+    database.launcher()->moduleFinished(QStringLiteral("peak-detection"));
+    const ProjectDatabase::SyncOutcome outcome = database.synchronize();
+    if (outcome.refused) {
+        m_error = outcome.messages.last();
+        return false;
+    }
+    for (const QString& message : outcome.messages)
+        say(message);
+    say(tr("sync: %1 added; %2 analyses in %3", "synchronisation : %1 ajoutée(s) ; %2 analyses dans %3")
+            .arg(outcome.report.registered.size())
+            .arg(outcome.analyses.size())
+            .arg(QFileInfo(ProjectDatabase::headerFile(m_project)).fileName()));
     return true;
 }
 

@@ -3,8 +3,8 @@
 #include "clicommand.h"
 
 /// `vndb project list|check|sync DIR [--read-only]`: the analyses of a project
-/// and its structure. The checks and the SQL-root synchronisation are the
-/// project database's; they run only in a build that has it.
+/// and its structure, through the project database as the application opens
+/// it (database factory, project manager, module launcher).
 class ProjectCommand : public CliCommand
 {
     Q_OBJECT
@@ -20,4 +20,6 @@ public:
 
 private:
     int list(CliContext& context, const QString& dir);
+    int check(CliContext& context, const QString& dir, bool readOnly);
+    int sync(CliContext& context, const QString& dir, bool readOnly, const QStringList& modules);
 };
