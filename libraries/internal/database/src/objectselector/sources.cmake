@@ -10,7 +10,9 @@ list(APPEND VN_DB_HEADERS
   src/objectselector/objectselectoreditorinterface.h
   src/objectselector/objectselectoreditor.h
   src/objectselector/objectselectorctrlinterface.h
-  src/objectselector/objectselectorctrl.h)
+  src/objectselector/objectselectorctrl.h
+  src/objectselector/objectselectordatabaseitem.h
+  src/objectselector/objectselectordatabaseobjectitem.h)
 list(APPEND VN_DB_SOURCES
   src/objectselector/objectselectoriteminterface.cpp
   src/objectselector/objectselectoritem.cpp
@@ -20,4 +22,6 @@ list(APPEND VN_DB_SOURCES
   src/objectselector/objectselectoreditorinterface.cpp
   src/objectselector/objectselectoreditor.cpp
   src/objectselector/objectselectorctrlinterface.cpp
-  src/objectselector/objectselectorctrl.cpp)
+  src/objectselector/objectselectorctrl.cpp
+  src/objectselector/objectselectordatabaseitem.cpp
+  src/objectselector/objectselectordatabaseobjectitem.cpp)

@@ -1,0 +1,5 @@
+#include "objectselectordatabaseitem.h"
+
+ObjectSelectorDatabaseItem::ObjectSelectorDatabaseItem() = default;
+
+ObjectSelectorDatabaseItem::~ObjectSelectorDatabaseItem() = default;
