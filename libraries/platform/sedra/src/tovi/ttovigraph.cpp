@@ -123,11 +123,12 @@ bool TToviGraph::copyContent(const TToviGraph* source)
     if (!source || source == this)
         return false;
     const qint32 kept = number();
-    QList<TProperty> properties = source->getPropertyList();
-    for (TProperty& property : properties) {
-        if (property.name() == QLatin1String(KeyNumber))
-            property.setValue(QString::number(kept));
+    QList<TProperty> properties;
+    for (const TProperty& property : source->getPropertyList()) {
+        if (property.name() != QLatin1String(KeyNumber))
+            properties.append(property);
     }
+    properties.append(TProperty(QLatin1String(KeyNumber), QString::number(kept)));
     setPropertyList(properties);
     graph()->setTitle(getToVIName());
     return copyDrawing(source, this);
