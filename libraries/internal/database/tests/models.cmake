@@ -1,4 +1,12 @@
 # Graph and overlay models.
-vn_add_test(NAME database.models.graphdata SOURCES tst_vngraphdata.cpp LIBS VN::Database VN::Plavo)
-vn_add_test(NAME database.models.graph SOURCES tst_vndatamodelgraph.cpp LIBS VN::Database VN::Plavo)
+vn_add_test(NAME database.models.graphdata SOURCES tst_vngraphdata.cpp tst_models_sample.h
+  LIBS VN::Database VN::Plavo)
+vn_add_test(NAME database.models.graph SOURCES tst_vndatamodelgraph.cpp tst_models_sample.h
+  LIBS VN::Database VN::Plavo)
 vn_add_test(NAME database.models.overlay SOURCES tst_vndatamodeloverlay.cpp LIBS VN::Database)
+# The table-shape spies are shared with the object model's table tests.
+foreach(t tst_database_models_graph)
+  if(TARGET ${t})
+    target_include_directories(${t} PRIVATE ${PROJECT_SOURCE_DIR}/libraries/platform/objectmodel/tests)
+  endif()
+endforeach()

@@ -10,26 +10,15 @@
 #include <vnobject2toviratio.h>
 #include <vnviewer2dgraph.h>
 
+#include "tst_models_sample.h"
+#include "tst_shapespies.h"
+
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
-
-struct ShapeSpies
-{
-    explicit ShapeSpies(QAbstractItemModel* model)
-        : aboutToReset(model, &QAbstractItemModel::modelAboutToBeReset)
-        , reset(model, &QAbstractItemModel::modelReset)
-        , rowsInserted(model, &QAbstractItemModel::rowsInserted)
-        , rowsRemoved(model, &QAbstractItemModel::rowsRemoved)
-    {
-    }
-    int resets() const { return reset.count() == aboutToReset.count() ? reset.count() : -1; }
-    int partial() const { return rowsInserted.count() + rowsRemoved.count(); }
-    QSignalSpy aboutToReset, reset, rowsInserted, rowsRemoved;
-};
 
 QStringList verticalLabels(const QAbstractItemModel& model)
 {
@@ -49,17 +38,9 @@ struct Ratio
     Sedra::TToviRatio record;
 };
 
-// The sterane C27-C28-C29 ternary of source-rock studies.
 void describeSterane(VNDataModelGraph& model)
 {
-    model.setToVIName(QStringLiteral("Sterane C27-C28-C29"));
-    model.setStudyType(QStringLiteral("Source rock"));
-    model.setFamilyName(QStringLiteral("Biomarkers"));
-    model.setProcessType(QStringLiteral("GC-MS SIM m/z 217"));
-    model.setExpectedUnit(QStringLiteral("%"));
-    model.setExpectedAnalysisType(QStringLiteral("Saturates"));
-    model.setLiteratureReference(QStringLiteral("Huang & Meinschein (1979), GCA 43, 739-745"));
-    model.setComments(QStringLiteral("<plankton> & \"higher plants\""));
+    ::describeSterane(static_cast<VNGraphData&>(model));
     model.setAxisKey(0, QStringLiteral("STER_C27_PCT"));
     model.setAxisKey(1, QStringLiteral("STER_C28_PCT"));
     model.setAxisKey(2, QStringLiteral("STER_C29_PCT"));
@@ -67,8 +48,7 @@ void describeSterane(VNDataModelGraph& model)
 
 QStringList description(const VNGraphData& d)
 {
-    return {d.getViewTypeString(), d.getToVIName(), d.getStudyType(), d.getFamilyName(), d.getProcessType(),
-            d.getExpectedUnit(), d.getExpectedAnalysisType(), d.getLiteratureReference(), d.getComments()};
+    return descriptionOf(d);
 }
 
 QDomDocument parse(const QString& xml)

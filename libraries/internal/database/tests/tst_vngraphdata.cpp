@@ -1,5 +1,7 @@
 #include <vngraphdata.h>
 
+#include "tst_models_sample.h"
+
 #include <taxis.h>
 #include <tdataxml.h>
 #include <tgraphdocument.h>
@@ -15,23 +17,13 @@ namespace {
 VNGraphData sterane()
 {
     VNGraphData data;
-    data.setViewType(Plavo::VIEW_TERNARY);
-    data.setToVIName(QStringLiteral("Sterane C27-C28-C29"));
-    data.setStudyType(QStringLiteral("Source rock"));
-    data.setFamilyName(QStringLiteral("Biomarkers"));
-    data.setProcessType(QStringLiteral("GC-MS SIM m/z 217"));
-    data.setExpectedUnit(QStringLiteral("%"));
-    data.setExpectedAnalysisType(QStringLiteral("Saturates"));
-    data.setLiteratureReference(QStringLiteral("Huang & Meinschein (1979), GCA 43, 739-745"));
-    data.setComments(QStringLiteral("Depositional environment: <plankton> & \"higher plants\""));
+    describeSterane(data);
     return data;
 }
 
 QStringList fields(const VNGraphData& d)
 {
-    return {d.getViewTypeString(), d.getToVIName(), d.getStudyType(), d.getFamilyName(), d.getProcessType(),
-            d.getExpectedUnit(), d.getExpectedAnalysisType(), d.getLiteratureReference(), d.getComments(),
-            d.getIsORL() ? QStringLiteral("ORL") : QStringLiteral("user")};
+    return descriptionOf(d) << (d.getIsORL() ? QStringLiteral("ORL") : QStringLiteral("user"));
 }
 
 QDomElement parse(QDomDocument& document, const QString& xml)

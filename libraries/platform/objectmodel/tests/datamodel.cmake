@@ -1,2 +1,2 @@
 # The application's data table.
-vn_add_test(NAME objectmodel.datamodel SOURCES tst_vndatamodel.cpp LIBS VN::ObjectModel)
+vn_add_test(NAME objectmodel.datamodel SOURCES tst_vndatamodel.cpp tst_shapespies.h LIBS VN::ObjectModel)

@@ -2,6 +2,8 @@
 
 #include <ttranslator.h>
 
+#include "tst_shapespies.h"
+
 #include <QAbstractItemModelTester>
 #include <QFile>
 #include <QSignalSpy>
@@ -9,26 +11,6 @@
 #include <QtTest>
 
 namespace {
-
-// Counts what a table model says about changes of shape.
-struct ShapeSpies
-{
-    explicit ShapeSpies(QAbstractItemModel* model)
-        : aboutToReset(model, &QAbstractItemModel::modelAboutToBeReset)
-        , reset(model, &QAbstractItemModel::modelReset)
-        , rowsInserted(model, &QAbstractItemModel::rowsInserted)
-        , rowsRemoved(model, &QAbstractItemModel::rowsRemoved)
-        , columnsInserted(model, &QAbstractItemModel::columnsInserted)
-        , columnsRemoved(model, &QAbstractItemModel::columnsRemoved)
-    {
-    }
-    int resets() const { return reset.count() == aboutToReset.count() ? reset.count() : -1; }
-    int partial() const
-    {
-        return rowsInserted.count() + rowsRemoved.count() + columnsInserted.count() + columnsRemoved.count();
-    }
-    QSignalSpy aboutToReset, reset, rowsInserted, rowsRemoved, columnsInserted, columnsRemoved;
-};
 
 QString writeFile(const QTemporaryDir& dir, const QString& name, const QByteArray& bytes)
 {

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <vngraphdata.h>
+
+#include <QStringList>
+
+// The sterane C27-C28-C29 ternary of source-rock studies, with texts that
+// need escaping in XML.
+inline void describeSterane(VNGraphData& data)
+{
+    data.setViewType(Plavo::VIEW_TERNARY);
+    data.setToVIName(QStringLiteral("Sterane C27-C28-C29"));
+    data.setStudyType(QStringLiteral("Source rock"));
+    data.setFamilyName(QStringLiteral("Biomarkers"));
+    data.setProcessType(QStringLiteral("GC-MS SIM m/z 217"));
+    data.setExpectedUnit(QStringLiteral("%"));
+    data.setExpectedAnalysisType(QStringLiteral("Saturates"));
+    data.setLiteratureReference(QStringLiteral("Huang & Meinschein (1979), GCA 43, 739-745"));
+    data.setComments(QStringLiteral("Depositional environment: <plankton> & \"higher plants\""));
+}
+
+// Every field a graph document carries, in the order of its description.
+inline QStringList descriptionOf(const VNGraphData& d)
+{
+    return {d.getViewTypeString(), d.getToVIName(), d.getStudyType(), d.getFamilyName(), d.getProcessType(),
+            d.getExpectedUnit(), d.getExpectedAnalysisType(), d.getLiteratureReference(), d.getComments()};
+}
