@@ -88,6 +88,7 @@ private slots:
     void awkwardTextRoundTrips();
     void damagedFilesAreRefused_data();
     void damagedFilesAreRefused();
+    void damagedPagesAreRefused();
     void readOnlyDatabaseRefusesChanges();
     void batchWritesOnceAtTheEnd();
     void serialNumberThroughAnyConnection();
@@ -526,6 +527,40 @@ void TestToviStorage::damagedFilesAreRefused()
     QFile check(file);
     QVERIFY(check.open(QIODevice::ReadOnly));
     QCOMPARE(check.readAll(), content);
+}
+
+void TestToviStorage::damagedPagesAreRefused()
+{
+    // A real header, then the same file cut in half and with pages overwritten.
+    const QString path = folder();
+    QString file;
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        Kinds k(db);
+        TToviBatch batch(&db);
+        auto m = model(QStringLiteral("c"), QString());
+        for (int i = 0; i < 3000; ++i) {
+            m->setToviKey(QStringLiteral("k%1").arg(i));
+            QVERIFY(k.compounds->createCompound(m.get(), QString()));
+        }
+        QVERIFY(batch.commit());
+        file = db.fileName();
+    }
+    QFile original(file);
+    QVERIFY(original.open(QIODevice::ReadOnly));
+    const QByteArray bytes = original.readAll();
+    QVERIFY(bytes.size() > 256 * 1024);
+    QByteArray garbled = bytes;
+    garbled.replace(bytes.size() * 2 / 5, 64 * 1024, QByteArray(64 * 1024, '\xff'));
+    for (const QByteArray& damaged : {bytes.left(bytes.size() / 2), garbled}) {
+        const QString other = folder();
+        QVERIFY(writeDrawing(QDir(other).filePath(THeaderConnector::fileNameForType(DatabaseToviUser)), damaged));
+        TRecordingLogger logger;
+        ToviTestDatabase db(DatabaseToviUser, other, &m_factory);
+        QVERIFY(!db.opened);
+        QCOMPARE(logger.messages(MessageLoggerInterface::LevelWarning).size(), 1);
+        QVERIFY(Kinds(db).compounds->compoundList().isEmpty());
+    }
 }
 
 void TestToviStorage::readOnlyDatabaseRefusesChanges()
