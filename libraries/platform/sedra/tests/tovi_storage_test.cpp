@@ -81,6 +81,7 @@ private slots:
     void compoundsAreFoundByEveryKeyAndSurviveReload();
     void compoundCreationRefusals();
     void masterNameChangeFollowsTheIndex();
+    void generatedKeysNeverComeBack();
     void ratiosKeepTheirElevenValuesAndDisplayOrder();
     void ionsAndJointsFollowTheirCompoundAndIon();
     void aliasesPerVendor();
@@ -226,6 +227,45 @@ void TestToviStorage::masterNameChangeFollowsTheIndex()
     QCOMPARE(c->masterName(), QStringLiteral("New name"));
     QCOMPARE(k.compounds->getCompoundByName(QStringLiteral("New name")), c->object());
     QCOMPARE(k.aliases->aliasesOf(c->object()).size(), 1);
+}
+
+void TestToviStorage::generatedKeysNeverComeBack()
+{
+    // A graph's axis names a ratio by key: a removed ratio's key must not be
+    // given to the next one, in this session or after reopening.
+    const QString path = folder();
+    QString removed;
+    {
+        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        Kinds k(db);
+        QStringList keys;
+        for (int i = 0; i < 3; ++i)
+            keys.append(k.ratios->createRatio(QString(), QStringLiteral("r%1").arg(i), {}, {}, i, {}, {}, {}, {}, {},
+                                              {})->ratioId());
+        QCOMPARE(keys, QStringList({QStringLiteral("USR-R000001"), QStringLiteral("USR-R000002"),
+                                    QStringLiteral("USR-R000003")}));
+        removed = keys.last();
+        QVERIFY(k.ratios->remove(k.ratios->get(removed), true, true));
+        QCOMPARE(k.ratios->createRatio(QString(), QStringLiteral("r3"), {}, {}, 3, {}, {}, {}, {}, {}, {})->ratioId(),
+                 QStringLiteral("USR-R000004"));
+        QVERIFY(k.ratios->remove(k.ratios->get(QStringLiteral("USR-R000004")), true, true));
+        // Inside a batch too.
+        TToviBatch batch(&db);
+        QCOMPARE(k.ratios->createRatio(QString(), QStringLiteral("r5"), {}, {}, 5, {}, {}, {}, {}, {}, {})->ratioId(),
+                 QStringLiteral("USR-R000005"));
+        QVERIFY(batch.commit());
+        QVERIFY(k.ratios->remove(k.ratios->get(QStringLiteral("USR-R000005")), true, true));
+    }
+    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    Kinds k(db);
+    QCOMPARE(k.ratios->count(), 2);
+    QCOMPARE(k.ratios->createRatio(QString(), QStringLiteral("r6"), {}, {}, 6, {}, {}, {}, {}, {}, {})->ratioId(),
+             QStringLiteral("USR-R000006"));
+    // A key given by hand in the generated range is stepped over.
+    QVERIFY(k.ratios->createRatio(QStringLiteral("USR-R000007"), QStringLiteral("hand"), {}, {}, 7, {}, {}, {}, {},
+                                  {}, {}));
+    QCOMPARE(k.ratios->createRatio(QString(), QStringLiteral("r8"), {}, {}, 8, {}, {}, {}, {}, {}, {})->ratioId(),
+             QStringLiteral("USR-R000008"));
 }
 
 void TestToviStorage::ratiosKeepTheirElevenValuesAndDisplayOrder()

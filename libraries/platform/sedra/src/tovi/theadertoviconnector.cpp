@@ -54,11 +54,15 @@ bool THeaderToviConnector::endBatch()
         return true;
     // Without a database nothing was created through the mappers: nothing
     // waits to be written.
+    bool meta = true;
+    for (auto it = m_meta.constBegin(); it != m_meta.constEnd(); ++it)
+        meta = setMetaValue(it.key(), it.value()) && meta;
+    m_meta.clear();
     if (!m_owner || !m_owner->headerDb()) {
         m_created.clear();
-        return true;
+        return meta;
     }
-    const bool created = writeCreated();
+    const bool created = writeCreated() && meta;
     m_created.clear();
     // Whatever else changed meanwhile (removals, updated values), and the
     // new records again when their fast write failed.
@@ -70,6 +74,14 @@ void THeaderToviConnector::noteCreated(int type, const QString& key)
 {
     if (inBatch())
         m_created.append(qMakePair(type, key));
+}
+
+void THeaderToviConnector::noteMetaValue(const QString& name, const QString& value)
+{
+    if (inBatch())
+        m_meta.insert(name, value);
+    else
+        setMetaValue(name, value);
 }
 
 bool THeaderToviConnector::writeCreated()

@@ -2,6 +2,7 @@
 
 #include "theaderconnector.h"
 
+#include <QHash>
 #include <QStringList>
 
 namespace Sedra {
@@ -69,6 +70,9 @@ public:
     /// batch is open; the end of the batch inserts these records with
     /// statements prepared once, then writes any other pending change.
     void noteCreated(int type, const QString& key);
+    /// Sets a value of the header's meta table: at once, or at the end of the
+    /// open batch.
+    void noteMetaValue(const QString& name, const QString& value);
 
 private:
     bool syncRecords();
@@ -78,6 +82,7 @@ private:
     TDatabase* m_owner = nullptr;
     int m_batchDepth = 0;
     QList<QPair<int, QString>> m_created;
+    QHash<QString, QString> m_meta;
     TToviSyncReport m_report;
 };
 

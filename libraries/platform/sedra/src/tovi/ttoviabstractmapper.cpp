@@ -65,13 +65,35 @@ QString TToviAbstractMapper::newKey(const QString& kindLetter) const
     default: prefix = QStringLiteral("DB"); break;
     }
     prefix += QLatin1Char('-') + kindLetter;
-    // Starting from the count finds a free number at once unless keys were
-    // given by hand in the same range.
-    for (qint64 n = count() + 1;; ++n) {
-        const QString key = prefix + QStringLiteral("%1").arg(n, 6, 10, QLatin1Char('0'));
-        if (!exists(key))
-            return key;
+    THeaderToviConnector* connector = toviConnector();
+    auto last = m_lastNumber.find(prefix);
+    if (last == m_lastNumber.end()) {
+        // Once per prefix: the number kept in the header, or the largest one
+        // in use when the header has none (keys given by hand included).
+        qint64 largest = connector ? connector->metaValue(counterName(prefix)).toLongLong() : 0;
+        for (const TDatabaseObject* r : records()) {
+            if (r->key().startsWith(prefix)) {
+                bool ok = false;
+                const qint64 n = r->key().midRef(prefix.size()).toLongLong(&ok);
+                if (ok && n > largest)
+                    largest = n;
+            }
+        }
+        last = m_lastNumber.insert(prefix, largest);
     }
+    QString key;
+    do {
+        ++last.value();
+        key = prefix + QStringLiteral("%1").arg(last.value(), 6, 10, QLatin1Char('0'));
+    } while (exists(key));
+    if (connector)
+        connector->noteMetaValue(counterName(prefix), QString::number(last.value()));
+    return key;
+}
+
+QString TToviAbstractMapper::counterName(const QString& prefix)
+{
+    return QStringLiteral("last_key/") + prefix;
 }
 
 } // namespace Sedra

@@ -2,6 +2,7 @@
 
 #include "tabstractmapper.h"
 
+#include <QHash>
 #include <QList>
 
 namespace Sedra {
@@ -20,10 +21,13 @@ public:
     /// The reference connector of the database, or null.
     THeaderToviConnector* toviConnector() const;
 
-    /// A key not used by any record of the kind: a prefix naming the database
-    /// ("ORL", "USR", "MRG", "DB") and the kind, then a number, so that
-    /// records made in the delivered and in the user database never share an
-    /// identifier ("USR-C000012").
+    /// A key never used by a record of the kind in this database: a prefix
+    /// naming the database ("ORL", "USR", "MRG", "DB") and the kind, then a
+    /// number, so that records made in the delivered and in the user database
+    /// never share an identifier ("USR-C000012"). Numbers only grow, also
+    /// across removals and reopenings (the last one is kept in the header), so
+    /// that a key still named elsewhere (a graph's axis) never comes back
+    /// for another record.
     QString newKey(const QString& kindLetter) const;
 
 protected:
@@ -52,9 +56,14 @@ protected:
     /// Adds a record made by the mapper (see TAbstractMapper::insertRecord),
     /// writing it now or, inside a batch, at the end of the batch.
     TDatabaseObject* store(TDatabaseObject* record, bool flush) const;
+    /// The name under which the header keeps the last number of a prefix.
+    static QString counterName(const QString& prefix);
     /// Tells the connector which database it serves (graphOverlaySync() then
     /// keeps the records in memory in step with the file).
     void bindConnector() const;
+
+private:
+    mutable QHash<QString, qint64> m_lastNumber;
 };
 
 } // namespace Sedra
