@@ -90,6 +90,7 @@ private slots:
     void damagedFilesAreRefused_data();
     void damagedFilesAreRefused();
     void damagedPagesAreRefused();
+    void readOnlyDatabaseRefusesChanges_data();
     void readOnlyDatabaseRefusesChanges();
     void batchWritesOnceAtTheEnd();
     void serialNumberThroughAnyConnection();
@@ -603,8 +604,20 @@ void TestToviStorage::damagedPagesAreRefused()
     }
 }
 
+void TestToviStorage::readOnlyDatabaseRefusesChanges_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("refusal");
+    QTest::newRow("en") << QStringLiteral("en") << QStringLiteral("Impossible to modify a <b>read only</b> database");
+    QTest::newRow("fr") << QStringLiteral("fr")
+                        << QStringLiteral("Impossible de modifier une base de données en <b>lecture seule</b>");
+}
+
 void TestToviStorage::readOnlyDatabaseRefusesChanges()
 {
+    QFETCH(QString, language);
+    QFETCH(QString, refusal);
+    TTranslator::install(language);
     const QString path = folder();
     {
         ToviTestDatabase db(DatabaseToviDelivered, path, &m_factory);
@@ -630,7 +643,7 @@ void TestToviStorage::readOnlyDatabaseRefusesChanges()
     QVERIFY(!k.compounds->remove(c, true, true));
     QVERIFY(!db.tovi()->writeSerialNumber(QStringLiteral("changed")));
     QCOMPARE(db.tovi()->serialNumber(), QStringLiteral("ORL-1"));
-    QVERIFY(logger.count() > 0);
+    QVERIFY(logger.contains(MessageLoggerInterface::LevelWarning, refusal));
     QCOMPARE(k.aliases->getAlias(c, QStringLiteral("masterName"), QStringLiteral("V"))->getValue(),
              QStringLiteral("x"));
     QCOMPARE(rowCount(db.fileName(), VNObjectTypeCompound), 1);
