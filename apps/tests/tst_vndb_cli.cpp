@@ -22,6 +22,7 @@ private slots:
         QTest::newRow("eic") << QStringLiteral("eic") << QStringLiteral("--window");
         QTest::newRow("spectrum") << QStringLiteral("spectrum") << QStringLiteral("FIRST [LAST]");
         QTest::newRow("plot") << QStringLiteral("plot") << QStringLiteral("--output");
+        QTest::newRow("select") << QStringLiteral("select") << QStringLiteral("--filter LABEL=VALUE");
     }
 
     void everyCommandExplainsItself()
