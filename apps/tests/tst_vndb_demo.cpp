@@ -36,6 +36,12 @@ private slots:
         QVERIFY(first.out.contains(QLatin1String("sync while a module runs refused")));
         QVERIFY2(first.out.contains(QLatin1String("sync: 3 added; 3 analyses in project.sqlite")), qPrintable(first.out));
         QVERIFY(QFileInfo(root + QStringLiteral("/project/Wells")).isDir());
+        // A selector search over the reference content, its ticks saved for vndb select.
+        QVERIFY(first.out.contains(QLatin1String("and Carbons = 30: 17alpha(H),21beta(H)-Hopane")));
+        const VndbResult reloaded = VndbRunner::run({QStringLiteral("select"), QStringLiteral("--load"),
+                                                     root + QStringLiteral("/selection.xml"), QStringLiteral("--search"),
+                                                     QStringLiteral("hopane")});
+        QVERIFY2(reloaded.out.contains(QLatin1String("[x] 17alpha(H),21beta(H)-Hopane")), qPrintable(reloaded.out));
         QImage tic;
         QVERIFY(tic.load(root + QStringLiteral("/plots/crude-oil-a-tic.png")));
         QCOMPARE(tic.size(), QSize(1200, 700));
@@ -48,7 +54,7 @@ private slots:
         const QJsonObject json = QJsonDocument::fromJson(second.out.toUtf8()).object();
         QCOMPARE(json.value(QStringLiteral("project")).toString(), root + QStringLiteral("/project"));
         const QJsonArray steps = json.value(QStringLiteral("steps")).toArray();
-        QVERIFY(steps.size() >= 5);
+        QVERIFY(steps.size() >= 6);
         const QString imports = QString::fromUtf8(QJsonDocument(steps.at(1).toObject()).toJson());
         QCOMPARE(imports.count(QLatin1String("kept")), 3);
         const QString structure = QString::fromUtf8(QJsonDocument(steps.at(2).toObject()).toJson());

@@ -6,7 +6,10 @@
 #include "plotpainter.h"
 #include "projectdatabase.h"
 #include "projectfolder.h"
+#include "referenceselector.h"
 
+#include <objectselectorctrl.h>
+#include <objectselectormodel.h>
 #include <tacquisitionrun.h>
 #include <tandimsfile.h>
 #include <tcmfile.h>
@@ -15,8 +18,10 @@
 #include <tmodulelauncher.h>
 #include <tprogressbarmgr.h>
 #include <tsyntheticrun.h>
+#include <txmlmethod.h>
 
 #include <QDir>
+#include <QDomDocument>
 #include <QFileInfo>
 #include <QJsonObject>
 
@@ -114,6 +119,7 @@ int DemoCommand::run(CliContext& context, const CliArguments& arguments)
         [this] { return checkProject(); },
         [this] { return showData(); },
         [this] { return drawPlots(); },
+        [this] { return searchReferences(); },
     };
     m_steps = steps.size();
     for (const auto& run : steps) {
@@ -348,5 +354,56 @@ bool DemoCommand::drawPlots()
             return false;
         say(tr("%1: %2", "%1 : %2").arg(QStringLiteral("plots/") + plot.file, painter.title()));
     }
+    return true;
+}
+
+bool DemoCommand::searchReferences()
+{
+    step(tr("Reference selector", "Sélecteur de références"));
+    ReferenceSelector content;
+    if (!content.load(ReferenceSelector::defaultDataFile(), &m_error))
+        return false;
+    ObjectSelectorModel model;
+    content.fill(model, {}, true);
+    ObjectSelectorCtrl ctrl;
+    ctrl.setSelectionMode(ObjectSelectorCtrl::MultipleSelection);
+    ctrl.setModel(&model);
+    const auto countShown = [&model](const QString& category) {
+        QStringList names;
+        for (auto* node = model.root().getFirstSon(); node; node = node->getBrother()) {
+            if (!node->attribute || node->attribute->id() != category)
+                continue;
+            for (auto* son = node->getFirstSon(); son; son = son->getBrother()) {
+                if (son->isVisible() && son->attribute)
+                    names << son->attribute->title();
+            }
+        }
+        return names;
+    };
+    say(tr("%1 objects: compounds, parameters, joints, ions", "%1 objets : composés, paramètres, jointures, ions")
+            .arg(model.getAllItems().size() - ReferenceSelector::kinds().size()));
+    ctrl.searchRequested(QStringLiteral("hopane"));
+    say(tr("search \"hopane\": %1 compounds, %2 parameters", "recherche \"hopane\" : %1 composés, %2 paramètres")
+            .arg(countShown(QStringLiteral("compounds")).size())
+            .arg(countShown(QStringLiteral("parameters")).size()));
+    const QString carbons = tr("Carbons", "Carbones");
+    ctrl.enableFilterRequested(carbons);
+    ctrl.updateFilterRequested(carbons, QStringLiteral("30"));
+    say(tr("and %1 = 30: %2", "et %1 = 30 : %2").arg(carbons, countShown(QStringLiteral("compounds")).join(QStringLiteral(", "))));
+    for (const QString& id : {QStringLiteral("C:C30H"), QStringLiteral("P:R003")}) {
+        if (ObjectSelectorItemInterface* item = ReferenceSelector::find(model, id))
+            ctrl.toggleCheckRequested(item, true);
+    }
+    QDomDocument document;
+    QDomElement root = document.createElement(QStringLiteral("vndbSelection"));
+    document.appendChild(root);
+    const QString file = m_root + QStringLiteral("/selection.xml");
+    if (!ctrl.save(root) || !TXMLMethod::save(&document, file, false, false)) {
+        m_error = tr("cannot write the selection to '%1'", "impossible d'écrire la sélection dans '%1'").arg(file);
+        return false;
+    }
+    say(tr("%1 ticked, saved to selection.xml (vndb select --load %2)", "%1 coché(s), enregistré(s) dans selection.xml (vndb select --load %2)")
+            .arg(ctrl.getSelectedItems(nullptr).size())
+            .arg(file));
     return true;
 }

@@ -33,6 +33,7 @@ private:
     bool checkProject();
     bool showData();
     bool drawPlots();
+    bool searchReferences();
 
     void step(const QString& title);
     void say(const QString& line);
