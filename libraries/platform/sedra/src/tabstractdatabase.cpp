@@ -4,6 +4,10 @@
 
 #include <vnobject2.h>
 
+#include <QSet>
+
+#include <algorithm>
+
 namespace Sedra {
 
 TAbstractDatabase::TAbstractDatabase() = default;
@@ -120,6 +124,59 @@ bool TAbstractDatabase::takeObject(TDatabaseObject* record)
         removeFromBucket(m_children, ParentKey(record->parentType(), record->parentKey()), record);
     m_byObject.remove(record->object());
     return true;
+}
+
+void TAbstractDatabase::takeObjects(const QList<TDatabaseObject*>& records)
+{
+    if (records.size() < 8) {
+        for (TDatabaseObject* record : records)
+            takeObject(record);
+        return;
+    }
+    // Each touched list is filtered once, whatever the number of records it loses.
+    struct Touched
+    {
+        QSet<QString> names;
+        QSet<QString> tags;
+    };
+    QSet<TDatabaseObject*> gone;
+    QHash<int, Touched> kinds;
+    QSet<ParentKey> parents;
+    for (TDatabaseObject* record : records) {
+        if (!record || m_byObject.value(record->object()) != record)
+            continue;
+        gone.insert(record);
+        Touched& touched = kinds[record->type()];
+        touched.names.insert(record->name());
+        if (!record->tag().isEmpty())
+            touched.tags.insert(record->tag());
+        if (record->parentType())
+            parents.insert(ParentKey(record->parentType(), record->parentKey()));
+        m_kinds[record->type()].byKey.remove(record->key());
+        m_byObject.remove(record->object());
+    }
+    const auto dropGone = [&gone](QList<TDatabaseObject*>& list) {
+        list.erase(std::remove_if(list.begin(), list.end(), [&gone](TDatabaseObject* r) { return gone.contains(r); }),
+                   list.end());
+    };
+    const auto filter = [&dropGone](auto& hash, const auto& bucket) {
+        auto it = hash.find(bucket);
+        if (it == hash.end())
+            return;
+        dropGone(*it);
+        if (it->isEmpty())
+            hash.erase(it);
+    };
+    for (auto touched = kinds.constBegin(); touched != kinds.constEnd(); ++touched) {
+        Kind& kind = m_kinds[touched.key()];
+        dropGone(kind.list);
+        for (const QString& name : touched->names)
+            filter(kind.byName, name);
+        for (const QString& tag : touched->tags)
+            filter(kind.byTag, tag);
+    }
+    for (const ParentKey& parent : parents)
+        filter(m_children, parent);
 }
 
 bool TAbstractDatabase::renameObject(TDatabaseObject* record, const QString& name, const QString& key)

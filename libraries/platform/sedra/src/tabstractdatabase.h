@@ -49,6 +49,10 @@ protected:
     bool insertObject(TDatabaseObject* record);
     /// Removes from the indexes without deleting.
     bool takeObject(TDatabaseObject* record);
+    /// The same for many records at once, in time linear in the records held
+    /// (removing them one by one would shift each list once per record). The
+    /// records must belong to this store.
+    void takeObjects(const QList<TDatabaseObject*>& records);
     /// Changes the name and the key of a record and its index entries.
     bool renameObject(TDatabaseObject* record, const QString& name, const QString& key);
     void deleteAllObjects();

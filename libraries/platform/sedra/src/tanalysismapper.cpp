@@ -6,7 +6,6 @@
 
 #include <vnobject2analysis.h>
 
-#include <QSet>
 
 namespace Sedra {
 
@@ -32,18 +31,20 @@ TDatabaseObject* TAnalysisMapper::newRecord(VNObject2* object) const
     return new TFileObject(object);
 }
 
+QString TAnalysisMapper::folderTag(const QString& relativeFolder)
+{
+    // Folders that differ only by case are one folder on some systems.
+    return relativeFolder.toLower();
+}
+
 QString TAnalysisMapper::uniqueFolder(const QString& name) const
 {
     // Two names may give the same safe form ("a/b" and "a_b"): the second
-    // analysis gets a numbered folder.
-    QSet<QString> used;
-    for (const TDatabaseObject* r : records()) {
-        if (const auto* file = dynamic_cast<const TFileObject*>(r))
-            used.insert(file->relativeFolderPath().toLower());
-    }
+    // analysis gets a numbered folder. The folders in use are the records'
+    // tags, so no list of analyses is walked.
     const QString base = VNObject2Analysis::folderName() + QLatin1Char('/') + TDatabase::safeFileName(name);
     QString folder = base;
-    for (int n = 2; used.contains(folder.toLower()); ++n)
+    for (int n = 2; header() && !header()->findByTag(type(), folderTag(folder)).isEmpty(); ++n)
         folder = base + QStringLiteral("_%1").arg(n);
     return folder;
 }
@@ -57,6 +58,7 @@ TFileObject* TAnalysisMapper::createAnalysisInFolder(const QString& name, const 
     const QString stem = relativeFolder.section(QLatin1Char('/'), -1);
     made->setRelativePath(relativeFolder + QLatin1Char('/')
                           + (m_fileSuffix.isEmpty() ? stem : stem + QLatin1Char('.') + m_fileSuffix));
+    made->setTag(folderTag(relativeFolder));
     return static_cast<TFileObject*>(insertRecord(made, flush));
 }
 
@@ -70,6 +72,14 @@ TFileObject* TAnalysisMapper::createAnalysis(const QString& name, bool flush) co
 TDatabaseObject* TAnalysisMapper::create(const QString& name, bool flush) const
 {
     return createAnalysis(name, flush);
+}
+
+TDatabaseObject* TAnalysisMapper::recordFromRow(const THeaderRow& row) const
+{
+    TDatabaseObject* made = TAbstractMapper::recordFromRow(row);
+    if (const auto* file = dynamic_cast<const TFileObject*>(made))
+        made->setTag(folderTag(file->relativeFolderPath()));
+    return made;
 }
 
 const VNObject2Analysis* TAnalysisMapper::getAnalysis(const QString& name) const

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tfileobject.h"
 
 class VNObject2Analysis;
 
 namespace Sedra {
-
-class TFileObject;
 
 /// Analyses (kind 1). Each analysis has a folder of its own under the
 /// analyses' folder, named after it in a form that stays inside that folder;
@@ -25,6 +24,7 @@ public:
     /// An analysis for a folder that already exists, relative to the working path.
     TFileObject* createAnalysisInFolder(const QString& name, const QString& relativeFolder, bool flush) const;
     TDatabaseObject* create(const QString& name, bool flush = true) const override;
+    TDatabaseObject* recordFromRow(const THeaderRow& row) const override;
 
     const VNObject2Analysis* getAnalysis(const QString& name) const;
     QList<const VNObject2Analysis*> analyses() const;
@@ -39,6 +39,7 @@ protected:
     TDatabaseObject* newRecord(VNObject2* object) const override;
 
 private:
+    static QString folderTag(const QString& relativeFolder);
     QString uniqueFolder(const QString& name) const;
 
     QString m_fileSuffix;

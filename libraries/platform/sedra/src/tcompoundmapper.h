@@ -1,10 +1,9 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tpropertyobject.h"
 
 namespace Sedra {
-
-class TPropertyObject;
 
 /// Compounds of a project (kind 1026 in a project database): the compounds
 /// its analyses were interpreted with, by name, with their CAS number and

@@ -69,6 +69,10 @@ void TDatabase::setMapperFactory(TMapperFactory* factory)
     }
     if (m_header->isStarted())
         loadDatabase();
+    if (m_syncPending) {
+        m_syncPending = false;
+        TDatabase::synchronizeSQLRoot();
+    }
 }
 
 THeaderConnector* TDatabase::getConnector() const
@@ -151,8 +155,12 @@ void TDatabase::synchronizeSQLRoot()
 {
     m_sync = TSyncReport();
     auto* analyses = dynamic_cast<TAnalysisMapper*>(mapper(VNObjectTypeAnalysis));
-    if (m_readOnly || !m_header->isOpen() || m_header->isReadOnly() || !analyses || m_workingPath.isEmpty())
+    if (m_readOnly || !m_header->isOpen() || m_header->isReadOnly() || m_workingPath.isEmpty())
         return;
+    if (!analyses) {
+        m_syncPending = !m_factory;
+        return;
+    }
     const QString folderName = VNObject2Analysis::folderName();
     QSet<QString> known;
     const QList<TDatabaseObject*> records = m_header->getObjectsList(VNObjectTypeAnalysis);
@@ -268,24 +276,43 @@ bool TDatabase::removeObject(const VNObject2* object, bool flush)
         logReadOnly();
         return false;
     }
-    // The object and, depth first, everything that belongs to it.
     QList<const VNObject2*> objects{object};
-    for (int i = 0; i < objects.size(); ++i) {
-        if (TDatabaseObject* r = record(objects.at(i))) {
-            for (TDatabaseObject* child : r->getDependantObjects()) {
-                if (!objects.contains(child->object()))
-                    objects.append(child->object());
-            }
-        }
-    }
+    addDependants(objects);
     emit aboutToDeleteObjects(&objects);
+    // What the listeners added goes with everything that belongs to it too:
+    // no record is left behind naming a parent that is gone.
+    addDependants(objects);
     QList<TDatabaseObject*> records;
     for (const VNObject2* o : objects) {
-        TDatabaseObject* r = record(o);
-        if (r && !records.contains(r))
+        if (TDatabaseObject* r = record(o))
             records.append(r);
     }
     return m_header->removeObjects(records, flush);
+}
+
+void TDatabase::addDependants(QList<const VNObject2*>& objects) const
+{
+    // Breadth first from the objects given; each object once, even when a
+    // listener named it twice.
+    QSet<const VNObject2*> seen;
+    QList<const VNObject2*> unique;
+    for (const VNObject2* o : objects) {
+        if (o && !seen.contains(o)) {
+            seen.insert(o);
+            unique.append(o);
+        }
+    }
+    for (int i = 0; i < unique.size(); ++i) {
+        if (const TDatabaseObject* r = record(unique.at(i))) {
+            for (const TDatabaseObject* child : r->getDependantObjects()) {
+                if (!seen.contains(child->object())) {
+                    seen.insert(child->object());
+                    unique.append(child->object());
+                }
+            }
+        }
+    }
+    objects = unique;
 }
 
 void TDatabase::onAboutToDeleteObjects(QList<const VNObject2*>* objects)

@@ -69,7 +69,7 @@ public:
 
     THeaderDatabase* headerDb() const { return m_header; }
     /// The header's connector, or null before the header is bound.
-    THeaderConnector* getConnector() const;
+    virtual THeaderConnector* getConnector() const;
     /// A new connector for the header file, owned by the caller. Reference
     /// databases give their own kind.
     virtual THeaderConnector* getNewConnector();
@@ -100,7 +100,8 @@ public:
     /// Reconciles the header with the project folders: every analysis folder
     /// on disk without a record is registered; records whose folder vanished
     /// are reported (warning) and kept. Does nothing on a read-only database
-    /// or without a bound header. See lastSynchronization().
+    /// or without a bound header. Asked for before the database has its
+    /// mappers, it waits for them (setMapperFactory). See lastSynchronization().
     virtual void synchronizeSQLRoot();
     const TSyncReport& lastSynchronization() const { return m_sync; }
 
@@ -147,6 +148,9 @@ protected slots:
 
 private:
     void deleteMappers();
+    /// Adds to `objects` every record that belongs to one of them, at any
+    /// depth, and drops repeats and nulls.
+    void addDependants(QList<const VNObject2*>& objects) const;
 
     DatabaseType m_type;
     QString m_workingPath;
@@ -160,6 +164,10 @@ private:
     bool m_datasetSaveDisabled = false;
     int m_datasetSaveHold = 0;
     TSyncReport m_sync;
+    /// A synchronisation asked for before the mappers were made (a database
+    /// opened from its folder synchronises before it gets its factory); it
+    /// runs as soon as they are.
+    bool m_syncPending = false;
 };
 
 } // namespace Sedra

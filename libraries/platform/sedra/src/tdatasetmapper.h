@@ -1,12 +1,11 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tmutableobject.h"
 
 class VNObject2Dataset;
 
 namespace Sedra {
-
-class TMutableObject;
 
 /// Datasets (kind 18): renameable records whose saves the database may hold
 /// back (TDatabase::forceDisableDatasetSave); held-back saves stay marked

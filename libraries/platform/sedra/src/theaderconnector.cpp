@@ -2,6 +2,7 @@
 #include "theaderconnector.h"
 
 #include <QAtomicInt>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QSet>
@@ -13,6 +14,13 @@ namespace Sedra {
 namespace {
 QAtomicInt s_connectionCounter;
 const int SchemaVersion = 1;
+
+QString damaged(const QString& detail)
+{
+    return QCoreApplication::translate("SedraTr", "the file is not an SQLite database or is damaged (%1)",
+                                       "le fichier n'est pas une base SQLite ou est endommagé (%1)")
+        .arg(detail.trimmed());
+}
 } // namespace
 
 const char* const THeaderConnector::SerialKey = "serial_number";
@@ -49,10 +57,18 @@ bool THeaderConnector::open(const QString& folder, DatabaseType type, bool readO
     m_readOnly = readOnly;
     m_fileName = QDir(folder).filePath(databaseFileName(type));
     const QFileInfo info(m_fileName);
-    if (info.exists() && !info.isFile())
-        reason = QStringLiteral("not a file");
-    else if (readOnly && !info.exists())
-        reason = QStringLiteral("the file does not exist and the database is read only");
+    if (info.exists() && !info.isFile()) {
+        reason = QCoreApplication::translate("SedraTr", "the path is not a file", "le chemin n'est pas un fichier");
+    } else if (readOnly && !info.exists()) {
+        reason = QCoreApplication::translate("SedraTr", "the file does not exist and the database is read only",
+                                             "le fichier n'existe pas et la base de données est en lecture seule");
+    } else if (info.exists() && info.size() == 0) {
+        // SQLite would take an empty file for a new database and write a
+        // schema into it; an empty header is a damaged one (an interrupted
+        // copy, a full disk) and is left for the user to look at.
+        reason = QCoreApplication::translate("SedraTr", "the file is empty (0 bytes): it is not a database",
+                                             "le fichier est vide (0 octet) : ce n'est pas une base de données");
+    }
     if (reason.isEmpty()) {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
         db.setDatabaseName(m_fileName);
@@ -99,7 +115,7 @@ bool THeaderConnector::checkSchema(QString* error) const
     // SQLite finds out that the file is not a database at all.
     QSqlQuery query(database());
     if (!query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"))) {
-        *error = query.lastError().text();
+        *error = damaged(query.lastError().text());
         return false;
     }
     QSet<QString> tables;
@@ -107,7 +123,7 @@ bool THeaderConnector::checkSchema(QString* error) const
     QSqlQuery check(database());
     if (!check.exec(QStringLiteral("PRAGMA quick_check")) || !check.next()
         || check.value(0).toString() != QLatin1String("ok")) {
-        *error = check.lastError().isValid() ? check.lastError().text() : check.value(0).toString();
+        *error = damaged(check.lastError().isValid() ? check.lastError().text() : check.value(0).toString());
         return false;
     }
     while (query.next())
@@ -117,7 +133,8 @@ bool THeaderConnector::checkSchema(QString* error) const
         return true;
     const QSet<QString> expected{QStringLiteral("meta"), QStringLiteral("objects"), QStringLiteral("properties")};
     if (!tables.contains(expected)) {
-        *error = QStringLiteral("the file is an SQLite database of another application");
+        *error = QCoreApplication::translate("SedraTr", "the file is an SQLite database of another application",
+                                             "le fichier est une base SQLite d'une autre application");
         return false;
     }
     QSqlQuery version(database());
@@ -128,7 +145,9 @@ bool THeaderConnector::checkSchema(QString* error) const
         return false;
     }
     if (version.next() && version.value(0).toInt() > SchemaVersion) {
-        *error = QStringLiteral("the file was written by a newer version (schema %1)").arg(version.value(0).toInt());
+        *error = QCoreApplication::translate("SedraTr", "the file was written by a newer version (schema %1)",
+                                             "le fichier a été écrit par une version plus récente (schéma %1)")
+                     .arg(version.value(0).toInt());
         return false;
     }
     return true;

@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <QSet>
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -337,9 +338,11 @@ bool THeaderDatabase::flushDatabase()
 bool THeaderDatabase::removeObjects(QList<TDatabaseObject*>& records, bool flush)
 {
     QList<TDatabaseObject*> mine;
+    QSet<TDatabaseObject*> seen;
     QList<qint64> ids;
     for (TDatabaseObject* record : records) {
-        if (record && !mine.contains(record) && findByObject(record->object()) == record) {
+        if (record && !seen.contains(record) && findByObject(record->object()) == record) {
+            seen.insert(record);
             mine.append(record);
             if (record->id() >= 0)
                 ids.append(record->id());
@@ -349,19 +352,17 @@ bool THeaderDatabase::removeObjects(QList<TDatabaseObject*>& records, bool flush
         fail(QStringLiteral("some records do not belong to this database"));
         return false;
     }
+    if (isOpen() && isReadOnly())
+        return refuseWrite();
     if (flush && isOpen() && !ids.isEmpty()) {
-        if (isReadOnly())
-            return refuseWrite();
         TDbTransaction transaction(m_connector->database());
         if (!transaction.isActive() || !deleteRows(ids) || !transaction.commit())
             return false;
     } else {
         m_pendingRemovals += ids;
     }
-    for (TDatabaseObject* record : mine) {
-        takeObject(record);
-        delete record;
-    }
+    takeObjects(mine);
+    qDeleteAll(mine);
     records.clear();
     return true;
 }

@@ -58,7 +58,8 @@ public:
     bool reopen(bool readOnly);
 
     THeaderConnector* connector() const { return m_connector; }
-    /// Why the last open or write failed (English, for logs and tests).
+    /// Why the last open or write failed (translated when it comes from us,
+    /// SQLite's own words otherwise).
     const QString& lastError() const { return m_lastError; }
 
     /// Adds a record to memory (taking ownership) and, when `write` is true

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tpropertyobject.h"
 
 namespace Sedra {
-
-class TPropertyObject;
 
 /// Identifications (kind 260): a compound recognised at a retention time by
 /// an indexation. Its key is "<indexation key>/<compound>"; it goes when its

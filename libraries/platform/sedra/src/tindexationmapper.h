@@ -1,14 +1,13 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tpropertyobject.h"
 
 #include <QStringList>
 
 class VNObject2Indexation;
 
 namespace Sedra {
-
-class TPropertyObject;
 
 /// Indexations (kind 256) and, through the subclasses, peak detections (264)
 /// and global indexations (528), which share their object class. Each one

@@ -32,6 +32,11 @@ unsigned int TSignalMapper::analysisHash(const QString& analysisKey)
     return qHash(analysisKey);
 }
 
+QString TSignalMapper::hashTag(unsigned int hash, const QString& name)
+{
+    return QString::number(hash) + QLatin1Char('/') + name;
+}
+
 VNObject2* TSignalMapper::newObject(const QString& name) const
 {
     return new VNObject2Signal(name);
@@ -49,6 +54,7 @@ TPropertyObject* TSignalMapper::createSignal(const VNObject2Analysis* analysis, 
     signal->setKey(key);
     auto* made = new TPropertyObject(signal);
     made->setParent(VNObjectTypeAnalysis, analysis->key());
+    made->setTag(hashTag(analysisHash(analysis->key()), name));
     return static_cast<TPropertyObject*>(insertRecord(made, flush));
 }
 
@@ -76,8 +82,9 @@ const VNObject2Signal* TSignalMapper::getSignalByHash(const QString& name, unsig
 {
     if (!header())
         return nullptr;
-    for (const TDatabaseObject* r : header()->findAllByName(type(), name)) {
-        if (analysisHash(r->parentKey()) == hash)
+    // Signals carry (hash, name) as their tag: the look-up is one bucket.
+    for (const TDatabaseObject* r : header()->findByTag(type(), hashTag(hash, name))) {
+        if (r->name() == name)
             return dynamic_cast<const VNObject2Signal*>(r->object());
     }
     return nullptr;
@@ -124,6 +131,7 @@ TDatabaseObject* TSignalMapper::recordFromRow(const THeaderRow& row) const
     TDatabaseObject* made = TAbstractMapper::recordFromRow(row);
     if (!made)
         return nullptr;
+    made->setTag(hashTag(analysisHash(row.parentKey), row.name));
     // Analyses are read back before signals (kinds in ascending order).
     const TDatabaseObject* analysis =
         header() && row.parentType == VNObjectTypeAnalysis ? header()->findByKey(row.parentType, row.parentKey)

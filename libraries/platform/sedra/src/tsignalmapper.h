@@ -1,13 +1,12 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tpropertyobject.h"
 
 class VNObject2Analysis;
 class VNObject2Signal;
 
 namespace Sedra {
-
-class TPropertyObject;
 
 /// Signals (kind 2). A signal belongs to an analysis: its key is
 /// "<analysis key>/<signal name>", so that every analysis may have its own
@@ -43,6 +42,9 @@ public:
 
 protected:
     VNObject2* newObject(const QString& name) const override;
+
+private:
+    static QString hashTag(unsigned int hash, const QString& name);
 };
 
 } // namespace Sedra

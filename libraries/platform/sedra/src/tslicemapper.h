@@ -1,12 +1,11 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tpropertyobject.h"
 
 class VNObject2Analysis;
 
 namespace Sedra {
-
-class TPropertyObject;
 
 /// Slices (kind 20): a named retention-time window of an analysis. Its key
 /// is "<analysis key>/<slice name>"; it goes when its analysis goes.

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tpropertyobject.h"
 
 namespace Sedra {
-
-class TPropertyObject;
 
 /// Processing steps recorded in a reference database (kind 1029): an import,
 /// a merge, a rebuild, with what it did and when, in the order they ran.

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tpropertyobject.h"
 
 class VNObject2Dataset;
 class VNObject2Variable;
 
 namespace Sedra {
-
-class TPropertyObject;
 
 /// Variables (kind 19) of datasets. A variable stands for a pair of
 /// reference keys and is found by that pair; its key is

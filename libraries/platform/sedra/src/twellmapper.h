@@ -1,12 +1,11 @@
 #pragma once
 
 #include "tabstractmapper.h"
+#include "tmutableobject.h"
 
 class VNObject2Well;
 
 namespace Sedra {
-
-class TMutableObject;
 
 /// Wells (kind 3): renameable records.
 class VNSEDRA_EXPORT TWellMapper : public TAbstractMapper
