@@ -1,0 +1,460 @@
+// The header database on real files: what is written comes back after a
+// close, damaged or foreign files are refused without a crash and without
+// being touched, a read-only database leaves its folder exactly as it was,
+// and a removal is one transaction.
+
+#include "sedra_testproject.h"
+
+#include <tanalysismapper.h>
+#include <tcompoundmapper.h>
+#include <tdatabaseobject.h>
+#include <tdatasetmapper.h>
+#include <tdbtransaction.h>
+#include <tfileobject.h>
+#include <tindexationmapper.h>
+#include <tmutableobject.h>
+#include <tpropertyobject.h>
+#include <tsignalmapper.h>
+#include <tvariablemapper.h>
+#include <twellmapper.h>
+
+#include <trecordinglogger.h>
+#include <ttranslator.h>
+#include <vnobject2analysis.h>
+#include <vnobject2dataset.h>
+#include <vnobject2signal.h>
+#include <vnobject2variable.h>
+#include <vnobject2well.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Sedra;
+
+namespace {
+
+// A project with one record of most kinds, written to its header.
+void fillProject(TestProject& p)
+{
+    auto* wells = p.mapper<TWellMapper>(VNObjectTypeWell);
+    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
+    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
+    auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
+    auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
+    auto* compounds = p.mapper<TCompoundMapper>(VNObjectTypeCompound);
+    auto* indexations = p.mapper<TIndexationMapper>(VNObjectTypeIndexation);
+    QVERIFY(wells && analyses && signalMapper && datasets && variables && compounds && indexations);
+
+    TMutableObject* well = wells->createWell(QStringLiteral("Well 7/11-A"));
+    QVERIFY(well);
+    well->setProperty(QStringLiteral("Depth"), QStringLiteral("3412.5"));
+    TFileObject* analysis = analyses->createAnalysis(QStringLiteral("Oil 12"));
+    QVERIFY(analysis);
+    QVERIFY(analyses->setModulation(static_cast<const VNObject2Analysis*>(analysis->object()), 6.25));
+    const auto* oil = static_cast<const VNObject2Analysis*>(analysis->object());
+    QVERIFY(signalMapper->createSignal(oil, QStringLiteral("TIC")));
+    auto* m191 = signalMapper->createSignal(oil, QStringLiteral("m/z 191"));
+    QVERIFY(m191);
+    QVERIFY(signalMapper->setSignalIonList(static_cast<const VNObject2Signal*>(m191->object()), {191.0f, 217.0f}));
+    TMutableObject* dataset = datasets->createDataset(QStringLiteral("Biomarkers"));
+    QVERIFY(dataset);
+    QVERIFY(variables->createVariable(static_cast<const VNObject2Dataset*>(dataset->object()), QStringLiteral("Pr/Ph"),
+                                      QStringLiteral("R-PRPH"), QStringLiteral("C-PRISTANE")));
+    QVERIFY(compounds->createCompound(QStringLiteral("Pristane"), QStringLiteral("1921-70-6"),
+                                      QStringLiteral("C19H40")));
+    QVERIFY(indexations->createIndexation(QStringLiteral("Steranes"),
+                                          {QStringLiteral("Oil 12"), QStringLiteral("Rock, 2")}));
+}
+
+// Adds `count` analyses, each with a TIC, to make a header of many pages.
+void addAnalyses(TestProject& p, int count)
+{
+    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
+    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
+    for (int i = 0; i < count; ++i) {
+        TFileObject* made = analyses->createAnalysis(QStringLiteral("Run %1").arg(i, 4, 10, QLatin1Char('0')), false);
+        QVERIFY(made);
+        made->setProperty(QStringLiteral("Comment"), QString(40, QLatin1Char('x')));
+        QVERIFY(signalMapper->createSignal(static_cast<const VNObject2Analysis*>(made->object()),
+                                          QStringLiteral("TIC"), false));
+    }
+    QVERIFY(p.db->headerDb()->flushDatabase());
+}
+
+QByteArray readAll(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestHeaderDatabase : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { TTranslator::install(QStringLiteral("en")); }
+
+    void writtenRecordsComeBackAfterClose();
+    void unflushedChangesAreWrittenAtClose();
+    void serialNumber();
+    void damagedHeaderIsRefused_data();
+    void damagedHeaderIsRefused();
+    void readOnlyChangesNothingOnDisk();
+    void readOnlyWithoutHeaderCreatesNothing();
+    void unwritableFolderOpensReadOnly();
+    void removalIsOneTransaction();
+    void pendingRemovalGoesAtFlush();
+};
+
+void TestHeaderDatabase::writtenRecordsComeBackAfterClose()
+{
+    QTemporaryDir dir;
+    qint64 wellId = -1;
+    {
+        TestProject p(dir.path());
+        QVERIFY(p.opened);
+        fillProject(p);
+        QVERIFY(p.db->headerDb()->flushDatabase());
+        QVERIFY(!p.db->headerDb()->hasPendingChanges());
+        wellId = p.db->mapper(VNObjectTypeWell)->record(QStringLiteral("Well 7/11-A"))->id();
+        QVERIFY(wellId >= 0);
+    }
+    TestProject p(dir.path());
+    QVERIFY(p.opened);
+    QCOMPARE(p.db->headerDb()->objectCount(), 8);
+    QVERIFY(!p.db->headerDb()->hasPendingChanges());
+
+    const auto* well = dynamic_cast<TPropertyObject*>(p.db->mapper(VNObjectTypeWell)->record(QStringLiteral("Well 7/11-A")));
+    QVERIFY(well);
+    QCOMPARE(well->id(), wellId);
+    QCOMPARE(well->property(QStringLiteral("Depth")), QStringLiteral("3412.5"));
+    QVERIFY(dynamic_cast<const VNObject2Well*>(well->object()));
+    QCOMPARE(well->object()->db(), p.db.get());
+
+    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
+    const VNObject2Analysis* oil = analyses->getAnalysis(QStringLiteral("Oil 12"));
+    QVERIFY(oil);
+    QCOMPARE(analyses->modulation(oil), 6.25);
+    auto* file = dynamic_cast<TFileObject*>(p.db->record(oil));
+    QVERIFY(file);
+    QCOMPARE(file->relativePath(), QStringLiteral("Analyses/Oil 12/Oil 12.tcm"));
+
+    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
+    const VNObject2Signal* m191 = signalMapper->getSignal(QStringLiteral("Oil 12"), QStringLiteral("m/z 191"));
+    QVERIFY(m191);
+    QCOMPARE(m191->analysis(), oil);
+    QCOMPARE(signalMapper->signalIonList(m191), (QList<float>{191.0f, 217.0f}));
+    QCOMPARE(signalMapper->signalList(oil).size(), 2);
+
+    const VNObject2Variable* prph = p.db->getReference(QStringLiteral("R-PRPH"), QStringLiteral("C-PRISTANE"));
+    QVERIFY(prph);
+    QCOMPARE(prph->name(), QStringLiteral("Pr/Ph"));
+    QCOMPARE(prph->reference2(), QStringLiteral("C-PRISTANE"));
+    QVERIFY(!p.db->getReference(QStringLiteral("C-PRISTANE"), QStringLiteral("R-PRPH")));
+
+    auto* compounds = p.mapper<TCompoundMapper>(VNObjectTypeCompound);
+    QCOMPARE(compounds->getByCas(QStringLiteral("1921-70-6")), compounds->get(QStringLiteral("Pristane")));
+    QCOMPARE(compounds->formula(compounds->get(QStringLiteral("Pristane"))), QStringLiteral("C19H40"));
+
+    auto* indexations = p.mapper<TIndexationMapper>(VNObjectTypeIndexation);
+    QCOMPARE(indexations->analyses(indexations->get(QStringLiteral("Steranes"))),
+             (QStringList{QStringLiteral("Oil 12"), QStringLiteral("Rock, 2")}));
+}
+
+void TestHeaderDatabase::unflushedChangesAreWrittenAtClose()
+{
+    QTemporaryDir dir;
+    {
+        TestProject p(dir.path());
+        auto* wells = p.mapper<TWellMapper>(VNObjectTypeWell);
+        QVERIFY(wells->createWell(QStringLiteral("W1"), false));
+        QVERIFY(p.db->setObjectProperty(wells->get(QStringLiteral("W1")), QStringLiteral("Field"),
+                                        QStringLiteral("Troll"), false));
+        QVERIFY(p.db->headerDb()->hasPendingChanges());
+        QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeWell), 0);
+    }
+    TestProject p(dir.path());
+    bool found = false;
+    const TProperty field = p.db->getObjectProperties(p.db->mapper(VNObjectTypeWell)->get(QStringLiteral("W1")),
+                                                      QStringLiteral("Field"), &found);
+    QVERIFY(found);
+    QCOMPARE(field.value(), QStringLiteral("Troll"));
+
+    // Emptying the memory keeps the file; reading back gives the same records.
+    p.db->clearDB();
+    QCOMPARE(p.db->headerDb()->objectCount(), 0);
+    QVERIFY(p.db->loadDatabase());
+    QVERIFY(p.db->mapper(VNObjectTypeWell)->get(QStringLiteral("W1")));
+}
+
+void TestHeaderDatabase::serialNumber()
+{
+    QTemporaryDir dir;
+    {
+        Sedra::TDatabase db(DatabaseProjectFolder);
+        db.setWorkingPath(dir.path());
+        db.headerDb()->setSerialNumber(QStringLiteral("1"));
+        QVERIFY(db.headerDb()->setCurrentProject(&db));
+        QCOMPARE(db.getConnector()->serialNumber(), QStringLiteral("1"));
+        // An empty serial is a serial too.
+        db.headerDb()->setSerialNumber(QString(QLatin1String("")));
+        QVERIFY(db.getConnector()->serialNumber().isEmpty());
+        QVERIFY(!db.getConnector()->serialNumber().isNull());
+        db.headerDb()->setSerialNumber(QStringLiteral("2026-11-23 #7"));
+    }
+    THeaderConnector reader;
+    QCOMPARE(reader.readSerialNumberFromFile(QDir(dir.path()).filePath(QStringLiteral("project.sqlite"))),
+             QStringLiteral("2026-11-23 #7"));
+    QCOMPARE(reader.readSerialNumberFromFile(QDir(dir.path()).filePath(QStringLiteral("missing.sqlite"))), QString());
+    QVERIFY(reader.readSerialNumber(nullptr).isEmpty());
+}
+
+void TestHeaderDatabase::damagedHeaderIsRefused_data()
+{
+    QTest::addColumn<QString>("damage");
+    QTest::addColumn<QString>("english");
+    QTest::addColumn<QString>("french");
+    QTest::newRow("zero bytes") << "empty" << "the file is empty (0 bytes)" << "le fichier est vide (0 octet)";
+    QTest::newRow("text file") << "text" << "not an SQLite database or is damaged"
+                               << "pas une base SQLite ou est endommagé";
+    QTest::newRow("truncated") << "truncated" << "not an SQLite database or is damaged"
+                               << "pas une base SQLite ou est endommagé";
+    QTest::newRow("overwritten pages") << "overwritten" << "not an SQLite database or is damaged"
+                                       << "pas une base SQLite ou est endommagé";
+    QTest::newRow("another application") << "foreign" << "an SQLite database of another application"
+                                         << "une base SQLite d'une autre application";
+    QTest::newRow("newer schema") << "newer" << "written by a newer version (schema 99)"
+                                  << "écrit par une version plus récente (schéma 99)";
+    QTest::newRow("folder in its place") << "folder" << "the path is not a file" << "le chemin n'est pas un fichier";
+}
+
+void TestHeaderDatabase::damagedHeaderIsRefused()
+{
+    QFETCH(QString, damage);
+    QFETCH(QString, english);
+    QFETCH(QString, french);
+    QTemporaryDir dir;
+    const QString header = QDir(dir.path()).filePath(QStringLiteral("project.sqlite"));
+    if (damage == QLatin1String("empty")) {
+        QVERIFY(writeFile(header, QByteArray()));
+    } else if (damage == QLatin1String("text")) {
+        QVERIFY(writeFile(header, QByteArray("Sample;Depth\nOil 12;3412.5\n")));
+    } else if (damage == QLatin1String("folder")) {
+        QVERIFY(QDir().mkpath(header));
+    } else if (damage == QLatin1String("foreign")) {
+        QVERIFY(runSql(header, {QStringLiteral("CREATE TABLE samples (name TEXT)")}).isValid());
+    } else {
+        {
+            TestProject p(dir.path());
+            fillProject(p);
+            addAnalyses(p, 400);
+        }
+        QByteArray bytes = readAll(header);
+        QVERIFY(bytes.size() > 16 * 4096);
+        if (damage == QLatin1String("truncated")) {
+            bytes.truncate(bytes.size() / 2);
+        } else if (damage == QLatin1String("overwritten")) {
+            for (int i = 3 * 4096; i < 9 * 4096; ++i)
+                bytes[i] = char(0xA5 ^ (i * 31));
+        } else if (damage == QLatin1String("newer")) {
+            QVERIFY(runSql(header, {QStringLiteral("UPDATE meta SET value = '99' WHERE name = 'schema_version'")})
+                        .isValid());
+            bytes = readAll(header);
+        }
+        QVERIFY(writeFile(header, bytes));
+    }
+    const QMap<QString, QString> before = folderPicture(dir.path());
+
+    for (const QString& language : {QStringLiteral("en"), QStringLiteral("fr")}) {
+        TTranslator::install(language);
+        TRecordingLogger logger;
+        for (bool readOnly : {false, true}) {
+            TestProject p(dir.path(), readOnly);
+            QVERIFY2(!p.opened, qPrintable(damage));
+            QVERIFY(!p.db->headerDb()->isOpen());
+            const QString why = p.db->headerDb()->lastError();
+            QVERIFY2(why.contains(language == QLatin1String("en") ? english : french), qPrintable(why));
+            QVERIFY(!p.db->headerDb()->start());
+            QVERIFY(!p.db->loadDatabase());
+            QCOMPARE(p.db->headerDb()->objectCount(), 0);
+        }
+        const QStringList warnings = logger.messages(MessageLoggerInterface::LevelWarning);
+        QCOMPARE(warnings.size(), 2);
+        const QString opening = language == QLatin1String("en") ? QStringLiteral("cannot be opened")
+                                                                : QStringLiteral("ne peut pas être ouvert");
+        QVERIFY2(warnings.first().contains(opening) && warnings.first().contains(header), qPrintable(warnings.first()));
+    }
+    // A refused file is left exactly as it was found, for the user to rescue.
+    QCOMPARE(folderPicture(dir.path()), before);
+}
+
+void TestHeaderDatabase::readOnlyChangesNothingOnDisk()
+{
+    QTemporaryDir dir;
+    {
+        TestProject p(dir.path());
+        fillProject(p);
+        QVERIFY(p.db->headerDb()->flushDatabase());
+    }
+    // An analysis folder nobody registered: a writable database would add it.
+    QVERIFY(QDir().mkpath(QDir(dir.path()).filePath(QStringLiteral("Analyses/Unregistered"))));
+    const QMap<QString, QString> before = folderPicture(dir.path());
+    QTest::qWait(20); // a change would now show in the modification times too
+
+    for (const QString& language : {QStringLiteral("en"), QStringLiteral("fr")}) {
+        TTranslator::install(language);
+        TRecordingLogger logger;
+        TestProject p(dir.path(), true);
+        QVERIFY(p.opened);
+        QVERIFY(p.db->isReadOnly());
+        QVERIFY(p.db->headerDb()->isReadOnly());
+        QCOMPARE(p.db->headerDb()->objectCount(), 8);
+
+        auto* wells = p.mapper<TWellMapper>(VNObjectTypeWell);
+        const VNObject2* well = wells->get(QStringLiteral("Well 7/11-A"));
+        QVERIFY(well && well->isReadOnly());
+        QVERIFY(!wells->createWell(QStringLiteral("W2")));
+        QVERIFY(!p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis)->createAnalysis(QStringLiteral("A2")));
+        QVERIFY(!p.db->setObjectProperty(well, QStringLiteral("Depth"), QStringLiteral("1"), true));
+        QVERIFY(!wells->rename(well, QStringLiteral("Renamed")));
+        QVERIFY(!p.db->removeObject(well, true));
+        QVERIFY(!wells->remove(well, true, false));
+        QList<TDatabaseObject*> records{p.db->record(well)};
+        QVERIFY(!p.db->headerDb()->removeObjects(records, false));
+        QVERIFY(p.db->record(well));
+        // Changes made behind the mappers' back are not written either.
+        p.db->record(well)->setModified(true);
+        QVERIFY(!p.db->headerDb()->flushDatabase());
+        QVERIFY(!p.db->headerDb()->saveObjectToFile(p.db->record(well), true));
+        p.db->headerDb()->setSerialNumber(QStringLiteral("changed"));
+        p.db->synchronizeSQLRoot();
+        QVERIFY(p.db->lastSynchronization().registered.isEmpty());
+        QVERIFY(!p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis)->exists(QStringLiteral("Unregistered")));
+        QVERIFY(p.db->objectFolderPath(well, true).endsWith(QStringLiteral("/Wells")));
+
+        const QString refusal = language == QLatin1String("en")
+            ? QStringLiteral("Impossible to modify a <b>read only</b> database")
+            : QStringLiteral("Impossible de modifier une base de données en <b>lecture seule</b>");
+        QVERIFY(logger.messages(MessageLoggerInterface::LevelWarning).contains(refusal));
+        p.db->record(well)->setModified(false);
+    }
+    QCOMPARE(folderPicture(dir.path()), before);
+}
+
+void TestHeaderDatabase::readOnlyWithoutHeaderCreatesNothing()
+{
+    QTemporaryDir dir;
+    const QString folder = QDir(dir.path()).filePath(QStringLiteral("never made"));
+    TRecordingLogger logger;
+    TestProject p(folder, true);
+    QVERIFY(!p.opened);
+    QVERIFY(p.db->headerDb()->lastError().contains(QStringLiteral("does not exist")));
+    QVERIFY(!QFileInfo::exists(folder));
+    QVERIFY(folderPicture(dir.path()).isEmpty());
+}
+
+void TestHeaderDatabase::unwritableFolderOpensReadOnly()
+{
+    QTemporaryDir dir;
+    {
+        TestProject p(dir.path());
+        fillProject(p);
+    }
+    QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    const bool enforced = !QFileInfo(dir.path()).isWritable();
+    if (enforced) {
+        const QMap<QString, QString> before = folderPicture(dir.path());
+        TestProject p(dir.path());
+        QVERIFY(p.opened);
+        QVERIFY(p.db->isReadOnly());
+        QVERIFY(!p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(QStringLiteral("W2")));
+        QCOMPARE(folderPicture(dir.path()), before);
+    }
+    QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    if (!enforced)
+        QSKIP("file permissions are not enforced for this user");
+}
+
+void TestHeaderDatabase::removalIsOneTransaction()
+{
+    QTemporaryDir dir;
+    TestProject p(dir.path());
+    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
+    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
+    const auto* run = static_cast<const VNObject2Analysis*>(analyses->createAnalysis(QStringLiteral("Run"))->object());
+    for (int i = 0; i < 30; ++i)
+        QVERIFY(signalMapper->createSignal(run, QStringLiteral("S%1").arg(i)));
+    const QString file = p.headerFile();
+    QCOMPARE(rowsOfKind(file, VNObjectTypeSignal), 30);
+
+    // Another program refuses the deletion of the last signal: the rows
+    // already deleted in the same transaction must come back.
+    QVERIFY(runSql(file, {QStringLiteral("CREATE TRIGGER refuse BEFORE DELETE ON objects WHEN OLD.name = 'S29' "
+                                         "BEGIN SELECT RAISE(ABORT, 'kept by another program'); END")})
+                .isValid());
+    QVERIFY(!p.db->removeObject(run, true));
+    QCOMPARE(rowsOfKind(file, VNObjectTypeSignal), 30);
+    QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 1);
+    QCOMPARE(signalMapper->signalList(run).size(), 30);
+    QVERIFY(signalMapper->getSignal(QStringLiteral("Run"), QStringLiteral("S0")));
+    QCOMPARE(p.db->headerDb()->objectCount(), 31);
+
+    QVERIFY(runSql(file, {QStringLiteral("DROP TRIGGER refuse")}).isValid());
+    QVERIFY(p.db->removeObject(run, true));
+    QCOMPARE(rowsOfKind(file, VNObjectTypeSignal), 0);
+    QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 0);
+    QCOMPARE(runSql(file, {QStringLiteral("SELECT count(*) FROM properties")}).toInt(), 0);
+    QCOMPARE(p.db->headerDb()->objectCount(), 0);
+    QVERIFY(!signalMapper->getSignal(QStringLiteral("Run"), QStringLiteral("S0")));
+    QVERIFY(!analyses->exists(QStringLiteral("Run")));
+
+    // A transaction that is not committed leaves the file as it was.
+    QVERIFY(p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(QStringLiteral("W")));
+    {
+        TDbTransaction transaction(p.db->getConnector()->database());
+        QVERIFY(transaction.isActive());
+        QSqlQuery(p.db->getConnector()->database()).exec(QStringLiteral("DELETE FROM objects"));
+    }
+    QCOMPARE(rowsOfKind(file, VNObjectTypeWell), 1);
+}
+
+void TestHeaderDatabase::pendingRemovalGoesAtFlush()
+{
+    QTemporaryDir dir;
+    TestProject p(dir.path());
+    addAnalyses(p, 40);
+    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
+    const QString file = p.headerFile();
+    QVERIFY(p.db->removeObject(analyses->get(QStringLiteral("Run 0007")), false));
+    QVERIFY(!analyses->exists(QStringLiteral("Run 0007")));
+    QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 40);
+    QVERIFY(p.db->headerDb()->hasPendingChanges());
+    QVERIFY(p.db->headerDb()->flushDatabase());
+    QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 39);
+    QCOMPARE(rowsOfKind(file, VNObjectTypeSignal), 39);
+
+    // Removing every record at once keeps the indexes of the others whole.
+    QList<TDatabaseObject*> some;
+    for (int i = 10; i < 30; ++i)
+        some.append(analyses->record(QStringLiteral("Run %1").arg(i, 4, 10, QLatin1Char('0'))));
+    QVERIFY(p.db->headerDb()->removeObjects(some, true));
+    QCOMPARE(analyses->count(), 19);
+    QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 19);
+    QVERIFY(analyses->get(QStringLiteral("Run 0009")));
+    QVERIFY(analyses->getByName(QStringLiteral("Run 0030")));
+    QVERIFY(!analyses->get(QStringLiteral("Run 0010")));
+    // The signals of the removed analyses are still there: this removal was
+    // of the analyses' records only.
+    QCOMPARE(p.db->headerDb()->objectCount(VNObjectTypeSignal), 39);
+    // A list naming a record twice, or one of another database, is refused whole.
+    TRecordingLogger quiet;
+    QList<TDatabaseObject*> twice{analyses->record(QStringLiteral("Run 0001")),
+                                  analyses->record(QStringLiteral("Run 0001"))};
+    QVERIFY(!p.db->headerDb()->removeObjects(twice, true));
+    QVERIFY(analyses->exists(QStringLiteral("Run 0001")));
+}
+
+QTEST_GUILESS_MAIN(TestHeaderDatabase)
+#include "tst_theaderdatabase.moc"
