@@ -1,0 +1,6 @@
+#include "vnheader.h"
+
+VNHeader::VNHeader(const QString& runName)
+    : name(runName)
+{
+}
