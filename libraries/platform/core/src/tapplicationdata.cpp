@@ -1,26 +1,31 @@
 #include "tapplicationdata.h"
 
 #include <QCoreApplication>
+#include <QList>
 
 namespace {
-TApplicationData* s_instance = nullptr;
+// The live instances, oldest first: the newest one answers getInstance(), and
+// when it goes the one before it answers again.
+QList<TApplicationData*>& instances()
+{
+    static QList<TApplicationData*> list;
+    return list;
 }
+} // namespace
 
 TApplicationData::TApplicationData()
 {
-    // The newest instance wins; the destructor of an older one does not clear it.
-    s_instance = this;
+    instances().append(this);
 }
 
 TApplicationData::~TApplicationData()
 {
-    if (s_instance == this)
-        s_instance = nullptr;
+    instances().removeOne(this);
 }
 
 TApplicationData* TApplicationData::getInstance()
 {
-    return s_instance;
+    return instances().isEmpty() ? nullptr : instances().last();
 }
 
 bool TApplicationData::contains(const QString& name) const

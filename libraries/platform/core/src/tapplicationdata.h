@@ -7,9 +7,9 @@
 #include <QVariant>
 
 /// Process-wide named values of the application ("TOVIDBDIR", "VARNELDIR", ...)
-/// and its root folder. The application (or a test) owns the one instance: it
-/// exists from its construction to its destruction, and getInstance() is null
-/// outside that span.
+/// and its root folder. The application (or a test) owns the instance:
+/// getInstance() answers the newest live one, the previous one again once the
+/// newest is destroyed, and null when none is alive.
 class VNCORE_EXPORT TApplicationData
 {
 public:

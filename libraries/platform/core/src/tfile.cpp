@@ -52,15 +52,15 @@ bool TFile::copyFile(const QString& source, const QString& target, bool failIfEx
     QSaveFile out(target);
     if (!out.open(QIODevice::WriteOnly))
         return report(logErrors, failed);
+    // A short write is a failure even when the whole source was read: the
+    // target would otherwise be committed truncated.
+    bool copied = true;
     QByteArray buffer;
-    while (!in.atEnd()) {
+    while (copied && !in.atEnd()) {
         buffer = in.read(1 << 20);
-        if (buffer.isEmpty() && in.error() != QFileDevice::NoError)
-            break;
-        if (out.write(buffer) != buffer.size())
-            break;
+        copied = in.error() == QFileDevice::NoError && out.write(buffer) == buffer.size();
     }
-    if (!in.atEnd() || in.error() != QFileDevice::NoError) {
+    if (!copied) {
         out.cancelWriting();
         return report(logErrors, failed);
     }

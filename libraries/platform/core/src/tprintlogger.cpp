@@ -18,12 +18,17 @@ void TPrintLogger::log(Level level, const QString& message)
 
 QString TPrintLogger::plainText(const QString& richText)
 {
+    static const QRegularExpression lineBreaks(QStringLiteral("<br\\s*/?>"),
+                                              QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression tags(QStringLiteral("<[^>]*>"));
     QString text = richText;
-    text.replace(QLatin1String("<br>"), QLatin1String(" "));
+    text.replace(lineBreaks, QStringLiteral(" "));
     text.remove(tags);
     text.replace(QLatin1String("&lt;"), QLatin1String("<"));
     text.replace(QLatin1String("&gt;"), QLatin1String(">"));
+    text.replace(QLatin1String("&quot;"), QLatin1String("\""));
+    text.replace(QLatin1String("&#39;"), QLatin1String("'"));
+    // Last, so that "&amp;lt;" stays the text "&lt;".
     text.replace(QLatin1String("&amp;"), QLatin1String("&"));
     return text;
 }

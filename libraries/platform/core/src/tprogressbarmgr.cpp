@@ -52,7 +52,10 @@ void TProgressBarMgr::setListener(const Listener& l)
 
 QString TProgressBarMgr::render(int step, int steps, const QString& text, int width)
 {
-    const int filled = steps > 0 ? width * step / steps : width;
+    width = qMax(0, width);
+    steps = qMax(0, steps);
+    step = qBound(0, step, steps);
+    const int filled = steps > 0 ? int(qint64(width) * step / steps) : width;
     return QStringLiteral("%1 [%2%3] %4/%5")
         .arg(text, QString(filled, QLatin1Char('#')), QString(width - filled, QLatin1Char('.')))
         .arg(step, int(QString::number(steps).size()))

@@ -32,7 +32,8 @@ public:
     /// Replaces the process-wide listener (an empty function removes it).
     static void setListener(const Listener& listener);
 
-    /// The bar as drawn: "Loading database... [#######.......]  3/5".
+    /// The bar as drawn: "Loading database... [#######.......]  3/5"; the step
+    /// is clamped to 0..steps, and no steps at all is drawn as a full bar.
     static QString render(int step, int steps, const QString& text, int width = 30);
 
 private:

@@ -8,6 +8,56 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+namespace {
+
+// An XML name: what createElement accepts silently but a parser would refuse
+// when the document is read back.
+bool isXmlName(const QString& name)
+{
+    if (name.isEmpty())
+        return false;
+    for (int i = 0; i < name.size(); ++i) {
+        const QChar c = name.at(i);
+        const bool start = c.isLetter() || c == QLatin1Char('_') || c == QLatin1Char(':');
+        if (i == 0 ? !start
+                   : !(start || c.isDigit() || c.isMark() || c == QLatin1Char('-') || c == QLatin1Char('.')))
+            return false;
+    }
+    return true;
+}
+
+// Characters that XML 1.0 cannot carry (control characters, lone surrogates,
+// U+FFFE/U+FFFF) are dropped: written as they are, they would make the whole
+// saved document unreadable.
+QString xmlText(const QString& value)
+{
+    QString text;
+    text.reserve(value.size());
+    for (int i = 0; i < value.size(); ++i) {
+        const QChar c = value.at(i);
+        const ushort u = c.unicode();
+        if (c.isHighSurrogate() && i + 1 < value.size() && value.at(i + 1).isLowSurrogate()) {
+            text.append(c).append(value.at(++i));
+            continue;
+        }
+        if ((u < 0x20 && u != 0x9 && u != 0xA && u != 0xD) || c.isSurrogate() || u == 0xFFFE || u == 0xFFFF)
+            continue;
+        text.append(c);
+    }
+    return text;
+}
+
+bool isBlank(const QString& text)
+{
+    for (const QChar c : text) {
+        if (!c.isSpace())
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 QDomElement TXMLMethod::createChildElement(QDomElement& parent, const QString& tag)
 {
     if (parent.isNull() || tag.isEmpty())
@@ -19,13 +69,16 @@ QDomElement TXMLMethod::createChildElement(QDomElement& parent, const QString& t
 
 bool TXMLMethod::addToElement(QDomElement element, const QString& key, const QString& value)
 {
-    if (element.isNull() || key.isEmpty())
+    if (element.isNull() || !isXmlName(key))
         return false;
     QDomDocument document = element.ownerDocument();
     QDomElement child = document.createElement(key);
-    if (child.tagName() != key)
-        return false;
-    child.appendChild(document.createTextNode(value));
+    const QString text = xmlText(value);
+    // A parser drops text made of white space only; in a CDATA section it survives.
+    if (!text.isEmpty() && isBlank(text))
+        child.appendChild(document.createCDATASection(text));
+    else
+        child.appendChild(document.createTextNode(text));
     const QDomElement existing = element.firstChildElement(key);
     if (existing.isNull())
         element.appendChild(child);

@@ -18,7 +18,10 @@ public:
     static QDomElement createChildElement(QDomElement& parent, const QString& tag);
 
     /// Stores `value` under `element` as the child element `key`; an existing
-    /// child of that name is replaced. False for a null element or an invalid key.
+    /// child of that name is replaced. False for a null element or a key that
+    /// is not an XML name. Characters that XML cannot carry are dropped, and a
+    /// value of white space only is kept in a CDATA section, so that whatever
+    /// is stored reads back the same after a save and a load.
     static bool addToElement(QDomElement element, const QString& key, const QString& value);
 
     /// The text of the first child element `key` of `node`; empty when absent.

@@ -1,0 +1,193 @@
+#include <messageloggerinterface.h>
+#include <tassert.h>
+#include <tprintlogger.h>
+#include <trecordinglogger.h>
+
+#include <QTemporaryFile>
+#include <QtTest>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+// What a printing logger wrote to a temporary stream.
+class CapturedStream
+{
+public:
+    CapturedStream()
+        : m_file(std::tmpfile())
+    {
+    }
+    ~CapturedStream()
+    {
+        if (m_file)
+            std::fclose(m_file);
+    }
+    std::FILE* stream() const { return m_file; }
+    QString text() const
+    {
+        std::fflush(m_file);
+        std::rewind(m_file);
+        QByteArray bytes;
+        char buffer[512];
+        size_t n = 0;
+        while ((n = std::fread(buffer, 1, sizeof buffer, m_file)) > 0)
+            bytes.append(buffer, int(n));
+        return QString::fromUtf8(bytes);
+    }
+
+private:
+    std::FILE* m_file;
+};
+
+// A typed operation whose helper is missing: it raises the assertion and
+// returns its neutral value, as storage operations do.
+int countRecords(const void* mapper)
+{
+    if (!mapper) {
+        t_assert("mapper != 0", "vndatabase", 42, true);
+        return -1;
+    }
+    return 7;
+}
+
+} // namespace
+
+class TestLogging : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { TAssert::clear(); }
+
+    void levelNames()
+    {
+        QCOMPARE(MessageLoggerInterface::levelName(MessageLoggerInterface::LevelDebug), QStringLiteral("Debug"));
+        QCOMPARE(MessageLoggerInterface::levelName(MessageLoggerInterface::LevelInformation),
+                 QStringLiteral("Information"));
+        QCOMPARE(MessageLoggerInterface::levelName(MessageLoggerInterface::LevelWarning), QStringLiteral("Warning"));
+        QCOMPARE(MessageLoggerInterface::levelName(MessageLoggerInterface::LevelError), QStringLiteral("Error"));
+    }
+
+    void printLoggerWritesOneLinePerMessage()
+    {
+        CapturedStream out;
+        QVERIFY(out.stream());
+        TPrintLogger logger(out.stream());
+        MessageLoggerInterface::Debug(QStringLiteral("hidden by default"), &logger);
+        MessageLoggerInterface::Information(QStringLiteral("Loading <b>compounds</b>"), &logger);
+        MessageLoggerInterface::Warning(QStringLiteral("Ratio <i>Pr/Ph</i> &amp; CPI &lt;missing&gt;"), &logger);
+        MessageLoggerInterface::Error(QStringLiteral("line one<br>line two<br/>three<BR />four"), &logger);
+        logger.setMinimumLevel(MessageLoggerInterface::LevelDebug);
+        MessageLoggerInterface::Debug(QStringLiteral("now shown"), &logger);
+        QCOMPARE(out.text(), QStringLiteral("[Information] Loading compounds\n"
+                                            "[Warning] Ratio Pr/Ph & CPI <missing>\n"
+                                            "[Error] line one line two three four\n"
+                                            "[Debug] now shown\n"));
+
+        logger.setMinimumLevel(MessageLoggerInterface::LevelError);
+        QCOMPARE(logger.minimumLevel(), MessageLoggerInterface::LevelError);
+
+        TPrintLogger silent(nullptr);
+        silent.log(MessageLoggerInterface::LevelError, QStringLiteral("goes nowhere"));
+    }
+
+    void plainText()
+    {
+        QCOMPARE(TPrintLogger::plainText(QStringLiteral("<b>x</b> &amp; y")), QStringLiteral("x & y"));
+        // An escaped entity stays the text it stands for.
+        QCOMPARE(TPrintLogger::plainText(QStringLiteral("&amp;lt;b&amp;gt;")), QStringLiteral("&lt;b&gt;"));
+        QCOMPARE(TPrintLogger::plainText(QStringLiteral("say &quot;hi&quot;")), QStringLiteral("say \"hi\""));
+        QCOMPARE(TPrintLogger::plainText(QString()), QString());
+    }
+
+    // The process-wide logger: the printing one unless a recorder is alive.
+    void recordingLoggerIsInstalledWhileAlive()
+    {
+        MessageLoggerInterface* const printing = MessageLoggerInterface::returnMe();
+        QVERIFY(printing);
+        {
+            TRecordingLogger outer;
+            QCOMPARE(MessageLoggerInterface::returnMe(), &outer);
+            MessageLoggerInterface::Warning(QStringLiteral("w1"));
+            {
+                TRecordingLogger inner;
+                MessageLoggerInterface::Error(QStringLiteral("e1"));
+                QCOMPARE(inner.count(), 1);
+                QVERIFY(inner.contains(MessageLoggerInterface::LevelError, QStringLiteral("e1")));
+            }
+            QCOMPARE(MessageLoggerInterface::returnMe(), &outer);
+            MessageLoggerInterface::Debug(QStringLiteral("d1"));
+            MessageLoggerInterface::Warning(QStringLiteral("w2"));
+            QCOMPARE(outer.messages(MessageLoggerInterface::LevelWarning),
+                     QStringList({QStringLiteral("w1"), QStringLiteral("w2")}));
+            QCOMPARE(outer.messages(MessageLoggerInterface::LevelDebug), QStringList{QStringLiteral("d1")});
+            QVERIFY(!outer.contains(MessageLoggerInterface::LevelError, QStringLiteral("w1")));
+            QCOMPARE(outer.entries().first(), TRecordingLogger::Entry(MessageLoggerInterface::LevelWarning,
+                                                                      QStringLiteral("w1")));
+
+            // An explicit logger bypasses the installed one.
+            TRecordingLogger aside(false);
+            QCOMPARE(MessageLoggerInterface::returnMe(), &outer);
+            MessageLoggerInterface::Information(QStringLiteral("i1"), &aside);
+            QCOMPARE(aside.count(), 1);
+            QCOMPARE(outer.count(), 3);
+        }
+        QCOMPARE(MessageLoggerInterface::returnMe(), printing);
+    }
+
+    // Recorders that end in another order than they began must not leave a
+    // dead logger installed.
+    void recordersEndingOutOfOrder()
+    {
+        MessageLoggerInterface* const printing = MessageLoggerInterface::returnMe();
+        auto first = std::make_unique<TRecordingLogger>();
+        auto second = std::make_unique<TRecordingLogger>();
+        first.reset();
+        QCOMPARE(MessageLoggerInterface::returnMe(), second.get());
+        MessageLoggerInterface::Warning(QStringLiteral("still recorded"));
+        QCOMPARE(second->count(), 1);
+        second.reset();
+        QCOMPARE(MessageLoggerInterface::returnMe(), printing);
+
+        TRecordingLogger custom(false);
+        QCOMPARE(MessageLoggerInterface::setDefault(&custom), nullptr);
+        QCOMPARE(MessageLoggerInterface::returnMe(), &custom);
+        QCOMPARE(MessageLoggerInterface::setDefault(nullptr), &custom);
+        QCOMPARE(MessageLoggerInterface::returnMe(), printing);
+    }
+
+    void assertionRecordsLogsAndReturns()
+    {
+        TRecordingLogger logger;
+        QCOMPARE(countRecords(nullptr), -1);
+        QCOMPARE(countRecords(this), 7);
+        QCOMPARE(TAssert::count(), 1);
+        const TAssert::Failure failure = TAssert::failures().first();
+        QCOMPARE(failure.expression, QStringLiteral("mapper != 0"));
+        QCOMPARE(failure.file, QStringLiteral("vndatabase"));
+        QCOMPARE(failure.line, 42);
+        QVERIFY(TAssert::contains(QStringLiteral("mapper != 0"), QStringLiteral("vndatabase")));
+        QVERIFY(!TAssert::contains(QStringLiteral("mapper != 0"), QStringLiteral("vndatabasetovi")));
+
+        const QStringList errors = logger.messages(MessageLoggerInterface::LevelError);
+        QCOMPARE(errors.size(), 1);
+        QVERIFY(errors.first().contains(QStringLiteral("mapper != 0")));
+        QVERIFY(errors.first().contains(QStringLiteral("vndatabase:42")));
+
+        // Without logging it is still recorded; null texts are tolerated.
+        t_assert("quiet", "file", 1, false);
+        t_assert(nullptr, nullptr, -5, true);
+        QCOMPARE(TAssert::count(), 3);
+        QCOMPARE(logger.messages(MessageLoggerInterface::LevelError).size(), 2);
+        QCOMPARE(TAssert::failures().last().expression, QString());
+
+        TAssert::clear();
+        QCOMPARE(TAssert::count(), 0);
+        QVERIFY(TAssert::failures().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLogging)
+#include "tst_logging.moc"

@@ -1,0 +1,185 @@
+#include <tapplicationdata.h>
+#include <tapplicationdataloader.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+bool writeAll(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+// Unsets an environment variable for the scope and puts it back afterwards.
+class ScopedUnset
+{
+public:
+    explicit ScopedUnset(const char* name)
+        : m_name(name)
+        , m_was(qEnvironmentVariableIsSet(name))
+        , m_value(qgetenv(name))
+    {
+        qunsetenv(name);
+    }
+    ~ScopedUnset()
+    {
+        if (m_was)
+            qputenv(m_name, m_value);
+        else
+            qunsetenv(m_name);
+    }
+
+private:
+    const char* m_name;
+    bool m_was;
+    QByteArray m_value;
+};
+
+} // namespace
+
+class TestApplicationData : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        QVERIFY(m_dir.isValid());
+        TApplicationDataLoader::getInstance()->setSettingsFile(QString());
+    }
+
+    void instanceLivesWithItsOwner()
+    {
+        QCOMPARE(TApplicationData::getInstance(), nullptr);
+        {
+            TApplicationData data;
+            QCOMPARE(TApplicationData::getInstance(), &data);
+            {
+                TApplicationData newer;
+                QCOMPARE(TApplicationData::getInstance(), &newer);
+            }
+            QCOMPARE(TApplicationData::getInstance(), &data);
+        }
+        QCOMPARE(TApplicationData::getInstance(), nullptr);
+    }
+
+    void namedValues()
+    {
+        TApplicationData data;
+        QVERIFY(!data.contains(QStringLiteral("TOVIDBDIR")));
+        QVERIFY(data.getString(QStringLiteral("TOVIDBDIR")).isEmpty());
+        QCOMPARE(data.value(QStringLiteral("TOVIDBDIR"), QStringLiteral("fallback")).toString(),
+                 QStringLiteral("fallback"));
+
+        data.setValue(QStringLiteral("TOVIDBDIR"), QStringLiteral("/opt/tovi"));
+        data.setValue(QStringLiteral("COUNT"), 3);
+        QVERIFY(data.contains(QStringLiteral("TOVIDBDIR")));
+        QVERIFY(!data.contains(QStringLiteral("tovidbdir"))); // names are case-sensitive
+        QCOMPARE(data.getString(QStringLiteral("TOVIDBDIR")), QStringLiteral("/opt/tovi"));
+        QCOMPARE(data.getString(QStringLiteral("COUNT")), QStringLiteral("3"));
+        QStringList names = data.names();
+        names.sort();
+        QCOMPARE(names, QStringList({QStringLiteral("COUNT"), QStringLiteral("TOVIDBDIR")}));
+
+        data.removeValue(QStringLiteral("TOVIDBDIR"));
+        data.removeValue(QStringLiteral("NEVER-SET"));
+        QVERIFY(!data.contains(QStringLiteral("TOVIDBDIR")));
+        QCOMPARE(data.names(), QStringList{QStringLiteral("COUNT")});
+    }
+
+    void rootPathAndLanguage()
+    {
+        TApplicationData data;
+        QCOMPARE(data.applicationRootPath(), QCoreApplication::applicationDirPath());
+        data.setApplicationRootPath(m_dir.path());
+        QCOMPARE(data.applicationRootPath(), m_dir.path());
+        QCOMPARE(data.language(), QStringLiteral("en"));
+        data.setLanguage(QStringLiteral("fr"));
+        QCOMPARE(data.language(), QStringLiteral("fr"));
+    }
+
+    // The environment comes first, the settings file second.
+    void loaderSources()
+    {
+        const QString settings = m_dir.filePath(QStringLiteral("vndb.ini"));
+        QVERIFY(writeAll(settings, "VN_TEST_FROM_FILE=/data/file\n"
+                                   "VN_TEST_BOTH=from file\n"
+                                   "[Elsewhere]\nVN_TEST_GROUPED=hidden\n"));
+        TApplicationDataLoader* loader = TApplicationDataLoader::getInstance();
+        loader->setSettingsFile(settings);
+        QCOMPARE(loader->settingsFile(), settings);
+
+        ScopedUnset file("VN_TEST_FROM_FILE");
+        ScopedUnset both("VN_TEST_BOTH");
+        ScopedUnset env("VN_TEST_FROM_ENV");
+        qputenv("VN_TEST_BOTH", "from environment");
+        qputenv("VN_TEST_FROM_ENV", "/data/env");
+
+        TApplicationData data;
+        QVERIFY(loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_FROM_FILE")));
+        QVERIFY(loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_BOTH")));
+        QVERIFY(loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_FROM_ENV")));
+        QCOMPARE(data.getString(QStringLiteral("VN_TEST_FROM_FILE")), QStringLiteral("/data/file"));
+        QCOMPARE(data.getString(QStringLiteral("VN_TEST_BOTH")), QStringLiteral("from environment"));
+        QCOMPARE(data.getString(QStringLiteral("VN_TEST_FROM_ENV")), QStringLiteral("/data/env"));
+
+        // Only top-level keys count: a key inside a section is another name.
+        QVERIFY(!loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_GROUPED")));
+        QVERIFY(!data.contains(QStringLiteral("VN_TEST_GROUPED")));
+    }
+
+    void loaderMissingValues()
+    {
+        ScopedUnset unset("VN_TEST_NOWHERE");
+        ScopedUnset settingsVariable("VNDB_SETTINGS");
+        TApplicationDataLoader* loader = TApplicationDataLoader::getInstance();
+
+        // No TApplicationData: nothing to store into.
+        qputenv("VN_TEST_NOWHERE", "x");
+        QVERIFY(!loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_NOWHERE")));
+        qunsetenv("VN_TEST_NOWHERE");
+
+        TApplicationData data;
+        data.setValue(QStringLiteral("VN_TEST_NOWHERE"), QStringLiteral("kept"));
+        QVERIFY(!loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_NOWHERE")));
+        QVERIFY(!loader->loadParameterNoPrefix(QString()));
+
+        loader->setSettingsFile(m_dir.filePath(QStringLiteral("missing.ini")));
+        QVERIFY(!loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_NOWHERE")));
+        loader->setSettingsFile(m_dir.path()); // a folder, not a file
+        QVERIFY(!loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_NOWHERE")));
+
+        const QString garbage = m_dir.filePath(QStringLiteral("garbage.ini"));
+        QVERIFY(writeAll(garbage, QByteArray("\x00\xff[[[=\n=\x01\x02", 13)));
+        loader->setSettingsFile(garbage);
+        QVERIFY(!loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_NOWHERE")));
+
+        // A failed look-up leaves a value already there alone.
+        QCOMPARE(data.getString(QStringLiteral("VN_TEST_NOWHERE")), QStringLiteral("kept"));
+    }
+
+    // Without a file set here, the loader reads the file named by VNDB_SETTINGS.
+    void loaderSettingsFromEnvironment()
+    {
+        const QString settings = m_dir.filePath(QStringLiteral("env.ini"));
+        QVERIFY(writeAll(settings, "VARNELDIR=/opt/varnel\n"));
+        ScopedUnset settingsVariable("VNDB_SETTINGS");
+        ScopedUnset value("VARNELDIR");
+        qputenv("VNDB_SETTINGS", QFile::encodeName(settings));
+        TApplicationDataLoader* loader = TApplicationDataLoader::getInstance();
+        QCOMPARE(loader->settingsFile(), settings);
+        TApplicationData data;
+        QVERIFY(loader->loadParameterNoPrefix(QStringLiteral("VARNELDIR")));
+        QCOMPARE(data.getString(QStringLiteral("VARNELDIR")), QStringLiteral("/opt/varnel"));
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+QTEST_GUILESS_MAIN(TestApplicationData)
+#include "tst_tapplicationdata.moc"

@@ -1,0 +1,95 @@
+#include <tprogressbarmgr.h>
+
+#include <QtTest>
+
+#include <climits>
+#include <tuple>
+
+namespace {
+
+using Report = std::tuple<int, int, QString>;
+
+// Records what a listener would show, and removes itself at the end.
+class Recorder
+{
+public:
+    Recorder()
+    {
+        TProgressBarMgr::setListener(
+            [this](int step, int steps, const QString& text) { reports.append(Report(step, steps, text)); });
+    }
+    ~Recorder() { TProgressBarMgr::setListener(TProgressBarMgr::Listener()); }
+    QList<Report> reports;
+};
+
+} // namespace
+
+class TestProgressBarMgr : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void silentByDefault()
+    {
+        QVERIFY(!TProgressBarMgr::terminalOutput());
+        TProgressBarMgr bar(3, QStringLiteral("Loading"));
+        bar.setProgress(2);
+        QCOMPARE(bar.progress(), 2);
+        QCOMPARE(bar.steps(), 3);
+    }
+
+    void listenerSeesEveryStep()
+    {
+        Recorder recorder;
+        {
+            TProgressBarMgr bar(4, QStringLiteral("Compounds"));
+            bar.setProgress(1);
+            bar.setProgress(2, QStringLiteral("Ratios"));
+            bar.setProgress(4, QString());
+        }
+        QCOMPARE(recorder.reports, QList<Report>({Report(0, 4, QStringLiteral("Compounds")),
+                                                 Report(1, 4, QStringLiteral("Compounds")),
+                                                 Report(2, 4, QStringLiteral("Ratios")),
+                                                 Report(4, 4, QStringLiteral("Ratios"))}));
+    }
+
+    // Steps outside 0..steps are clamped; no steps at all is a valid bar.
+    void outOfRangeSteps()
+    {
+        Recorder recorder;
+        TProgressBarMgr bar(5, QStringLiteral("x"));
+        bar.setProgress(9);
+        QCOMPARE(bar.progress(), 5);
+        bar.setProgress(-3);
+        QCOMPARE(bar.progress(), 0);
+        bar.setProgress(INT_MAX);
+        QCOMPARE(bar.progress(), 5);
+
+        TProgressBarMgr none(0, QStringLiteral("empty"));
+        none.setProgress(1);
+        QCOMPARE(none.progress(), 0);
+        TProgressBarMgr negative(-4, QStringLiteral("negative"));
+        QCOMPARE(negative.steps(), 0);
+        negative.setProgress(2);
+        QCOMPARE(negative.progress(), 0);
+        QCOMPARE(recorder.reports.last(), Report(0, 0, QStringLiteral("negative")));
+    }
+
+    void rendering()
+    {
+        QCOMPARE(TProgressBarMgr::render(3, 5, QStringLiteral("Loading"), 10),
+                 QStringLiteral("Loading [######....] 3/5"));
+        QCOMPARE(TProgressBarMgr::render(0, 12, QStringLiteral("t"), 4), QStringLiteral("t [....]  0/12"));
+        // Nothing to do is shown as done.
+        QCOMPARE(TProgressBarMgr::render(0, 0, QStringLiteral("t"), 4), QStringLiteral("t [####] 0/0"));
+        // Out-of-range values keep the bar its width.
+        QCOMPARE(TProgressBarMgr::render(9, 5, QStringLiteral("t"), 4), QStringLiteral("t [####] 5/5"));
+        QCOMPARE(TProgressBarMgr::render(-2, 5, QStringLiteral("t"), 4), QStringLiteral("t [....] 0/5"));
+        QCOMPARE(TProgressBarMgr::render(1, 2, QStringLiteral("t"), -3), QStringLiteral("t [] 1/2"));
+        // Large counts do not overflow the fill computation.
+        QCOMPARE(TProgressBarMgr::render(INT_MAX / 2, INT_MAX, QStringLiteral("t"), 30).count(QLatin1Char('#')), 14);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestProgressBarMgr)
+#include "tst_tprogressbarmgr.moc"
