@@ -1,6 +1,515 @@
 #include <ttree.h>
+
 #include <QtTest>
-class TestTree : public QObject { Q_OBJECT private slots: void order() {
- TTree<QObject*> r; new TTree<QObject*>(&r, 1); new TTree<QObject*>(&r, 2); QCOMPARE(r.getSon(0)->getNodeId(), 2); } };
-QTEST_MAIN(TestTree)
+
+#include <climits>
+#include <memory>
+
+namespace {
+
+// A payload with a virtual destructor that counts how many were deleted.
+struct Item
+{
+    explicit Item(int* deaths)
+        : m_deaths(deaths)
+    {
+    }
+    virtual ~Item() { ++*m_deaths; }
+    int* m_deaths;
+};
+
+struct DerivedItem : Item
+{
+    using Item::Item;
+    ~DerivedItem() override { ++*m_deaths; } // counted twice: base and derived
+};
+
+using Node = TTree<Item*>;
+
+QList<int> ids(const QList<Node*>& nodes)
+{
+    QList<int> result;
+    for (const Node* node : nodes)
+        result.append(node->getNodeId());
+    return result;
+}
+
+QList<int> sonIds(const Node& node)
+{
+    return ids(node.getSons());
+}
+
+// Every son list is consistent: counts equal lengths, parents point back.
+bool consistent(const Node* node)
+{
+    int length = 0;
+    for (const Node* son = node->getFirstSon(); son; son = son->getBrother()) {
+        ++length;
+        if (son->getParent() != node || !consistent(son))
+            return false;
+    }
+    return length == node->getNbSons();
+}
+
+// The pre-order walk from `start` through getNextNode until null.
+QList<int> walk(const Node& caller, Node* start)
+{
+    QList<int> visited;
+    for (Node* node = start; node; node = caller.getNextNode(node))
+        visited.append(node->getNodeId());
+    return visited;
+}
+
+} // namespace
+
+class TestTree : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void construction()
+    {
+        const Node root;
+        QCOMPARE(root.attribute, nullptr);
+        QCOMPARE(root.getParent(), nullptr);
+        QCOMPARE(root.getFirstSon(), nullptr);
+        QCOMPARE(root.getBrother(), nullptr);
+        QCOMPARE(root.getNbSons(), 0);
+        QCOMPARE(root.getNodeId(), -1);
+        QVERIFY(root.getEnable());
+        QVERIFY(root.isVisible());
+        QVERIFY(!root.isExpanded());
+        QVERIFY(!root.isAutoDelete());
+        QCOMPARE(root.getRoot(), &root);
+        QCOMPARE(root.getNbItems(), 1);
+        QCOMPARE(root.getNbSubLevels(), 1);
+        QVERIFY(root.getSons().isEmpty());
+        QVERIFY(root.getSonsAttributes().isEmpty());
+    }
+
+    // Sons made one after the other stand in reverse order of creation.
+    void headInsertionOrder()
+    {
+        Node root;
+        Node* a = new Node(&root, 1);
+        Node* b = new Node(&root, 2);
+        Node* c = new Node(&root, 3);
+        QCOMPARE(root.getNbSons(), 3);
+        QCOMPARE(sonIds(root), QList<int>({3, 2, 1}));
+        QCOMPARE(root.getSon(0), c);
+        QCOMPARE(root.getSon(1), b);
+        QCOMPARE(root.getSon(2), a);
+        QCOMPARE(root.getFirstSon(), c);
+        QCOMPARE(c->getBrother(), b);
+        QCOMPARE(a->getBrother(), nullptr);
+        QCOMPARE(a->getParent(), &root);
+        QCOMPARE(a->getRoot(), &root);
+        QVERIFY(consistent(&root));
+    }
+
+    void sonIndexOutOfRange()
+    {
+        Node root;
+        new Node(&root, 1);
+        new Node(&root, 2);
+        QCOMPARE(root.getSon(2), nullptr);
+        QCOMPARE(root.getSon(3), nullptr);
+        QCOMPARE(root.getSon(INT_MAX), nullptr);
+        QCOMPARE(root.getSon(-1), nullptr);
+        QCOMPARE(root.getSon(INT_MIN), nullptr);
+        const Node leaf;
+        QCOMPARE(leaf.getSon(0), nullptr);
+    }
+
+    void attributesAndCounts()
+    {
+        int deaths = 0;
+        Item x(&deaths), y(&deaths);
+        Node root;
+        Node* first = new Node(&root, 1);
+        first->attribute = &x;
+        Node* second = new Node(&root, 2);
+        second->attribute = &y;
+        Node* grandson = new Node(first, 3);
+        new Node(grandson, 4);
+        QCOMPARE(root.getSonsAttributes(), QList<Item*>({&y, &x}));
+        QCOMPARE(root.getNbItems(), 5);
+        QCOMPARE(root.getNbSubLevels(), 4);
+        QCOMPARE(first->getNbItems(), 3);
+        QCOMPARE(second->getNbSubLevels(), 1);
+    }
+
+    // Pre-order, the node itself first; the first match wins; ids are free.
+    void searchById()
+    {
+        Node root(nullptr, 0);
+        Node* a = new Node(&root, 1);
+        Node* b = new Node(&root, 7);
+        Node* a1 = new Node(a, 7);
+        new Node(a1, 9);
+        // List order is b, a: b (id 7) comes before a's son a1 (id 7).
+        QCOMPARE(root.getNode(7), b);
+        QCOMPARE(a->getNode(7), a1);
+        QCOMPARE(root.getNode(0), &root);
+        QCOMPARE(root.getNode(9)->getParent(), a1);
+        QCOMPARE(root.getNode(42), nullptr);
+        QCOMPARE(b->getNode(9), nullptr);
+        a1->setNodeId(-1);
+        QCOMPARE(root.getNode(-1), a1);
+    }
+
+    void chains()
+    {
+        Node leaf;
+        QVERIFY(leaf.getUniqueSons());
+        Node chain;
+        Node* link = new Node(new Node(&chain));
+        QVERIFY(chain.getUniqueSons());
+        new Node(link);
+        QVERIFY(chain.getUniqueSons());
+        new Node(link);
+        QVERIFY(!chain.getUniqueSons()); // the fork is two levels down
+        Node fork;
+        new Node(&fork);
+        new Node(&fork);
+        QVERIFY(!fork.getUniqueSons());
+    }
+
+    void enabledFlags()
+    {
+        Node root;
+        Node* son = new Node(&root);
+        Node* other = new Node(&root);
+        Node* grandson = new Node(son);
+        Node* great = new Node(grandson);
+
+        Node lonely;
+        QVERIFY(lonely.getSonsEnable());
+        QVERIFY(lonely.getParentsEnable());
+
+        son->setSonsEnable(false, false);
+        QVERIFY(son->getEnable());
+        QVERIFY(!grandson->getEnable());
+        QVERIFY(great->getEnable());
+        QVERIFY(!son->getSonsEnable());
+        QVERIFY(root.getSonsEnable()); // direct sons only
+
+        root.setSonsEnable(false, false);
+        QVERIFY(!son->getEnable() && !other->getEnable());
+        QVERIFY(root.getEnable());
+        QVERIFY(great->getEnable()); // grandsons untouched without recursion
+        QVERIFY(!great->getParentsEnable());
+        QVERIFY(!root.getSonsEnable());
+
+        root.setSonsEnable(true, true);
+        QVERIFY(son->getEnable() && grandson->getEnable() && great->getEnable());
+        QVERIFY(great->getParentsEnable());
+        root.setSonsEnable(false, true);
+        QVERIFY(!son->getEnable() && !grandson->getEnable() && !great->getEnable());
+        QVERIFY(root.getEnable());
+
+        // The node's own flag does not count in getParentsEnable.
+        root.setSonsEnable(true, true);
+        great->setEnable(false);
+        QVERIFY(great->getParentsEnable());
+        grandson->setEnable(false);
+        QVERIFY(!great->getParentsEnable());
+        QVERIFY(grandson->getParentsEnable());
+    }
+
+    void plainFlags()
+    {
+        Node root;
+        Node* son = new Node(&root);
+        root.setExpanded(true);
+        root.setVisible(false);
+        QVERIFY(root.isExpanded());
+        QVERIFY(!root.isVisible());
+        QVERIFY(!son->isExpanded());
+        QVERIFY(son->isVisible());
+    }
+
+    // Destroying a son unlinks it wherever it stands in the list.
+    void destructionUnlinks()
+    {
+        Node root;
+        Node* a = new Node(&root, 1);
+        Node* b = new Node(&root, 2);
+        Node* c = new Node(&root, 3);
+        new Node(b, 20);
+        delete b; // middle, with a son of its own
+        QCOMPARE(root.getNbSons(), 2);
+        QCOMPARE(sonIds(root), QList<int>({3, 1}));
+        delete c; // first
+        QCOMPARE(sonIds(root), QList<int>({1}));
+        QCOMPARE(root.getFirstSon(), a);
+        delete a; // last and only
+        QCOMPARE(root.getNbSons(), 0);
+        QCOMPARE(root.getFirstSon(), nullptr);
+        QVERIFY(consistent(&root));
+    }
+
+    // The tree deletes its attributes only under auto-delete, which sons
+    // inherit from their parent at construction.
+    void autoDelete()
+    {
+        int deaths = 0;
+        {
+            Node root;
+            root.setAutoDelete(true);
+            Node* son = new Node(&root);
+            QVERIFY(son->isAutoDelete());
+            son->attribute = new DerivedItem(&deaths);
+            Node* grandson = new Node(son);
+            grandson->attribute = new Item(&deaths);
+            root.attribute = new Item(&deaths);
+            new Node(son); // null attribute: nothing to delete
+        }
+        QCOMPARE(deaths, 4); // 2 for the derived item, one each for the others
+
+        deaths = 0;
+        Item kept(&deaths);
+        {
+            Node root;
+            Node* son = new Node(&root);
+            son->attribute = &kept;
+            root.setAutoDelete(true); // set after the son was made: not inherited
+            QVERIFY(!son->isAutoDelete());
+        }
+        QCOMPARE(deaths, 0);
+    }
+
+    void relinking()
+    {
+        Node left(nullptr, 100);
+        Node right(nullptr, 200);
+        Node* a = new Node(&left, 1);
+        Node* b = new Node(&left, 2);
+        Node* c = new Node(&left, 3); // left: 3 2 1
+        new Node(&right, 4);
+
+        b->setParent(&right); // from the middle
+        QCOMPARE(sonIds(left), QList<int>({3, 1}));
+        QCOMPARE(sonIds(right), QList<int>({2, 4}));
+        QCOMPARE(b->getParent(), &right);
+
+        c->setParent(&right); // from the head, to the head
+        QCOMPARE(sonIds(left), QList<int>({1}));
+        QCOMPARE(sonIds(right), QList<int>({3, 2, 4}));
+
+        c->setParent(&right); // same parent: nothing moves
+        QCOMPARE(sonIds(right), QList<int>({3, 2, 4}));
+
+        a->setParent(nullptr); // detached; the caller owns it now
+        std::unique_ptr<Node> detached(a);
+        QCOMPARE(left.getNbSons(), 0);
+        QCOMPARE(a->getParent(), nullptr);
+        QCOMPARE(a->getRoot(), a);
+
+        // Moving a node moves its subtree; auto-delete is not inherited here.
+        right.setAutoDelete(true);
+        Node* sub = new Node(a, 5);
+        detached.release()->setParent(&right);
+        QVERIFY(!a->isAutoDelete());
+        QCOMPARE(sonIds(right), QList<int>({1, 3, 2, 4}));
+        QCOMPARE(sub->getRoot(), &right);
+        QCOMPARE(right.getNbItems(), 6);
+        QVERIFY(consistent(&left) && consistent(&right));
+
+        // A detached root keeps its old brother link, which must be ignored.
+        b->setParent(nullptr);
+        std::unique_ptr<Node> kept(b);
+        QCOMPARE(sonIds(right), QList<int>({1, 3, 4}));
+        QVERIFY(consistent(&right));
+    }
+
+    void insertAfter()
+    {
+        Node root;
+        Node* a = new Node(&root, 1);
+        Node* b = new Node(&root, 2); // 2 1
+        root.insertAfter(new Node(nullptr, 10), b);
+        QCOMPARE(sonIds(root), QList<int>({2, 10, 1}));
+        root.insertAfter(new Node(nullptr, 11), a); // after the last
+        QCOMPARE(sonIds(root), QList<int>({2, 10, 1, 11}));
+        QCOMPARE(root.getNbSons(), 4);
+        QCOMPARE(root.getSon(3)->getParent(), &root);
+        QVERIFY(consistent(&root));
+
+        // Refusals: null arguments, a reference that is not a son.
+        Node stranger(nullptr, 50);
+        Node* outsider = new Node(&stranger);
+        auto loose = std::make_unique<Node>(nullptr, 12);
+        root.insertAfter(nullptr, a);
+        root.insertAfter(loose.get(), nullptr);
+        root.insertAfter(loose.get(), outsider);
+        root.insertAfter(loose.get(), &root);
+        QCOMPARE(sonIds(root), QList<int>({2, 10, 1, 11}));
+        QCOMPARE(loose->getParent(), nullptr);
+
+        // Without sons the node goes in as the first one, whatever the reference.
+        Node empty;
+        empty.insertAfter(loose.get(), outsider);
+        QCOMPARE(empty.getFirstSon(), loose.get());
+        QCOMPARE(loose->getParent(), &empty);
+        loose.release();
+        QVERIFY(consistent(&empty));
+    }
+
+    void insertBefore()
+    {
+        Node root;
+        Node* a = new Node(&root, 1);
+        Node* b = new Node(&root, 2); // 2 1
+        root.insertBefore(new Node(nullptr, 10), a);
+        QCOMPARE(sonIds(root), QList<int>({2, 10, 1}));
+        root.insertBefore(new Node(nullptr, 11), b); // before the first: new head
+        QCOMPARE(sonIds(root), QList<int>({11, 2, 10, 1}));
+        QCOMPARE(root.getNbSons(), 4);
+        QVERIFY(consistent(&root));
+
+        auto loose = std::make_unique<Node>(nullptr, 12);
+        Node stranger;
+        Node* outsider = new Node(&stranger);
+        root.insertBefore(nullptr, a);
+        root.insertBefore(loose.get(), nullptr);
+        root.insertBefore(loose.get(), outsider);
+        QCOMPARE(sonIds(root), QList<int>({11, 2, 10, 1}));
+        QCOMPARE(loose->getParent(), nullptr);
+
+        Node empty;
+        empty.insertBefore(loose.get(), outsider);
+        QCOMPARE(empty.getFirstSon(), loose.get());
+        loose.release();
+        QCOMPARE(empty.getNbSons(), 1);
+    }
+
+    // The clone shares the attributes, reverses every son list, is always
+    // visible and never deletes what the source owns.
+    void cloneOrderAndOwnership()
+    {
+        int deaths = 0;
+        Node source(nullptr, 0);
+        source.setAutoDelete(true);
+        source.attribute = new Item(&deaths);
+        Node* x = new Node(&source, 1);
+        Node* y = new Node(&source, 2); // source sons: 2 1
+        x->attribute = new Item(&deaths);
+        y->attribute = new Item(&deaths);
+        new Node(x, 11);
+        new Node(x, 12); // x's sons: 12 11
+        source.setVisible(false);
+        source.setExpanded(true);
+        x->setEnable(false);
+
+        Node* copy = source.clone();
+        QCOMPARE(copy->getParent(), nullptr);
+        QCOMPARE(copy->getNodeId(), 0);
+        QCOMPARE(copy->attribute, source.attribute);
+        QVERIFY(copy->isVisible());
+        QVERIFY(copy->isExpanded());
+        QVERIFY(!copy->isAutoDelete());
+        QCOMPARE(sonIds(*copy), QList<int>({1, 2}));
+        Node* xCopy = copy->getSon(0);
+        QVERIFY(xCopy != x);
+        QCOMPARE(xCopy->attribute, x->attribute);
+        QVERIFY(!xCopy->getEnable());
+        QVERIFY(!xCopy->isAutoDelete());
+        QCOMPARE(sonIds(*xCopy), QList<int>({11, 12}));
+        QCOMPARE(copy->getNbItems(), source.getNbItems());
+        QVERIFY(consistent(copy));
+
+        delete copy;
+        QCOMPARE(deaths, 0);
+        QCOMPARE(source.getNbSons(), 2); // the source is untouched
+        // Cloning twice restores the original order.
+        std::unique_ptr<Node> once(source.clone());
+        std::unique_ptr<Node> twice(once->clone());
+        QCOMPARE(sonIds(*twice), sonIds(source));
+        QCOMPARE(sonIds(*twice->getSon(1)), sonIds(*x));
+    }
+
+    // The successor walk is not bounded by the node it is called on.
+    void preOrderSuccessor()
+    {
+        //  0
+        //  +- 1
+        //  |  +- 11
+        //  |  |  +- 111
+        //  |  +- 12
+        //  +- 2
+        //     +- 21
+        Node root(nullptr, 0);
+        Node* n2 = new Node(&root, 2);
+        Node* n1 = new Node(&root, 1);
+        new Node(n2, 21);
+        Node* n12 = new Node(n1, 12);
+        Node* n11 = new Node(n1, 11);
+        Node* n111 = new Node(n11, 111);
+        Q_UNUSED(n12)
+
+        QCOMPARE(walk(root, &root), QList<int>({0, 1, 11, 111, 12, 2, 21}));
+        // Started inside subtree 1, from subtree 1's own node: runs on into 2.
+        QCOMPARE(walk(*n1, n1), QList<int>({1, 11, 111, 12, 2, 21}));
+        // From a deep last son: the next brother of the nearest ancestor with one.
+        QCOMPARE(n11->getNextNode(n111)->getNodeId(), 12);
+        Node* lastOfSubtree = n1->getSon(1); // 12
+        QCOMPARE(n1->getNextNode(lastOfSubtree), n2);
+        QCOMPARE(root.getNextNode(n2->getFirstSon()), nullptr); // the last node of the whole tree
+        // The caller plays no part: a stranger tree's node gives the same answers.
+        Node stranger;
+        QCOMPARE(stranger.getNextNode(n111)->getNodeId(), 12);
+        QCOMPARE(stranger.getNextNode(nullptr), nullptr);
+    }
+
+    void assignmentIsMemberWise()
+    {
+        int deaths = 0;
+        Item item(&deaths);
+        Node root;
+        Node* son = new Node(&root, 4);
+        son->attribute = &item;
+        son->setExpanded(true);
+        Node copy;
+        copy = *son;
+        QCOMPARE(copy.getParent(), &root); // links copied, no relinking
+        QCOMPARE(copy.attribute, &item);
+        QCOMPARE(copy.getNodeId(), 4);
+        QVERIFY(copy.isExpanded());
+        QCOMPARE(root.getNbSons(), 1);
+        // Detach the copy's links by hand so that its destruction touches nothing.
+        copy = Node();
+        QCOMPARE(copy.getParent(), nullptr);
+        QCOMPARE(root.getSons(), QList<Node*>{son});
+    }
+
+    // A wide and deep tree: counts hold and destruction frees everything.
+    void largeTree()
+    {
+        int deaths = 0;
+        {
+            Node root;
+            root.setAutoDelete(true);
+            for (int i = 0; i < 200; ++i) {
+                Node* category = new Node(&root, i);
+                category->attribute = new Item(&deaths);
+                for (int j = 0; j < 50; ++j)
+                    new Node(category, i * 1000 + j);
+            }
+            QCOMPARE(root.getNbItems(), 1 + 200 + 200 * 50);
+            QCOMPARE(root.getNbSubLevels(), 3);
+            QCOMPARE(root.getNode(199049)->getParent()->getNodeId(), 199);
+            int walked = 0;
+            for (Node* node = &root; node; node = root.getNextNode(node))
+                ++walked;
+            QCOMPARE(walked, root.getNbItems());
+            std::unique_ptr<Node> copy(root.clone());
+            QCOMPARE(copy->getNbItems(), root.getNbItems());
+            QCOMPARE(copy->getSon(0)->getNodeId(), 0);
+        }
+        QCOMPARE(deaths, 200);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTree)
 #include "tst_ttree.moc"

@@ -60,11 +60,10 @@ public:
         copy->m_nodeId = m_nodeId;
         copy->m_enabled = m_enabled;
         copy->m_expanded = m_expanded;
-        for (int i = 0; i < m_nbSons; ++i) {
-            const TTree* son = getSon(i);
-            if (son)
-                son->clone()->setParent(copy);
-        }
+        // Son by son in list order, each attached at the head of the copy.
+        const TTree* son = m_firstSon;
+        for (int i = 0; i < m_nbSons && son; ++i, son = son->m_brother)
+            son->clone()->setParent(copy);
         return copy;
     }
 
@@ -85,7 +84,8 @@ public:
 
     TTree* getSon(int i) const
     {
-        if (m_nbSons < i + 1)
+        // "count below i + 1", written so that i = INT_MAX does not overflow.
+        if (i >= m_nbSons)
             return nullptr;
         TTree* son = m_firstSon;
         // A negative index passes the count test and walks off the chain.
