@@ -143,9 +143,7 @@ bool TAbstractMapper::remove(const VNObject2* object, bool flush, bool withDepen
     return header()->removeObjects(one, flush);
 }
 
-// A path read from a header file is trusted only when it stays below the
-// working folder.
-static bool isContainedRelativePath(const QString& path)
+bool TAbstractMapper::isContainedRelativePath(const QString& path)
 {
     if (path.isEmpty() || QDir::isAbsolutePath(path) || path.startsWith(QLatin1Char('/'))
         || path.contains(QLatin1Char('\\')) || path.contains(QLatin1Char(':')))

@@ -65,6 +65,10 @@ public:
     static QString objectFolderPath(const VNObject2* object, TDatabase* db);
     /// The object's file (file records) or its folder for other kinds.
     static QString objectFilePath(const VNObject2* object, TDatabase* db);
+    /// True for a path that stays below the working folder whatever the
+    /// system: relative, '/'-separated, no "." or ".." part, no drive or
+    /// backslash. A stored path is trusted only then.
+    static bool isContainedRelativePath(const QString& path);
     /// The objects of kind `type` that belong to `object`.
     static QList<const VNObject2*> getObjectChildLst(const VNObject2* object, const VNObjectType& type);
 

@@ -127,11 +127,21 @@ void TDatabase::setReadOnly(bool readOnly)
 {
     if (readOnly == m_readOnly)
         return;
+    if (!readOnly && m_header->isOpen() && !m_workingPath.isEmpty()) {
+        // A folder or header file we may not write keeps the database read-only.
+        const THeaderConnector* connector = m_header->connector();
+        const QFileInfo file(connector->getDbFilename());
+        if (!QFileInfo(m_workingPath).isWritable() || (file.exists() && !file.isWritable()))
+            return;
+    }
     m_readOnly = readOnly;
     for (TDatabaseObject* record : m_header->getObjectsList())
         record->object()->setReadOnly(readOnly);
-    if (m_header->isOpen() && m_header->isReadOnly() != readOnly)
-        m_header->reopen(readOnly);
+    if (m_header->isOpen() && m_header->isReadOnly() != readOnly && !m_header->reopen(readOnly) && !readOnly) {
+        // Not writable after all: back to reading, nothing lost.
+        setReadOnly(true);
+        m_header->reopen(true);
+    }
 }
 
 void TDatabase::forceDisableDatasetSave(int count, bool disable)
@@ -174,6 +184,19 @@ void TDatabase::synchronizeSQLRoot()
         const QString relative = folderName + QLatin1Char('/') + folder;
         if (known.contains(relative))
             continue;
+        if (!TAbstractMapper::isContainedRelativePath(relative)) {
+            // A name that another system reads as a drive or a separator
+            // could not be read back as the same folder.
+            m_sync.skipped.append(folder);
+            MessageLoggerInterface::Warning(
+                QCoreApplication::translate("SedraTr",
+                                            "The folder <b>%1</b> cannot be added: its name cannot be stored",
+                                            "Le dossier <b>%1</b> ne peut pas être ajouté : son nom ne peut pas "
+                                            "être enregistré")
+                    .arg(root.filePath(folder)),
+                nullptr);
+            continue;
+        }
         if (analyses->exists(folder) || !analyses->createAnalysisInFolder(folder, relative, false)) {
             m_sync.skipped.append(folder);
             MessageLoggerInterface::Warning(

@@ -119,9 +119,15 @@ void TestDatabase::synchronizeRegistersAndKeepsMissing()
         auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
         QVERIFY(analyses->createAnalysisInFolder(QStringLiteral("Twin"), QStringLiteral("Analyses/Elsewhere"), true));
         QVERIFY(root.mkpath(QStringLiteral("Analyses/Twin")));
+        // Names another system reads as a drive or a separator are not stored.
+        QVERIFY(root.mkpath(QStringLiteral("Analyses/C:run")));
+        QVERIFY(root.mkpath(QStringLiteral("Analyses/back\\slash")));
         TRecordingLogger logger;
         p.db->synchronizeSQLRoot();
-        QCOMPARE(p.db->lastSynchronization().skipped, QStringList{QStringLiteral("Twin")});
+        QCOMPARE(p.db->lastSynchronization().skipped,
+                 (QStringList{QStringLiteral("C:run"), QStringLiteral("Twin"), QStringLiteral("back\\slash")}));
+        QVERIFY(p.db->lastSynchronization().registered.isEmpty());
+        QVERIFY(!analyses->exists(QStringLiteral("C:run")));
         QCOMPARE(dynamic_cast<TFileObject*>(analyses->record(QStringLiteral("Twin")))->relativeFolderPath(),
                  QStringLiteral("Analyses/Elsewhere"));
     }
