@@ -15,6 +15,13 @@
 class VNObject2;
 class VNObject2Project;
 class VNObject2Variable;
+// Acquisition data (forward declarations)
+class TCMFile;
+class TDataCore;
+class VNHeader;
+class VNMCData;
+class VNObject2Analysis;
+// end of acquisition data
 
 namespace Sedra {
 
@@ -138,6 +145,48 @@ public:
     /// folder: separators, "..", quotes, control characters and names that
     /// some systems reserve are replaced. Never empty.
     static QString safeFileName(const QString& name);
+
+    // Acquisition data
+    /// The acquisition file of an analysis (for a signal, of its analysis),
+    /// shared by every reader of that file: the scan count, or -1 with `*tcm`
+    /// null when the analysis has no readable file. Opening it also tells the
+    /// analysis its acquisition system, transitions and channel kind.
+    static int analysisTCM(const VNObject2Analysis* analysis, TCMFile** tcm);
+    /// A new description of the analysis' measurements, owned by the caller;
+    /// false (and null) when it has neither a readable file nor a description.
+    static bool analysisData(const VNObject2Analysis* analysis, struct TAnalysisData** data);
+    /// Writes `data` as the acquisition file `fileName` holding the signal
+    /// `signalName` (of `analysis`, or of a new analysis when null). Spectra
+    /// of the instrument run the data carry are written whole; otherwise every
+    /// channel with an ion becomes a point of the spectra. Atomic; false when
+    /// the database is read-only, the data have no retention times or TIC,
+    /// or the file cannot be written.
+    bool saveTCM(const QString& fileName, const QString& signalName, const VNMCData* data,
+                 const VNObject2Analysis* analysis);
+    /// Writes measured columns (`columns[0]` the times, then `count` values
+    /// per column; `values` the mass of each value column) as an acquisition
+    /// file. Writing columns belongs to an import layer: the storage alone
+    /// refuses (false).
+    virtual bool saveTCM(const QString& fileName, QList<double*> columns, int count, float* values, int valueCount,
+                         VNHeader* header);
+    /// Records a new signal of the analysis called `analysisName`; false when
+    /// the analysis is unknown, the name is taken or the database is read-only.
+    bool signalCreate(const QString& analysisName, const QString& signalName);
+    /// The file of a new signal in the analysis' folder. `signalName` is
+    /// changed to a free name ("name 2", ...) when the analysis already has a
+    /// signal or a file of that name, or when it would be the analysis' own file.
+    virtual QString signalCreateDestFileName(const VNObject2Analysis* analysis, QString& signalName);
+    /// The analysis called `name`, or null.
+    const VNObject2Analysis* getAnalysis(const QString& name) const;
+    /// A new curve of the analysis' retention times and TIC, owned by the
+    /// caller; false (and null) without a readable file. The file's loaded
+    /// content is left as it was found.
+    static bool returnTIC(const VNObject2Analysis* analysis, TDataCore** tic);
+    /// Makes sure the analysis has its "TIC" signal and gives the signal the
+    /// analysis' stored modulation; false when `db` may not change or the
+    /// analysis is not one of its own.
+    static bool signalTICCreate(TDatabase* db, const VNObject2Analysis* analysis);
+    // end of acquisition data
 
 signals:
     /// Emitted before objects go; slots may add objects to the list.
