@@ -11,11 +11,20 @@
 #include <QString>
 #include <QStringList>
 
+#include <map> // acquisition data: spectra
+
 class VNMapperFactory;
 class VNObject2;
 class VNObject2Dataset;
 class VNObject2Project;
 class VNObject2Variable;
+// Acquisition data (forward declarations)
+class TAnalysisNoise;
+class VNObject2Signal;
+namespace Plavo {
+class TData;
+}
+// end of acquisition data
 
 /// The project database: the storage library's database bound to a project
 /// folder. It keeps the folder's layout in shape, guards the synchronisation
@@ -75,6 +84,60 @@ public:
     /// The name of the variable stored for the pair of reference keys, or a
     /// null string when there is none.
     QString getReferenceName(const QString& key1, const QString& key2);
+
+    // Acquisition data
+    using Sedra::TDatabase::saveTCM;
+    /// The acquisition file of an analysis (a signal's analysis), shared;
+    /// the scan count or -1.
+    static int analysisTCM(const VNObject2Analysis* analysis, TCMFile** tcm);
+    static bool analysisData(const VNObject2Analysis* analysis, Sedra::TAnalysisData** data);
+    /// The multichannel data of an analysis (its whole file loaded, read
+    /// lazily), owned by the caller; null for anything else or without a
+    /// readable file.
+    static VNMCData* getMCData(const VNObject2* object);
+    /// Releases the file content behind data made by getMCData; the data
+    /// object itself stays the caller's.
+    static void releaseMCData(VNMCData* data);
+    /// Makes the analysis `name` holding `data`: its folder, its acquisition
+    /// file (signal "TIC") and "acquisition.xml". Refused silently on a
+    /// read-only project or an empty name; refused when the analysis or its
+    /// folder already exists. A refusal leaves nothing behind.
+    bool saveNewMCData(VNMCData* data, QString& name);
+    /// Makes the analysis `name` from an instrument export (ANDI netCDF, a
+    /// text table) or an acquisition file, through saveNewMCData. A refused
+    /// file is reported and leaves the project as it was.
+    bool analysisImport(const QString& fileName, QString& name);
+    /// A new signal of `analysis` made from `data` (in a file of its own);
+    /// `signalName` may be changed to a free name.
+    bool signalCreateTCM(const VNMCData* data, const VNObject2Analysis* analysis, QString& signalName);
+    /// Stores the modulation period of an analysis and rebuilds its TIC signal.
+    bool modulationChanged(const VNObject2Analysis* analysis, float modulation);
+    /// The analysis' noise record, estimated from its TIC unless it already
+    /// holds a valid estimate of that kind.
+    static const TAnalysisNoise* analysisNoise(const VNObject2Analysis* analysis);
+    bool signalExists(const QString& analysisName, const QString& signalName) const;
+    bool signalExists(const VNObject2Signal* signal) const;
+    QList<float> signalIonList(const VNObject2Signal* signal);
+    const VNObject2Signal* getSignalByHash(const QString& name, unsigned int hash) const;
+    /// True only for an analysis (not a signal) whose run is multichannel.
+    bool isMulticanal(const VNObject2* object);
+    /// The spectrum of one scan (labelled with its number) or the average of
+    /// a range of scans (labelled "first time - last time"), owned by the
+    /// caller; the number of masses, or -1.
+    static int returnSpectrumExtraction(const VNObject2* object, int firstScan, int lastScan, QString& label,
+                                        std::map<unsigned long, unsigned long>*& spectrum);
+    /// The same as a plotted series, with mass labels (parent->daughter for
+    /// MS/MS runs) and colours when `withLabels`; owned by the caller.
+    static int returnSpectrumExtraction(const VNObject2* object, Plavo::TData** data, bool withLabels, int firstScan,
+                                        int lastScan);
+
+protected:
+    /// Columns of numbers written as an acquisition file by the import layer.
+    bool saveTCM(const QString& fileName, QList<double*> columns, int count, float* values, int valueCount,
+                 VNHeader* header) override;
+
+public:
+    // end of acquisition data
 
 private:
     void connectDeletion();

@@ -1,0 +1,539 @@
+// New analyses from multichannel data and instrument exports, signals,
+// spectra and noise of a real project folder.
+#include "tst_acquisitionproject.h"
+
+#include <messageloggerinterface.h>
+#include <tandimsfile.h>
+#include <tanalysisdata.h>
+#include <tassert.h>
+#include <tcsvrunfile.h>
+#include <tcolor.h>
+#include <tdata.h>
+#include <tdescriptionacquisition.h>
+#include <trecordinglogger.h>
+#include <tsignalmapper.h>
+#include <ttranslator.h>
+#include <vnheader.h>
+#include <vnmcdatadynamic.h>
+#include <vnobject2signal.h>
+#include <vnion.h>
+
+#include <cmath>
+
+namespace {
+using Spectrum = std::map<unsigned long, unsigned long>;
+
+// The spectrum of scan i of a run as the acquisition file hands it out.
+Spectrum spectrumOf(const TAcquisitionRun& run, int scan)
+{
+    Spectrum expected;
+    const quint32* keys = run.massesAtScan(scan);
+    const float* values = run.abundancesAtScan(scan);
+    for (int p = 0; p < run.pointsAtScan(scan); ++p)
+        expected[keys[p]] = values[p] > 0.0f ? static_cast<unsigned long>(std::lround(values[p])) : 0;
+    return expected;
+}
+
+// The run an analysis' acquisition file holds.
+TAcquisitionRun stored(const VNObject2Analysis* analysis)
+{
+    TCMFile* tcm = nullptr;
+    TAcquisitionRun back;
+    if (VNDatabase::analysisTCM(analysis, &tcm) < 0 || !tcm || !tcm->toRun(&back))
+        return TAcquisitionRun();
+    return back;
+}
+
+// Spectra, TIC and times of two runs, times and abundances to float precision.
+void compareMeasurements(const TAcquisitionRun& expected, const TAcquisitionRun& actual)
+{
+    QCOMPARE(actual.scanCount(), expected.scanCount());
+    QCOMPARE(actual.masses, expected.masses);
+    QCOMPARE(actual.scanOffsets, expected.scanOffsets);
+    for (int i = 0; i < expected.scanCount(); ++i) {
+        QVERIFY(std::fabs(actual.rtimes[i] - expected.rtimes[i]) < 1e-6);
+        QVERIFY(std::fabs(actual.tic[i] - expected.tic[i]) <= 1e-3 * std::max(1.0, std::fabs(expected.tic[i])));
+    }
+    for (int p = 0; p < expected.abundances.size(); ++p)
+        QVERIFY(std::fabs(actual.abundances[p] - expected.abundances[p]) <= 1e-3f * std::max(1.0f, expected.abundances[p]));
+}
+
+// The extracted-ion chromatogram of [low, high] computed from the run itself.
+QVector<float> eicOf(const TAcquisitionRun& run, float low, float high)
+{
+    const quint32 lo = quint32(std::lround(double(low) * 100.0));
+    const quint32 hi = quint32(std::lround(double(high) * 100.0));
+    QVector<float> eic(run.scanCount(), 0.0f);
+    for (int i = 0; i < run.scanCount(); ++i) {
+        for (int p = 0; p < run.pointsAtScan(i); ++p) {
+            if (run.massesAtScan(i)[p] >= lo && run.massesAtScan(i)[p] <= hi)
+                eic[i] += run.abundancesAtScan(i)[p];
+        }
+    }
+    return eic;
+}
+
+QStringList analysesOnDisk(const AcquisitionProject& project)
+{
+    return QDir(project.file(VNObject2Analysis::folderName()))
+        .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
+}
+} // namespace
+
+class TestAcquisition : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { TTranslator::install(QStringLiteral("en")); }
+
+    // A generated multichannel run (spectra, a detector and two ion channels)
+    // becomes an analysis whose file holds exactly that run.
+    void newAnalysisFromMultichannelData()
+    {
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::Multichannel, 240);
+        const int refreshes = project.manager().refreshCount();
+        const VNObject2Analysis* analysis = project.add(run, QStringLiteral("Oil A"));
+        QVERIFY(analysis);
+        QCOMPARE(project.manager().refreshCount(), refreshes + 1);
+        QVERIFY(QFileInfo(project.file("Analyses/Oil A/Oil A.tcm")).isFile());
+        QVERIFY(QFileInfo(project.file("Analyses/Oil A/acquisition.xml")).isFile());
+        TDescriptionAcquisition description;
+        QVERIFY(description.load(project.file("Analyses/Oil A/acquisition.xml")));
+
+        const TAcquisitionRun back = stored(analysis);
+        QVERIFY(back == run);
+        QVERIFY(project.db()->isMulticanal(analysis));
+
+        // The same through the module's own readers: spectra, TIC, EIC.
+        std::unique_ptr<VNMCData> data(VNDatabase::getMCData(analysis));
+        QVERIFY(data);
+        QCOMPARE(data->nbScans(), 240);
+        std::unique_ptr<float[]> tic(data->toTic());
+        for (int i = 0; i < 240; ++i)
+            QCOMPARE(tic[size_t(i)], float(run.tic[i]));
+        const VNIon hopanes = VNIon::around(191.0f, 0.3f);
+        std::unique_ptr<VNMCData> eic(data->extractCanal(&hopanes));
+        QVERIFY(eic);
+        const QVector<float> expected = eicOf(run, 190.7f, 191.3f);
+        for (int i = 0; i < 240; ++i)
+            QVERIFY(std::fabs(eic->getCanalAbund(0, i) - expected[i]) <= 1e-3f * std::max(1.0f, expected[i]));
+        data.reset();
+
+        for (int scan : {0, 17, 239}) {
+            QString label;
+            Spectrum* spectrum = nullptr;
+            QCOMPARE(VNDatabase::returnSpectrumExtraction(analysis, scan, scan, label, spectrum),
+                     run.pointsAtScan(scan));
+            std::unique_ptr<Spectrum> owned(spectrum);
+            QCOMPARE(*owned, spectrumOf(run, scan));
+            QCOMPARE(label, QString::number(scan));
+        }
+    }
+
+    // Data made in memory, without spectra: each ion channel becomes a point
+    // of the spectra, each channel a channel, and all read back.
+    void newAnalysisFromChannelsInMemory()
+    {
+        AcquisitionProject project;
+        const int n = 50;
+        QVector<float> times(n), c57(n), c71(n), fid(n);
+        for (int i = 0; i < n; ++i) {
+            times[i] = 5.0f + 0.01f * float(i);
+            c57[i] = float(100 + i);
+            c71[i] = float(3 * i);
+            fid[i] = float(1000 - i);
+        }
+        VNMCData data(n, times.constData());
+        QVERIFY(data.addCanal(c57.constData(), VNIon::around(57.0f)));
+        QVERIFY(data.addCanal(c71.constData(), VNIon::around(71.0f)));
+        QVERIFY(data.addCanal(fid.constData(), VNIon(), QStringLiteral("FID")));
+        QString name = QStringLiteral("Channels");
+        QVERIFY(project.db()->saveNewMCData(&data, name));
+        const VNObject2Analysis* analysis = project.db()->getAnalysis(name);
+        QVERIFY(analysis);
+        const TAcquisitionRun back = stored(analysis);
+        QCOMPARE(back.scanCount(), n);
+        QCOMPARE(back.acquisitionSystem, quint32(TAcquisitionRun::SystemSIM));
+        QCOMPARE(back.channelNames, (QStringList{"m/z 57", "m/z 71", "FID"}));
+        for (int i = 0; i < n; ++i) {
+            QCOMPARE(back.pointsAtScan(i), 2);
+            QCOMPARE(back.massesAtScan(i)[0], 5700u);
+            QCOMPARE(back.abundancesAtScan(i)[1], c71[i]);
+            QCOMPARE(back.tic[i], double(c57[i] + c71[i] + fid[i]));
+            QCOMPARE(back.channels[2][i], double(fid[i]));
+        }
+        std::unique_ptr<VNMCData> read(VNDatabase::getMCData(analysis));
+        const VNIon ion57 = VNIon::around(57.0f, 0.2f);
+        std::unique_ptr<VNMCData> eic(read->extractCanal(&ion57));
+        QVERIFY(eic);
+        for (int i = 0; i < n; ++i)
+            QCOMPARE(eic->getCanalAbund(0, i), c57[i]);
+    }
+
+    // An MS/MS run keeps its transitions: spectrum points are labelled
+    // parent->daughter, other runs by their mass, each point with a colour.
+    void msmsSpectrumLabels()
+    {
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::MSMS, 120);
+        const VNObject2Analysis* analysis = project.add(run, QStringLiteral("MRM"));
+        QVERIFY(analysis);
+        QVERIFY(stored(analysis) == run);
+        QCOMPARE(analysis->acquisitionSystem(), 768u);
+        Plavo::TData* data = nullptr;
+        const int count = VNDatabase::returnSpectrumExtraction(analysis, &data, true, 60, 60);
+        std::unique_ptr<Plavo::TData> owned(data);
+        QCOMPARE(count, run.pointsAtScan(60));
+        QVERIFY(count > 2);
+        QCOMPARE(owned->count(), count);
+        for (int i = 0; i < count; ++i) {
+            const auto& t = run.transitions[i];
+            QCOMPARE(owned->pointLabel(i), QStringLiteral("%1->%2").arg(double(t.first)).arg(double(t.second)));
+            QCOMPARE(owned->x(i), float(run.massesAtScan(60)[i] / 100.0));
+            QVERIFY(owned->pointColor(i).isValid());
+        }
+
+        const VNObject2Analysis* full =
+            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 30), QStringLiteral("Full"));
+        QVERIFY(full);
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(full, &data, true, 3, 3), 60);
+        owned.reset(data);
+        QCOMPARE(owned->pointLabel(0), QString::number(double(owned->x(0)), 'f', 1));
+        // The colour travels as a float, which keeps 24 bits of the RGB value.
+        const float stored = float(Plavo::TColor::colorGet(int(owned->x(5)), 60).rgb());
+        QCOMPARE(owned->pointColor(5).rgb(), QRgb(quint32(std::fmin(double(stored), 4294967295.0))));
+        // Without labels, neither labels nor colours.
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(full, &data, false, 3, 3), 60);
+        owned.reset(data);
+        QVERIFY(owned->labels().isEmpty());
+        QVERIFY(owned->colors().isEmpty());
+    }
+
+    void spectrumRanges()
+    {
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::FullScan, 40);
+        const VNObject2Analysis* analysis = project.add(run, QStringLiteral("Range"));
+        QVERIFY(analysis);
+        QString label = QStringLiteral("old");
+        Spectrum* spectrum = nullptr;
+        // An average over a range is labelled with the two retention times.
+        const int count = VNDatabase::returnSpectrumExtraction(analysis, 10, 19, label, spectrum);
+        std::unique_ptr<Spectrum> owned(spectrum);
+        QVERIFY(count > 0);
+        QCOMPARE(label, QStringLiteral("%1 - %2").arg(run.rtimes[10], 0, 'g', -1).arg(run.rtimes[19], 0, 'g', -1));
+        // A range as long as the file is refused; so are reversed and negative ranges.
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(analysis, 0, 40, label, spectrum), -1);
+        QVERIFY(label.isNull());
+        QVERIFY(!spectrum);
+        // One scan shorter is the whole file, averaged.
+        QVERIFY(VNDatabase::returnSpectrumExtraction(analysis, 0, 39, label, spectrum) > 0);
+        delete spectrum;
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(analysis, 5, 2, label, spectrum), -1);
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(analysis, -1, -1, label, spectrum), -1);
+        // Not an analysis, or no file.
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(nullptr, 0, 0, label, spectrum), -1);
+        VNObject2Analysis loose(QStringLiteral("loose"));
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(&loose, 0, 0, label, spectrum), -1);
+        Plavo::TData* data = reinterpret_cast<Plavo::TData*>(&loose);
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(&loose, &data, true, 0, 0), -1);
+        QVERIFY(!data);
+        // A signal reads its analysis' file.
+        QVERIFY(Sedra::TDatabase::signalTICCreate(project.db(), analysis));
+        const VNObject2Signal* tic = nullptr;
+        for (const VNObject2* object : project.db()->getObjectLst(VNObjectTypeSignal))
+            tic = static_cast<const VNObject2Signal*>(object);
+        QVERIFY(tic);
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(tic, 4, 4, label, spectrum), run.pointsAtScan(4));
+        delete spectrum;
+        QVERIFY(!project.db()->isMulticanal(tic));
+        QVERIFY(!project.db()->isMulticanal(nullptr));
+        QVERIFY(project.db()->isMulticanal(analysis));
+    }
+
+    void importCsvAndAndi_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::newRow("csv") << "export.csv";
+        QTest::newRow("andi") << "export.cdf";
+    }
+
+    // Instrument exports become analyses equal to what the export holds.
+    void importCsvAndAndi()
+    {
+        QFETCH(QString, fileName);
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::FullScan, 150, 11);
+        const QString path = project.scratch(fileName);
+        const bool andi = fileName.endsWith(QLatin1String(".cdf"));
+        QVERIFY(andi ? TAndiMSFile::write(path, run) : TCSVRunFile::write(path, run));
+        QString name = QStringLiteral("Imported");
+        QVERIFY(project.db()->analysisImport(path, name));
+        const VNObject2Analysis* analysis = project.db()->getAnalysis(name);
+        QVERIFY(analysis);
+        compareMeasurements(run, stored(analysis));
+        std::unique_ptr<VNMCData> data(VNDatabase::getMCData(analysis));
+        const VNIon ion = VNIon::around(57.0f);
+        std::unique_ptr<VNMCData> eic(data->extractCanal(&ion));
+        QVERIFY(eic);
+        const QVector<float> expected = eicOf(run, 56.5f, 57.5f);
+        for (int i = 0; i < run.scanCount(); ++i)
+            QVERIFY(std::fabs(eic->getCanalAbund(0, i) - expected[i]) <= 1e-3f * std::max(1.0f, expected[i]));
+    }
+
+    void malformedImportsLeaveNoTrace_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("language");
+        QTest::newRow("csv en") << "bad.csv" << QByteArray("time,spectrum\n1.0,57:10\n0.5,57:12\n") << "en";
+        QTest::newRow("csv fr") << "bad.csv" << QByteArray("time,spectrum\n1.0,57:abc\n") << "fr";
+        QTest::newRow("andi truncated en") << "bad.cdf" << QByteArray("CDF\x01\x00\x00\x00\x10", 8) << "en";
+        QTest::newRow("andi truncated fr") << "bad.cdf" << QByteArray("CDF\x02\x00\x00", 6) << "fr";
+        QTest::newRow("missing file") << "" << QByteArray() << "en";
+    }
+
+    // A refused file is said so, in the user's language, and the project
+    // keeps no half-made analysis.
+    void malformedImportsLeaveNoTrace()
+    {
+        QFETCH(QString, fileName);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, language);
+        TTranslator::install(language);
+        AcquisitionProject project;
+        QVERIFY(project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 20), QStringLiteral("Kept")));
+        const QMap<QString, QString> before = project.snapshot();
+        QString path = project.scratch(fileName.isEmpty() ? QStringLiteral("absent.csv") : fileName);
+        if (!fileName.isEmpty()) {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(content);
+        }
+        TRecordingLogger log;
+        QString name = QStringLiteral("Broken");
+        QVERIFY(!project.db()->analysisImport(path, name));
+        QCOMPARE(project.snapshot(), before);
+        QVERIFY(!project.db()->getAnalysis(name));
+        QCOMPARE(analysesOnDisk(project), QStringList{"Kept"});
+        const QStringList errors = log.messages(MessageLoggerInterface::LevelError);
+        QCOMPARE(errors.size(), 1);
+        const QString expected = language == QLatin1String("fr") ? QStringLiteral("Le fichier <b>")
+                                                                  : QStringLiteral("The file <b>");
+        QVERIFY2(errors.first().startsWith(expected), qPrintable(errors.first()));
+    }
+
+    // New analyses never overwrite: a taken name, an existing folder, a
+    // read-only project or an empty name are refused, the last two silently.
+    void newAnalysisRefusals()
+    {
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::FullScan, 20);
+        QVERIFY(project.add(run, QStringLiteral("Taken")));
+        QVERIFY(QDir().mkpath(project.file("Analyses/Stray")));
+        const QMap<QString, QString> before = project.snapshot();
+        std::unique_ptr<VNMCData> data(VNDatabaseImport::fromRun(AcquisitionProject::run(TSyntheticRun::FullScan, 25)));
+        TRecordingLogger log;
+        for (const QString& taken : {QStringLiteral("Taken"), QStringLiteral("Stray"), QString()}) {
+            QString name = taken;
+            QVERIFY(!project.db()->saveNewMCData(data.get(), name));
+        }
+        QString none = QStringLiteral("Nothing");
+        QVERIFY(!project.db()->saveNewMCData(nullptr, none));
+        // Data without retention times cannot make a file: the folder goes again.
+        VNMCData empty(10, nullptr);
+        QVERIFY(!project.db()->saveNewMCData(&empty, none));
+        QCOMPARE(project.snapshot(), before);
+        QCOMPARE(stored(project.db()->getAnalysis(QStringLiteral("Taken"))).scanCount(), 20);
+
+        project.db()->setReadOnly(true);
+        QString name = QStringLiteral("Fresh");
+        QVERIFY(!project.db()->saveNewMCData(data.get(), name));
+        QCOMPARE(log.count(), 0);
+        QCOMPARE(project.snapshot(), before);
+    }
+
+    void signalCreateTCM()
+    {
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::FullScan, 30);
+        const VNObject2Analysis* analysis = project.add(run, QStringLiteral("Run"));
+        QVERIFY(analysis);
+        std::unique_ptr<VNMCData> data(VNDatabaseImport::fromRun(AcquisitionProject::run(TSyntheticRun::FullScan, 30, 3)));
+        QString signal = QStringLiteral("Smoothed");
+        QVERIFY(project.db()->signalCreateTCM(data.get(), analysis, signal));
+        QCOMPARE(signal, QStringLiteral("Smoothed"));
+        QVERIFY(QFileInfo(project.file("Analyses/Run/Smoothed.tcm")).isFile());
+        QVERIFY(project.db()->signalExists(QStringLiteral("Run"), QStringLiteral("Smoothed")));
+        // A taken name is moved to a free one; the analysis' own file is never a signal's.
+        QString again = QStringLiteral("Smoothed");
+        QVERIFY(project.db()->signalCreateTCM(data.get(), analysis, again));
+        QCOMPARE(again, QStringLiteral("Smoothed 2"));
+        QString own = QStringLiteral("Run");
+        QCOMPARE(project.db()->signalCreateDestFileName(analysis, own), project.file("Analyses/Run/Run 2.tcm"));
+        QCOMPARE(own, QStringLiteral("Run 2"));
+        QCOMPARE(stored(analysis).scanCount(), 30);
+
+        const VNObject2Signal* made = nullptr;
+        for (const VNObject2* object : project.db()->getObjectLst(VNObjectTypeSignal)) {
+            if (object->name() == QLatin1String("Smoothed"))
+                made = static_cast<const VNObject2Signal*>(object);
+        }
+        QVERIFY(made);
+        QVERIFY(project.db()->signalExists(made));
+        QVERIFY(!project.db()->signalExists(static_cast<const VNObject2Signal*>(nullptr)));
+        VNObject2Signal orphan(QStringLiteral("Smoothed"));
+        QVERIFY(!project.db()->signalExists(&orphan));
+        QCOMPARE(project.db()->getSignalByHash(QStringLiteral("Smoothed"),
+                                               Sedra::TSignalMapper::analysisHash(analysis->key())),
+                 made);
+        QVERIFY(!project.db()->getSignalByHash(QStringLiteral("Smoothed"), 1u));
+        QVERIFY(project.db()->signalIonList(made).isEmpty());
+        // A signal given as the analysis writes into its analysis.
+        QString third = QStringLiteral("Third");
+        QVERIFY(project.db()->signalCreateTCM(data.get(), made, third));
+        QVERIFY(project.db()->signalExists(QStringLiteral("Run"), QStringLiteral("Third")));
+    }
+
+    void signalCreateTCMRefusals_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("en") << "en";
+        QTest::newRow("fr") << "fr";
+    }
+
+    // A read-only project refuses to save a signal and changes nothing on
+    // disk; a file that cannot be made is said so.
+    void signalCreateTCMRefusals()
+    {
+        QFETCH(QString, language);
+        TTranslator::install(language);
+        const bool fr = language == QLatin1String("fr");
+        AcquisitionProject project;
+        const VNObject2Analysis* analysis =
+            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 20), QStringLiteral("Run"));
+        QVERIFY(analysis);
+        std::unique_ptr<VNMCData> data(VNDatabaseImport::fromRun(AcquisitionProject::run(TSyntheticRun::FullScan, 20)));
+
+        project.db()->setReadOnly(true);
+        const QMap<QString, QString> before = project.snapshot();
+        TRecordingLogger log;
+        QString name = QStringLiteral("Signal");
+        QVERIFY(!project.db()->signalCreateTCM(data.get(), analysis, name));
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelError),
+                 QStringList{fr ? QStringLiteral("Impossible de sauvegarder un signal dans un projet en <b>lecture seule</b>")
+                                : QStringLiteral("Impossible to save a signal in <b>read only</b> project")});
+        QCOMPARE(project.snapshot(), before);
+        QVERIFY(!project.db()->signalExists(QStringLiteral("Run"), name));
+
+        project.db()->setReadOnly(false);
+        log.clear();
+        const QString cannot = fr ? QStringLiteral("Impossible de créer le fichier de sortie")
+                                  : QStringLiteral("Impossible to create the destination file");
+        // No analysis: no destination.
+        QVERIFY(!project.db()->signalCreateTCM(data.get(), nullptr, name));
+        // No data to write.
+        QVERIFY(!project.db()->signalCreateTCM(nullptr, analysis, name));
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelError), (QStringList{cannot, cannot}));
+        QCOMPARE(project.snapshot(), before);
+    }
+
+    // The noise is estimated from the TIC once and kept; another kind of
+    // record is replaced by the estimate.
+    void analysisNoise()
+    {
+        AcquisitionProject project;
+        const VNObject2Analysis* analysis =
+            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 600), QStringLiteral("Noisy"));
+        QVERIFY(analysis);
+        QVERIFY(!VNDatabase::analysisNoise(nullptr));
+        const TAnalysisNoise* noise = VNDatabase::analysisNoise(analysis);
+        QVERIFY(noise);
+        QVERIFY(noise->valid);
+        QCOMPARE(noise->kind, 51);
+        QVERIFY(noise->level > 0.0);
+        QCOMPARE(noise->pointCount, 600);
+        const double level = noise->level;
+
+        analysis->noise().level = 1.0;
+        QCOMPARE(VNDatabase::analysisNoise(analysis)->level, 1.0);
+        analysis->noise().kind = 7;
+        QCOMPARE(VNDatabase::analysisNoise(analysis)->level, level);
+        QCOMPARE(VNDatabase::analysisNoise(analysis)->kind, 51);
+
+        VNObject2Analysis loose(QStringLiteral("loose"));
+        QVERIFY(!VNDatabase::analysisNoise(&loose)->valid);
+    }
+
+    void modulationAndAnalysisData()
+    {
+        AcquisitionProject project;
+        const VNObject2Analysis* analysis =
+            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 20), QStringLiteral("GCxGC"));
+        QVERIFY(analysis);
+        QVERIFY(project.db()->modulationChanged(analysis, 6.5f));
+        QVERIFY(project.db()->signalExists(QStringLiteral("GCxGC"), QStringLiteral("TIC")));
+        Sedra::TAnalysisData* data = nullptr;
+        QVERIFY(VNDatabase::analysisData(analysis, &data));
+        std::unique_ptr<Sedra::TAnalysisData> owned(data);
+        QCOMPARE(owned->modulation, 6.5);
+        QCOMPARE(owned->scanCount, 20);
+        QVERIFY(owned->descriptionFromFile);
+        VNObject2Analysis loose(QStringLiteral("loose"));
+        QVERIFY(!project.db()->modulationChanged(&loose, 1.0f));
+        QVERIFY(!VNDatabase::analysisData(&loose, &data));
+        QVERIFY(!data);
+    }
+
+    // Columns of numbers written through the import layer.
+    void columnsToAcquisitionFile()
+    {
+        AcquisitionProject project;
+        const int n = 4;
+        double times[n] = {60, 120, 180, 240};
+        double a[n] = {1, 2, 3, 4};
+        double b[n] = {10, 20, 30, 40};
+        double fid[n] = {5, 5, 5, 5};
+        float masses[2] = {191.0f, 217.0f};
+        VNHeader header(QStringLiteral("columns"));
+        header.timeInSeconds = true;
+        header.columnNames = QStringList{"m/z 191", "m/z 217", "FID"};
+        const QString path = project.scratch("columns.tcm");
+        QVERIFY(VNDatabaseImport::CSV2TCM(path, {times, a, b, fid}, n, masses, 2, &header));
+        TCMFile file(path);
+        TAcquisitionRun back;
+        QVERIFY(file.toRun(&back));
+        QCOMPARE(back.rtimes, (QVector<double>{1, 2, 3, 4}));
+        QCOMPARE(back.tic, (QVector<double>{11, 22, 33, 44}));
+        QCOMPARE(back.channelNames, QStringList{"FID"});
+        QCOMPARE(back.pointsAtScan(2), 2);
+        QCOMPARE(back.massesAtScan(2)[1], 21700u);
+        // Times going backwards, a missing column, a non-finite value.
+        double backwards[n] = {4, 3, 2, 1};
+        double nan[n] = {1, std::nan(""), 3, 4};
+        QVERIFY(!VNDatabaseImport::CSV2TCM(project.scratch("x.tcm"), {backwards, a}, n, masses, 1, nullptr));
+        QVERIFY(!VNDatabaseImport::CSV2TCM(project.scratch("x.tcm"), {times, nullptr}, n, masses, 1, nullptr));
+        QVERIFY(!VNDatabaseImport::CSV2TCM(project.scratch("x.tcm"), {times, nan}, n, masses, 1, nullptr));
+        QVERIFY(!VNDatabaseImport::CSV2TCM(project.scratch("x.tcm"), {times, a}, 0, masses, 1, nullptr));
+        QVERIFY(!QFileInfo::exists(project.scratch("x.tcm")));
+    }
+
+    // Without a signal mapper, the look-ups assert and answer nothing.
+    void missingSignalMapper()
+    {
+        VNDatabase db(Sedra::DatabaseProject);
+        db.setMapperFactory(nullptr);
+        TRecordingLogger log;
+        TAssert::clear();
+        QVERIFY(!db.signalExists(QStringLiteral("a"), QStringLiteral("b")));
+        QVERIFY(db.signalIonList(nullptr).isEmpty());
+        QVERIFY(!db.getSignalByHash(QStringLiteral("a"), 0));
+        QCOMPARE(TAssert::count(), 3);
+        QVERIFY(TAssert::contains(QStringLiteral("mapper != 0"), QStringLiteral("vndatabase")));
+    }
+};
+
+QTEST_MAIN(TestAcquisition)
+#include "tst_vndatabaseacquisition.moc"
