@@ -9,6 +9,7 @@
 #include <tcsvrunfile.h>
 #include <tcolor.h>
 #include <tdata.h>
+#include <tdatacore.h>
 #include <tdescriptionacquisition.h>
 #include <trecordinglogger.h>
 #include <tsignalmapper.h>
@@ -19,6 +20,7 @@
 #include <vnion.h>
 
 #include <cmath>
+#include <cstring>
 
 namespace {
 using Spectrum = std::map<unsigned long, unsigned long>;
@@ -351,6 +353,9 @@ private slots:
         project.db()->setReadOnly(true);
         QString name = QStringLiteral("Fresh");
         QVERIFY(!project.db()->saveNewMCData(data.get(), name));
+        const QString export_ = project.scratch(QStringLiteral("fresh.cdf"));
+        QVERIFY(TAndiMSFile::write(export_, AcquisitionProject::run(TSyntheticRun::FullScan, 10)));
+        QVERIFY(!project.db()->analysisImport(export_, name));
         QCOMPARE(log.count(), 0);
         QCOMPARE(project.snapshot(), before);
     }
@@ -484,6 +489,131 @@ private slots:
         VNObject2Analysis loose(QStringLiteral("loose"));
         QVERIFY(!project.db()->modulationChanged(&loose, 1.0f));
         QVERIFY(!VNDatabase::analysisData(&loose, &data));
+        QVERIFY(!data);
+    }
+
+    void damagedAcquisitionFile_data()
+    {
+        QTest::addColumn<QString>("damage");
+        QTest::newRow("truncated") << "truncated";
+        QTest::newRow("empty") << "empty";
+        QTest::newRow("foreign") << "foreign";
+        QTest::newRow("header changed") << "header";
+        QTest::newRow("scan index overwritten") << "index";
+        QTest::newRow("removed") << "removed";
+    }
+
+    // An analysis whose acquisition file is damaged reads as one without a
+    // file: no data, no spectrum, no TIC, an invalid noise record; the file
+    // is never rewritten and the rest of the project goes on working.
+    void damagedAcquisitionFile()
+    {
+        QFETCH(QString, damage);
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::FullScan, 30);
+        const VNObject2Analysis* analysis = project.add(run, QStringLiteral("Damaged"));
+        QVERIFY(analysis);
+        const QString path = project.file("Analyses/Damaged/Damaged.tcm");
+        TCMFileRegistry::forget(path);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QByteArray bytes = file.readAll();
+        if (damage == QLatin1String("truncated")) {
+            bytes.truncate(bytes.size() - 7);
+        } else if (damage == QLatin1String("empty")) {
+            bytes.clear();
+        } else if (damage == QLatin1String("foreign")) {
+            bytes = QByteArray("time,spectrum\n1.0,57:10\n");
+        } else if (damage == QLatin1String("header")) {
+            bytes[24] = char(bytes.at(24) + 1); // the scan count
+        } else if (damage == QLatin1String("index")) {
+            quint64 index = 0;
+            std::memcpy(&index, bytes.constData() + 72, sizeof index);
+            QVERIFY(index > 0 && index + 64 < quint64(bytes.size()));
+            std::memset(bytes.data() + index, 0xff, 64);
+        }
+        QVERIFY(file.resize(0));
+        QCOMPARE(file.write(bytes), qint64(bytes.size()));
+        file.close();
+        if (damage == QLatin1String("removed"))
+            QVERIFY(QFile::remove(path));
+        const QMap<QString, QString> before = project.snapshot();
+
+        std::unique_ptr<VNMCData> data(VNDatabase::getMCData(analysis));
+        QVERIFY(!data);
+        QString label = QStringLiteral("old");
+        Spectrum* spectrum = reinterpret_cast<Spectrum*>(&label);
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(analysis, 2, 2, label, spectrum), -1);
+        QVERIFY(!spectrum);
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(analysis, 2, 9, label, spectrum), -1);
+        Plavo::TData* plot = nullptr;
+        QCOMPARE(VNDatabase::returnSpectrumExtraction(analysis, &plot, true, 2, 2), -1);
+        QVERIFY(!plot);
+        TDataCore* tic = nullptr;
+        QVERIFY(!Sedra::TDatabase::returnTIC(analysis, &tic));
+        QVERIFY(!tic);
+        QVERIFY(!VNDatabase::analysisNoise(analysis)->valid);
+        // The description is still there to say what the analysis was.
+        Sedra::TAnalysisData* described = nullptr;
+        QVERIFY(VNDatabase::analysisData(analysis, &described));
+        std::unique_ptr<Sedra::TAnalysisData> owned(described);
+        // Opening reads the header only: a sound header keeps its scan count
+        // even though the scans themselves are refused when loaded.
+        QCOMPARE(owned->scanCount, damage == QLatin1String("index") ? 30 : -1);
+        QVERIFY(owned->descriptionFromFile);
+        QCOMPARE(project.snapshot(), before);
+
+        // A new signal of it does not touch the damaged file.
+        std::unique_ptr<VNMCData> fresh(VNDatabaseImport::fromRun(run));
+        QString signal = QStringLiteral("Rebuilt");
+        QVERIFY(project.db()->signalCreateTCM(fresh.get(), analysis, signal));
+        QVERIFY(project.db()->signalExists(QStringLiteral("Damaged"), signal));
+        if (damage != QLatin1String("removed")) {
+            QFile again(path);
+            QVERIFY(again.open(QIODevice::ReadOnly));
+            QCOMPARE(again.readAll(), bytes);
+        }
+        QVERIFY(project.add(run, QStringLiteral("Sound")));
+    }
+
+    // Without "acquisition.xml", or with a damaged one, the description comes
+    // from the acquisition file's header; without both there is none.
+    void missingDescription()
+    {
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::MSMS, 25);
+        const VNObject2Analysis* analysis = project.add(run, QStringLiteral("Bare"));
+        QVERIFY(analysis);
+        const QString xml = project.file("Analyses/Bare/acquisition.xml");
+        for (const QByteArray& content : {QByteArray(), QByteArray("<acquisition version=\"1\"><name>"),
+                                          QByteArray("<other/>")}) {
+            QFile::remove(xml);
+            if (!content.isNull()) {
+                QFile file(xml);
+                QVERIFY(file.open(QIODevice::WriteOnly));
+                file.write(content);
+            }
+            TRecordingLogger log;
+            Sedra::TAnalysisData* data = nullptr;
+            QVERIFY(VNDatabase::analysisData(analysis, &data));
+            std::unique_ptr<Sedra::TAnalysisData> owned(data);
+            QVERIFY(!owned->descriptionFromFile);
+            QCOMPARE(owned->scanCount, 25);
+            QCOMPARE(owned->description.scanCount(), 25);
+            QCOMPARE(owned->description.acquisitionSystem(), 768u);
+            QCOMPARE(owned->description.transitions(), run.transitions);
+            // The spectra do not depend on the description.
+            QString label;
+            Spectrum* spectrum = nullptr;
+            QCOMPARE(VNDatabase::returnSpectrumExtraction(analysis, 5, 5, label, spectrum), run.pointsAtScan(5));
+            delete spectrum;
+        }
+        QFile::remove(xml);
+        const QString tcm = project.file("Analyses/Bare/Bare.tcm");
+        TCMFileRegistry::forget(tcm);
+        QVERIFY(QFile::remove(tcm));
+        Sedra::TAnalysisData* data = reinterpret_cast<Sedra::TAnalysisData*>(&project);
+        QVERIFY(!VNDatabase::analysisData(analysis, &data));
         QVERIFY(!data);
     }
 
