@@ -194,14 +194,42 @@ bool TAbstractDatabase::renameObject(TDatabaseObject* record, const QString& nam
     kind.byKey.insert(record->key(), record);
     kind.byName[record->name()].append(record);
     // The records that belong to this one follow it to its new key.
-    const QList<TDatabaseObject*> children = m_children.take(ParentKey(record->type(), oldKey));
+    moveChildren(record->type(), oldKey, record->key());
+    return true;
+}
+
+void TAbstractDatabase::moveChildren(int parentType, const QString& oldKey, const QString& newKey)
+{
+    if (oldKey == newKey)
+        return;
+    const QList<TDatabaseObject*> children = m_children.take(ParentKey(parentType, oldKey));
     for (TDatabaseObject* child : children) {
-        child->setParent(record->type(), key);
+        child->setParent(parentType, newKey);
         child->setModified(true);
+        const QString childOld = child->key();
+        if (childOld != childKey(oldKey, child->name()))
+            continue; // a key of its own: it stays
+        const QString childNew = childKey(newKey, child->name());
+        Kind& kind = m_kinds[child->type()];
+        if (kind.byKey.contains(childNew))
+            continue; // cannot happen for keys made by childKey(); the old key still works
+        kind.byKey.remove(childOld);
+        child->object()->setKey(childNew);
+        kind.byKey.insert(childNew, child);
+        moveChildren(child->type(), childOld, childNew);
     }
     if (!children.isEmpty())
-        m_children[ParentKey(record->type(), key)] += children;
-    return true;
+        m_children[ParentKey(parentType, newKey)] += children;
+}
+
+QString TAbstractDatabase::childKey(const QString& parentKey, const QString& name)
+{
+    QString escaped = parentKey;
+    if (escaped.contains(QLatin1Char('%')) || escaped.contains(QLatin1Char('/'))) {
+        escaped.replace(QLatin1Char('%'), QLatin1String("%25"));
+        escaped.replace(QLatin1Char('/'), QLatin1String("%2F"));
+    }
+    return escaped + QLatin1Char('/') + name;
 }
 
 void TAbstractDatabase::deleteAllObjects()

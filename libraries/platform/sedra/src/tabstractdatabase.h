@@ -44,6 +44,13 @@ public:
     QList<TDatabaseObject*> findByTag(int type, const QString& tag) const;
     TDatabaseObject* findByObject(const VNObject2* object) const;
 
+    /// The key of a record that belongs to the record of key `parentKey`
+    /// (a signal of its analysis, a variable of its dataset): the parent's
+    /// key with '%' and '/' escaped, '/', then `name`. ("a/b", "c") and
+    /// ("a", "b/c") thus never share a key; parent keys without those
+    /// characters appear as they are ("Run/TIC").
+    static QString childKey(const QString& parentKey, const QString& name);
+
 protected:
     /// Indexes and takes ownership; false when the kind already holds the key.
     bool insertObject(TDatabaseObject* record);
@@ -58,6 +65,10 @@ protected:
     void deleteAllObjects();
 
 private:
+    /// Moves the records that belong to (parentType, oldKey) to `newKey`;
+    /// those keyed after their parent take the new key too, and so on down.
+    void moveChildren(int parentType, const QString& oldKey, const QString& newKey);
+
     struct Kind
     {
         QList<TDatabaseObject*> list;

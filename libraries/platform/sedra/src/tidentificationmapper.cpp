@@ -30,7 +30,7 @@ TPropertyObject* TIdentificationMapper::createIdentification(const VNObject2* in
     if (!indexation || compound.isEmpty() || !database() || !isIndexationKind(indexation->type())
         || !database()->record(indexation))
         return nullptr;
-    const QString key = indexation->key() + QLatin1Char('/') + compound;
+    const QString key = THeaderDatabase::childKey(indexation->key(), compound);
     if (exists(key))
         return nullptr;
     auto* object = new TPlainObject(type(), compound);

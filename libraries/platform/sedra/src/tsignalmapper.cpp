@@ -24,7 +24,7 @@ TSignalMapper::~TSignalMapper() = default;
 
 QString TSignalMapper::signalKey(const QString& analysisKey, const QString& signalName)
 {
-    return analysisKey + QLatin1Char('/') + signalName;
+    return THeaderDatabase::childKey(analysisKey, signalName);
 }
 
 unsigned int TSignalMapper::analysisHash(const QString& analysisKey)

@@ -26,7 +26,7 @@ TPropertyObject* TSliceMapper::createSlice(const VNObject2Analysis* analysis, co
 {
     if (!analysis || name.isEmpty() || !database() || !(end > start) || !database()->record(analysis))
         return nullptr;
-    const QString key = analysis->key() + QLatin1Char('/') + name;
+    const QString key = THeaderDatabase::childKey(analysis->key(), name);
     if (exists(key))
         return nullptr;
     auto* object = new TPlainObject(type(), name);

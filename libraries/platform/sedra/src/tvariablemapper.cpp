@@ -33,7 +33,7 @@ TPropertyObject* TVariableMapper::createVariable(const VNObject2Dataset* dataset
 {
     if (name.isEmpty() || !database() || (dataset && !database()->record(dataset)))
         return nullptr;
-    const QString key = dataset ? dataset->key() + QLatin1Char('/') + name : name;
+    const QString key = dataset ? THeaderDatabase::childKey(dataset->key(), name) : name;
     if (exists(key))
         return nullptr;
     auto* variable = new VNObject2Variable(name, reference1, reference2);

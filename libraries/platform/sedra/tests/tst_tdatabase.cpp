@@ -62,6 +62,7 @@ private slots:
     void awkwardNames();
     void lookUpsAfterReload();
     void renamedRecordsTakeTheirChildren();
+    void childKeysStayApart();
     void creationRefusals();
     void aboutToDeleteObjectsComesFirst();
 };
@@ -329,6 +330,74 @@ void TestDatabase::renamedRecordsTakeTheirChildren()
     // Removing the dataset takes its variable along.
     QVERIFY(p.db->removeObject(renamed, true));
     QVERIFY(!p.db->getReference(QStringLiteral("R-STER20S"), QStringLiteral("C-C29")));
+}
+
+void TestDatabase::childKeysStayApart()
+{
+    // Parents whose names hold '/' or '%' next to children whose names hold
+    // '/': every pair (parent, child) is its own record, before and after a
+    // reload, and a renamed parent frees its old name for a new one.
+    const QStringList analysisNames{QStringLiteral("Oil"), QStringLiteral("Oil/m"), QStringLiteral("a/b"),
+                                    QStringLiteral("a%2Fb")};
+    const QStringList signalNames{QStringLiteral("m/z 191"), QStringLiteral("z 191"), QStringLiteral("TIC"),
+                                  QStringLiteral("TIC")};
+    QTemporaryDir dir;
+    {
+        TestProject p(dir.path());
+        auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
+        auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
+        for (int i = 0; i < analysisNames.size(); ++i) {
+            const auto* analysis = asAnalysis(analyses->createAnalysis(analysisNames.at(i)));
+            QVERIFY(analysis);
+            QVERIFY2(signalMapper->createSignal(analysis, signalNames.at(i)), qPrintable(analysisNames.at(i)));
+        }
+        // "Oil" / "m/z 191" and "Oil/m" / "z 191" would both read "Oil/m/z 191".
+        QVERIFY(signalMapper->signalExists(QStringLiteral("Oil"), QStringLiteral("m/z 191")));
+        QVERIFY(!signalMapper->signalExists(QStringLiteral("Oil"), QStringLiteral("z 191")));
+        QCOMPARE(signalMapper->get(QStringLiteral("Oil/TIC")), nullptr);
+
+        auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
+        auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
+        const auto* steranes = static_cast<const VNObject2Dataset*>(
+            datasets->createDataset(QStringLiteral("Steranes"))->object());
+        QVERIFY(variables->createVariable(steranes, QStringLiteral("20S/(20S+20R)"), QStringLiteral("R1"),
+                                          QStringLiteral("C1")));
+        QVERIFY(datasets->rename(steranes, QStringLiteral("C29 steranes")));
+        // The old name is free again, for the dataset and for its variables.
+        const auto* again = static_cast<const VNObject2Dataset*>(
+            datasets->createDataset(QStringLiteral("Steranes"))->object());
+        QVERIFY(again);
+        QVERIFY(variables->createVariable(again, QStringLiteral("20S/(20S+20R)"), QStringLiteral("R2"),
+                                          QStringLiteral("C2")));
+        QVERIFY(p.db->headerDb()->flushDatabase());
+    }
+    TestProject p(dir.path());
+    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
+    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
+    QCOMPARE(signalMapper->count(), analysisNames.size());
+    for (int i = 0; i < analysisNames.size(); ++i) {
+        const VNObject2Signal* signal = signalMapper->getSignal(analysisNames.at(i), signalNames.at(i));
+        QVERIFY2(signal, qPrintable(analysisNames.at(i)));
+        QCOMPARE(signal->name(), signalNames.at(i));
+        const VNObject2Analysis* analysis = analyses->getAnalysis(analysisNames.at(i));
+        QCOMPARE(signalMapper->signalList(analysis).size(), 1);
+        QCOMPARE(signalMapper->signalList(analysis).first(), signal);
+        QCOMPARE(signalMapper->getSignalByHash(signalNames.at(i), TSignalMapper::analysisHash(analysis->key())),
+                 signal);
+    }
+    auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
+    auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
+    const QList<const VNObject2Variable*> moved = variables->variables(datasets->getDataset(QStringLiteral("C29 steranes")));
+    const QList<const VNObject2Variable*> fresh = variables->variables(datasets->getDataset(QStringLiteral("Steranes")));
+    QCOMPARE(moved.size(), 1);
+    QCOMPARE(fresh.size(), 1);
+    QVERIFY(moved.first() != fresh.first());
+    QCOMPARE(p.db->getReference(QStringLiteral("R1"), QStringLiteral("C1")), moved.first());
+    QCOMPARE(p.db->getReference(QStringLiteral("R2"), QStringLiteral("C2")), fresh.first());
+    // Removing the renamed dataset leaves the new one whole.
+    QVERIFY(p.db->removeObject(datasets->getDataset(QStringLiteral("C29 steranes")), true));
+    QCOMPARE(variables->count(), 1);
+    QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeVariable), 1);
 }
 
 void TestDatabase::creationRefusals()
