@@ -137,8 +137,10 @@ bool TAbstractMapper::remove(const VNObject2* object, bool flush, bool withDepen
     TDatabaseObject* found = record(object);
     if (!found || !checkWritable())
         return false;
+    // The base's removal itself, not the virtual: a database that dispatches
+    // its removeObject to the mappers would otherwise call itself for ever.
     if (withDependants)
-        return m_db->removeObject(object, flush);
+        return m_db->TDatabase::removeObject(object, flush);
     QList<TDatabaseObject*> one{found};
     return header()->removeObjects(one, flush);
 }
