@@ -1,6 +1,7 @@
 #include "vndatabasefactory.h"
 
 #include "vndatabase.h"
+#include "vndatabasetovi.h"
 
 #include <messageloggerinterface.h>
 #include <vnmapperfactory.h>
@@ -33,17 +34,8 @@ Sedra::TDatabase* VNDatabaseFactory::createDatabase(Sedra::DatabaseType type)
     const int offset = int(type) - int(Sedra::DatabaseToviDelivered);
     const bool reference = offset >= 0 && offset <= 3 && type != Sedra::DatabaseToviRetired;
     try {
-        if (reference) {
-            // The reference database (VNDatabaseTovi) is made here. Until that
-            // class is part of the module, no other database stands in for it.
-            MessageLoggerInterface::Warning(
-                QCoreApplication::translate("VNDatabaseFactory",
-                                            "Reference databases (type %1) are not available in this module",
-                                            "Les bases de référence (type %1) ne sont pas disponibles dans ce module")
-                    .arg(int(type)),
-                nullptr);
-            return nullptr;
-        }
+        if (reference)
+            return new VNDatabaseTovi(type);
         return new VNDatabase(type);
     } catch (const std::bad_alloc&) {
         return nullptr;

@@ -1,0 +1,193 @@
+#include "vndatabasetovimerged.h"
+
+#include "vndatabasetovimgr.h"
+#include "vntovidatabaseinterface.h"
+
+#include <databasefactoryinterface.h>
+#include <tdatabase.h>
+#include <tfile.h>
+#include <theaderconnector.h>
+#include <theaderdatabase.h>
+#include <theadertoviconnector.h>
+#include <vnobjecttype.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlDatabase>
+
+namespace {
+constexpr int kDelivered = 7;
+constexpr int kUser = 9;
+constexpr int kMerged = 10;
+
+// Kinds in the order their dependants need them: ions and compounds before
+// the joints and ratios that name them, graphs before their overlays.
+constexpr int kImportOrder[] = {VNObjectTypeIon,   VNObjectTypeCompound, VNObjectTypeJoint,
+                                VNObjectTypeRatio, VNObjectTypeGraph,    VNObjectTypeOverlay};
+
+QString mergedSerial()
+{
+    VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+    VNToviDatabaseInterface* delivered = manager->db(kDelivered);
+    VNToviDatabaseInterface* user = manager->db(kUser);
+    return (delivered ? delivered->serialNumber() : QString()) + (user ? user->serialNumber() : QString());
+}
+
+// SQLite keeps pending or half-written work in files beside the database; a
+// leftover of the old merged file must never be applied to the new copy.
+void removeWithSideFiles(const QString& file)
+{
+    QFile::remove(file);
+    for (const char* side : {"-journal", "-wal", "-shm"})
+        QFile::remove(file + QLatin1String(side));
+}
+
+// The copy of the delivered file carries the delivered serial: it is cleared
+// before the copy takes the merged file's place, so that a rebuild cut short
+// never looks current.
+bool clearSerial(const QString& file)
+{
+    bool ok = false;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), file);
+        db.setDatabaseName(file);
+        if (db.open()) {
+            Sedra::THeaderToviConnector connector;
+            ok = connector.writeSerialNumber(QStringLiteral("rebuilding"), &db);
+            db.close();
+        }
+    }
+    QSqlDatabase::removeDatabase(file);
+    return ok;
+}
+} // namespace
+
+VNDatabaseToviMerged::VNDatabaseToviMerged()
+{
+    VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+    if (VNToviDatabaseInterface* delivered = manager->db(kDelivered))
+        delivered->loadDatabase();
+    if (VNToviDatabaseInterface* user = manager->db(kUser))
+        user->loadDatabase();
+}
+
+VNDatabaseToviMerged::~VNDatabaseToviMerged() = default;
+
+bool VNDatabaseToviMerged::synchronize()
+{
+    return synchronizeAll();
+}
+
+bool VNDatabaseToviMerged::isUpToDate()
+{
+    VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+    VNToviDatabaseInterface* delivered = manager->db(kDelivered);
+    if (!delivered || !delivered->graphOverlaySync())
+        return false;
+    VNToviDatabaseInterface* user = manager->db(kUser);
+    if (!user || !user->graphOverlaySync())
+        return false;
+    VNToviDatabaseInterface* merged = manager->db(kMerged);
+    return merged && merged->serialNumber() == mergedSerial();
+}
+
+bool VNDatabaseToviMerged::synchronizeAll()
+{
+    VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+    if (!manager->db(kDelivered) || !manager->db(kUser) || !DatabaseFactoryInterface::returnMe())
+        return false;
+    if (isUpToDate()) {
+        manager->db(kMerged)->loadDatabase();
+        return true;
+    }
+    resetToVIDB();
+    if (VNToviDatabaseInterface* merged = manager->db(kMerged))
+        copyFromTo(manager->db(kUser), merged);
+    saveMerged();
+    return true;
+}
+
+void VNDatabaseToviMerged::resetToVIDB()
+{
+    VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+    VNToviDatabaseInterface* delivered = manager->db(kDelivered);
+    VNToviDatabaseInterface* merged = manager->db(kMerged);
+    if (!delivered || !delivered->getConnector())
+        return;
+    const QString deliveredFile = delivered->getConnector()->getDbFilename();
+    // The merged database is registered before any rebuild; without one, it
+    // is made beside the delivered file.
+    const QString workingPath = merged ? merged->getCurrentWorkingPath() : delivered->getCurrentWorkingPath();
+    const QString mergedFile = merged && merged->getConnector()
+                                   ? merged->getConnector()->getDbFilename()
+                                   : QDir(workingPath).filePath(
+                                         Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseToviMerged));
+    if (deliveredFile.isEmpty() || mergedFile.isEmpty() || QFileInfo(deliveredFile) == QFileInfo(mergedFile))
+        return;
+
+    // Made beside the merged file and put in its place only when complete:
+    // the sources are only ever read.
+    const QString rebuilt = mergedFile + QStringLiteral(".rebuild");
+    removeWithSideFiles(rebuilt);
+    const bool copied = TFile::copyFile(deliveredFile, rebuilt, false, false) && clearSerial(rebuilt);
+
+    manager->closeDb(kMerged);
+    removeWithSideFiles(mergedFile);
+    if (copied)
+        QFile::rename(rebuilt, mergedFile);
+    removeWithSideFiles(rebuilt);
+
+    Sedra::TDatabase* db = DatabaseFactoryInterface::returnMe()->createDatabase(Sedra::DatabaseToviMerged);
+    auto* reference = dynamic_cast<VNToviDatabaseInterface*>(db);
+    if (!reference) {
+        delete db;
+        return;
+    }
+    if (QDir::cleanPath(db->getCurrentWorkingPath()) != QDir::cleanPath(workingPath)) {
+        db->setWorkingPath(workingPath);
+        db->headerDb()->setCurrentProject(db);
+    }
+    reference->loadDatabase();
+    manager->setDb(reference);
+}
+
+void VNDatabaseToviMerged::copyFromTo(VNToviDatabaseInterface* from, VNToviDatabaseInterface* to)
+{
+    if (!from || !to)
+        return;
+    for (int type : kImportOrder)
+        to->importObjectsByType(from, type);
+}
+
+void VNDatabaseToviMerged::saveMerged()
+{
+    VNToviDatabaseInterface* merged = VNDatabaseToviMGR::getInstance()->db(kMerged);
+    if (!merged)
+        return;
+    const QString serial = mergedSerial();
+    if (auto* connector = dynamic_cast<Sedra::THeaderToviConnector*>(merged->getConnector())) {
+        connector->setSerialNumber(serial);
+        connector->writeSerialNumber(serial, nullptr);
+    }
+}
+
+bool VNDatabaseToviMerged::updateMergedAfterGraphSaveORLorUSR()
+{
+    VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+    VNToviDatabaseInterface* delivered = manager->db(kDelivered);
+    VNToviDatabaseInterface* user = manager->db(kUser);
+    if (!delivered || !user)
+        return false;
+    if (isUpToDate())
+        return true;
+    VNToviDatabaseInterface* merged = manager->db(kMerged);
+    if (merged) {
+        merged->importObjectsByType(delivered, VNObjectTypeGraph);
+        merged->importObjectsByType(delivered, VNObjectTypeOverlay);
+        merged->importObjectsByType(user, VNObjectTypeGraph);
+        merged->importObjectsByType(user, VNObjectTypeOverlay);
+    }
+    saveMerged();
+    return true;
+}

@@ -1,0 +1,5 @@
+#include "vntovidatabaseinterface.h"
+
+VNToviDatabaseInterface::~VNToviDatabaseInterface() = default;
+
+void VNToviDatabaseInterface::close() {}

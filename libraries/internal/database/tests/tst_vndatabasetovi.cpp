@@ -1,0 +1,399 @@
+// Reference databases on real files: where they live, how the factory makes
+// them, how the manager owns them, and what survives a close and a reopening.
+#include <databasefactoryinterface.h>
+#include <messageloggerinterface.h>
+#include <tapplicationdata.h>
+#include <theaderconnector.h>
+#include <theaderdatabase.h>
+#include <theadertoviconnector.h>
+#include <trecordinglogger.h>
+#include <ttovialias.h>
+#include <ttovicompound.h>
+#include <ttovieic.h>
+#include <ttovijoint.h>
+#include <ttoviratio.h>
+#include <ttranslator.h>
+#include <vndatabasefactory.h>
+#include <vndatabasetovi.h>
+#include <vndatabasetovimgr.h>
+#include <vnobject2tovicompound.h>
+
+#include <QDir>
+#include <QFile>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+VNDatabaseTovi* makeTovi(int type)
+{
+    VNDatabaseFactory factory;
+    Sedra::TDatabase* db = factory.createDatabase(Sedra::DatabaseType(type));
+    auto* tovi = qobject_cast<VNDatabaseTovi*>(db);
+    if (!tovi)
+        delete db;
+    return tovi;
+}
+
+bool writeFile(const QString& path, const QByteArray& content)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+Sedra::TToviCompound* addCompound(VNDatabaseTovi* db, const QString& id, const QString& name, const QString& keys)
+{
+    Sedra::TToviCompound model;
+    model.setMasterName(name);
+    model.setToviKey(keys);
+    model.setFormula(QStringLiteral("C19H40"));
+    return db->createCompound(&model, id);
+}
+} // namespace
+
+class TestToviLifecycle : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { TTranslator::install(QStringLiteral("en")); }
+    void init()
+    {
+        m_data.reset(new TApplicationData);
+        m_dir.reset(new QTemporaryDir);
+        m_data->setValue(QStringLiteral("TOVIDBDIR"), m_dir->path());
+    }
+    void cleanup()
+    {
+        VNDatabaseToviMGR::clear();
+        m_data.reset();
+        m_dir.reset();
+        qunsetenv("VARNELDIR");
+    }
+
+    void locatedByEitherNamedValue()
+    {
+        // "TOVIDBDIR" is taken as it stands.
+        {
+            TRecordingLogger log;
+            std::unique_ptr<VNDatabaseTovi> db(makeTovi(7));
+            QVERIFY(db);
+            QCOMPARE(db->getCurrentWorkingPath(), QDir::cleanPath(m_dir->path()));
+            QCOMPARE(db->parentDirectory(), QStringLiteral("tovi"));
+            QVERIFY(log.contains(MessageLoggerInterface::LevelDebug,
+                                 QStringLiteral("starting ToDB with path = ") + m_dir->path()));
+            QVERIFY(QFileInfo::exists(db->getConnector()->getDbFilename()));
+        }
+        // Without it, the application root "VARNELDIR" (from the settings or
+        // the environment) and the resource folder below it.
+        m_data->removeValue(QStringLiteral("TOVIDBDIR"));
+        const QString root = m_dir->filePath(QStringLiteral("Varnel root"));
+        QDir().mkpath(root);
+        qputenv("VARNELDIR", root.toUtf8());
+        TRecordingLogger log;
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        QVERIFY(db);
+        QCOMPARE(m_data->getString(QStringLiteral("VARNELDIR")), root);
+        QVERIFY(log.contains(MessageLoggerInterface::LevelDebug,
+                             QStringLiteral("starting ToDB with path = ") + root
+                                 + QStringLiteral("\\Libraries\\Internal\\ToVI\\Ressources")));
+        const QString expected = root + QStringLiteral("/Libraries/Internal/ToVI/Ressources");
+        QCOMPARE(db->getCurrentWorkingPath(), expected);
+        QVERIFY(QFileInfo(expected).isDir());
+        QCOMPARE(QFileInfo(db->getConnector()->getDbFilename()).absolutePath(), expected);
+    }
+
+    void withoutApplicationDataNothingIsOpened()
+    {
+        m_data.reset();
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(10));
+        QVERIFY(db);
+        QVERIFY(db->getCurrentWorkingPath().isEmpty());
+        QVERIFY(!db->getConnector());
+        QVERIFY(db->serialNumber().isNull());
+        QVERIFY(db->readSerialNumber().isNull());
+        QVERIFY(!db->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
+        QVERIFY(db->getAllIons().isEmpty());
+        QCOMPARE(db->folderNameList(), QStringList{QStringLiteral("Graphs")});
+    }
+
+    void factoryMakesThreeDatabasesInOneFolder()
+    {
+        QStringList files;
+        for (int type : {7, 9, 10}) {
+            std::unique_ptr<VNDatabaseTovi> db(makeTovi(type));
+            QVERIFY(db);
+            QCOMPARE(int(db->getDatabaseType()), type);
+            QCOMPARE(int(static_cast<VNToviDatabaseInterface*>(db.get())->getDatabaseType()), type);
+            QVERIFY(dynamic_cast<Sedra::THeaderToviConnector*>(db->getConnector()));
+            files << db->getConnector()->getDbFilename();
+            // A fresh connector belongs to the caller and opens nothing.
+            std::unique_ptr<Sedra::THeaderConnector> fresh(db->getNewConnector());
+            QVERIFY(dynamic_cast<Sedra::THeaderToviConnector*>(fresh.get()));
+            QVERIFY(!fresh->isOpen());
+        }
+        QCOMPARE(files.size(), 3);
+        QCOMPARE(QSet<QString>(files.begin(), files.end()).size(), 3);
+        for (const QString& file : files)
+            QCOMPARE(QFileInfo(file).absolutePath(), QDir::cleanPath(m_dir->path()));
+    }
+
+    void registeredLoadedFlushedClosedAndReopened()
+    {
+        VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+        QVERIFY(VNDatabaseToviMGR::isInstanciated());
+        QCOMPARE(VNDatabaseToviMGR::getInstance(), manager);
+        for (int type : {7, 9, 10}) {
+            VNDatabaseTovi* db = makeTovi(type);
+            QVERIFY(db->loadDatabase());
+            manager->setDb(db);
+            QCOMPARE(manager->db(type), static_cast<VNToviDatabaseInterface*>(db));
+        }
+        auto* user = dynamic_cast<VNDatabaseTovi*>(manager->db(9));
+        QVERIFY(user);
+        const QString awkward = QStringLiteral("17\u03b1(H),21\u03b2(H)-hopane \"C30\"; it's 'x'");
+        Sedra::TToviCompound* compound = addCompound(user, QStringLiteral("USR-1"), awkward, QStringLiteral("H30;C30"));
+        QVERIFY(compound);
+        QVERIFY(user->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
+        QVERIFY(user->createJoint(QStringLiteral("USR-1"), QStringLiteral("m/z 191"), QStringLiteral("hopane 191")));
+        QVERIFY(user->createRatio(QStringLiteral("R-1"), QStringLiteral("Ts/(Ts+Tm)"), QStringLiteral("Ts/(Ts+Tm)"),
+                                  QStringLiteral("Ts/(Ts+Tm)"), 3, QStringLiteral("Maturity"), QStringLiteral("GC-MS"),
+                                  QStringLiteral("Peak height ratio"), QStringLiteral("Hopanes"),
+                                  QStringLiteral("191"), QStringLiteral("Seifert and Moldowan 1978")));
+        const QString longValue(20000, QChar(0x00e9));
+        QVERIFY(user->aliasCreate(compound->compound(), QStringLiteral("CAS"), QStringLiteral("Vendor; \"B\""),
+                                  longValue));
+        QVERIFY(user->getConnector()->setSerialNumber(QStringLiteral("USR-42")));
+        QVERIFY(user->flush());
+
+        manager->closeDb(9);
+        QVERIFY(!manager->db(9));
+        VNDatabaseTovi* reopened = makeTovi(9);
+        QVERIFY(reopened->loadDatabase());
+        manager->setDb(reopened);
+        QCOMPARE(reopened->serialNumber(), QStringLiteral("USR-42"));
+        QCOMPARE(reopened->readSerialNumber(), QStringLiteral("USR-42"));
+        const VNObject2* found = reopened->getCompound(QStringLiteral("USR-1"));
+        QVERIFY(found);
+        QCOMPARE(found->name(), awkward);
+        QCOMPARE(reopened->getCompoundByToViKey({QStringLiteral("H30"), QStringLiteral("C30")})->object(), found);
+        QCOMPARE(reopened->getAllIons().size(), 1);
+        QCOMPARE(reopened->getAllJoints().size(), 1);
+        QCOMPARE(reopened->getAllRatios().size(), 1);
+        QCOMPARE(reopened->getRatio(QStringLiteral("R-1"))->name(), QStringLiteral("Ts/(Ts+Tm)"));
+        Sedra::TToviAlias* alias = reopened->getAlias(dynamic_cast<const VNObject2Tovi*>(found), QStringLiteral("CAS"),
+                                                      QStringLiteral("Vendor; \"B\""));
+        QVERIFY(alias);
+        QCOMPARE(alias->getValue(), longValue);
+        // The other databases of the folder saw none of it.
+        QVERIFY(dynamic_cast<VNDatabaseTovi*>(manager->db(7))->getAllCompounds().isEmpty());
+        QVERIFY(dynamic_cast<VNDatabaseTovi*>(manager->db(10))->getAllCompounds().isEmpty());
+
+        // close() forgets the memory only; loading brings everything back.
+        reopened->close();
+        QVERIFY(reopened->getAllCompounds().isEmpty());
+        QVERIFY(reopened->loadDatabase());
+        QCOMPARE(reopened->getAllCompounds().size(), 1);
+        // So does binding a project: the database is emptied and read again.
+        QVERIFY(!reopened->setProject(nullptr));
+        QVERIFY(reopened->getAllCompounds().isEmpty());
+        QVERIFY(reopened->loadDatabase());
+        QCOMPARE(reopened->getAllCompounds().size(), 1);
+
+        VNDatabaseToviMGR::clear();
+        QVERIFY(!VNDatabaseToviMGR::isInstanciated());
+    }
+
+    void managerOwnsWhatItKeeps()
+    {
+        VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+        QVERIFY(!manager->db(9));
+        manager->closeDb(9); // nothing registered: nothing happens
+        manager->setDb(nullptr);
+        QPointer<VNDatabaseTovi> first(makeTovi(9));
+        QPointer<VNDatabaseTovi> second(makeTovi(9));
+        manager->setDb(first);
+        manager->setDb(second);
+        QCOMPARE(manager->db(9), static_cast<VNToviDatabaseInterface*>(first.data()));
+        QVERIFY(second); // refused, not deleted: still the caller's
+        delete second.data();
+        QPointer<VNDatabaseTovi> merged(makeTovi(10));
+        manager->setDb(merged);
+        manager->closeDb(9);
+        QVERIFY(!first);
+        QVERIFY(!manager->db(9));
+        QVERIFY(merged);
+        VNDatabaseToviMGR::clear();
+        QVERIFY(!merged);
+        QVERIFY(!VNDatabaseToviMGR::isInstanciated());
+        VNDatabaseToviMGR::clear(); // twice is harmless
+    }
+
+    void serialNumberIsReadWithoutTheOpenDatabase()
+    {
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(7));
+        QVERIFY(db->getConnector()->setSerialNumber(QStringLiteral("ORL-2026.1")));
+        QCOMPARE(db->readSerialNumber(), QStringLiteral("ORL-2026.1"));
+        // The independent connection is gone afterwards.
+        QVERIFY(!QSqlDatabase::contains(db->getConnector()->getDbFilename()));
+        QVERIFY(QFile::remove(db->getConnector()->getDbFilename()));
+        const QString missing = db->readSerialNumber();
+        QVERIFY(!missing.isNull());
+        QVERIFY(missing.isEmpty());
+    }
+
+    void damagedFileIsRefusedWithAMessage()
+    {
+        const QString file = m_dir->filePath(Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseToviUser));
+        QVERIFY(writeFile(file, QByteArray("this is not a database at all").repeated(100)));
+        const QByteArray before = [&] { QFile f(file); f.open(QIODevice::ReadOnly); return f.readAll(); }();
+        TRecordingLogger log;
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        QVERIFY(db);
+        bool named = false;
+        for (const QString& message : log.messages(MessageLoggerInterface::LevelWarning))
+            named = named || message.contains(QFileInfo(file).fileName());
+        QVERIFY(named);
+        QVERIFY(!db->createEIC(QStringLiteral("m/z 57"), QStringLiteral("57")));
+        QVERIFY(!addCompound(db.get(), QStringLiteral("C1"), QStringLiteral("pristane"), QStringLiteral("Pr")));
+        QVERIFY(db->getAllCompounds().isEmpty());
+        QVERIFY(db->readSerialNumber().isEmpty());
+        db.reset();
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), before); // the damaged file is left as it was
+    }
+
+    void removeAllObjectsEmptiesTheFile()
+    {
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        Sedra::TToviCompound* compound = addCompound(db.get(), QStringLiteral("C1"), QStringLiteral("phytane"),
+                                                     QStringLiteral("Ph"));
+        QVERIFY(compound);
+        QVERIFY(db->createEIC(QStringLiteral("m/z 183"), QStringLiteral("183")));
+        QVERIFY(db->createJoint(QStringLiteral("C1"), QStringLiteral("m/z 183"), QString()));
+        QVERIFY(db->aliasCreate(compound->compound(), QStringLiteral("CAS"), QStringLiteral("V"),
+                                QStringLiteral("638-36-8")));
+        QVERIFY(db->removeAllObjects());
+        QVERIFY(db->getAllCompounds().isEmpty());
+        QVERIFY(db->getAllAlias().isEmpty());
+        db.reset(makeTovi(9));
+        QVERIFY(db->loadDatabase());
+        QVERIFY(db->getAllCompounds().isEmpty());
+        QVERIFY(db->getAllIons().isEmpty());
+        QVERIFY(db->getAllJoints().isEmpty());
+        QVERIFY(db->getAllAlias().isEmpty());
+    }
+
+    void pathsOfObjectsAndTemp()
+    {
+        std::unique_ptr<VNDatabaseTovi> user(makeTovi(9));
+        QCOMPARE(user->getCurrentTempPath(), user->getCurrentWorkingPath() + QDir::separator() + "Temp");
+        QVERIFY(!QFileInfo::exists(user->getCurrentTempPath()));
+
+        QTemporaryDir other;
+        m_data->setValue(QStringLiteral("TOVIDBDIR"), other.path());
+        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(10));
+        Sedra::TToviCompound* compound = addCompound(user.get(), QStringLiteral("C1"), QStringLiteral("pristane"),
+                                                     QStringLiteral("Pr"));
+        QVERIFY(compound);
+        const VNObject2* obj = compound->object();
+        const QString userPath = QDir::cleanPath(m_dir->path());
+        const QString otherPath = QDir::cleanPath(other.path());
+        // Asked through the other database: the file under that database, the
+        // folder under the object's own one.
+        QVERIFY(merged->objectFilePath(obj, true).startsWith(otherPath));
+        QVERIFY(merged->objectFolderPath(obj, true).startsWith(userPath));
+        QVERIFY(merged->objectFilePath(obj, false).startsWith(userPath));
+        QVERIFY(VNDatabaseTovi::objectFilePath(obj).startsWith(userPath));
+        QVERIFY(VNDatabaseTovi::objectFolderPath(obj).startsWith(userPath));
+        QVERIFY(VNDatabaseTovi::objectFilePath(nullptr).isEmpty());
+        QVERIFY(merged->objectFolderPath(nullptr, true).isEmpty());
+    }
+
+    void scanningFolders()
+    {
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        // Reference kinds have no folder of their own.
+        QVERIFY(db->scanDir(VNObjectTypeCompound, true).isEmpty());
+
+        const QString folder = m_dir->filePath(QStringLiteral("scan/deep"));
+        for (const QString& language : {QStringLiteral("en"), QStringLiteral("fr")}) {
+            TTranslator::install(language);
+            const QString path = folder + language;
+            TRecordingLogger log;
+            QVERIFY(db->scanDir(path, true).isEmpty());
+            QVERIFY(QFileInfo(path).isDir());
+            const QString expected = language == QLatin1String("en")
+                                         ? QStringLiteral("Project structure is obsolete - Adding directory <b>%1</b>")
+                                         : QStringLiteral("La structure du projet est obsolète - Ajout du dossier <b>%1</b>");
+            QVERIFY(log.contains(MessageLoggerInterface::LevelInformation, expected.arg(path)));
+        }
+        TTranslator::install(QStringLiteral("en"));
+
+        const QString path = m_dir->filePath(QStringLiteral("graphs"));
+        QVERIFY(writeFile(path + "/sterane.xml", "<g/>"));
+        QVERIFY(writeFile(path + "/hopane.XML", "<g/>"));
+        QVERIFY(writeFile(path + "/empty.xml", ""));
+        QVERIFY(writeFile(path + "/.hidden", "x"));
+        QVERIFY(writeFile(path + "/sub.d/inside.xml", "<g/>"));
+        QStringList names = db->scanDir(path, true);
+        names.sort();
+        // Folders count when they report a size, as they do here.
+        QCOMPARE(names, (QStringList{"hopane.XML", "sterane.xml", "sub.d"}));
+        names = db->scanDir(path, false);
+        names.sort();
+        QCOMPARE(names, (QStringList{"hopane", "sterane", "sub"}));
+
+        names = db->scanDir(path, false, QStringLiteral("xml"), false);
+        QCOMPARE(names, QStringList{"sterane"}); // suffixes compare case-sensitively
+        names = db->scanDir(path, true, QString(), true);
+        names.sort();
+        QCOMPARE(names, (QStringList{"hopane.XML", "sterane.xml", "sub.d"}));
+        // A missing folder is made silently.
+        TRecordingLogger log;
+        QVERIFY(db->scanDir(path + "/new", true, QString(), true).isEmpty());
+        QVERIFY(QFileInfo(path + "/new").isDir());
+        QCOMPARE(log.count(), 0);
+    }
+
+    void copyingFolders()
+    {
+        const QString source = m_dir->filePath(QStringLiteral("source"));
+        const QString target = m_dir->filePath(QStringLiteral("target"));
+        QVERIFY(!VNDatabaseTovi::copyDirectory(m_dir->filePath("missing"), target, true, {}, true));
+        QVERIFY(!QFileInfo::exists(target));
+
+        QVERIFY(writeFile(source + "/a.xml", "a"));
+        QVERIFY(writeFile(source + "/b.txt", "b"));
+        QVERIFY(writeFile(source + "/empty.xml", ""));
+        QVERIFY(writeFile(source + "/README", "r"));
+        QVERIFY(writeFile(source + "/sub/c.xml", "c"));
+        QVERIFY(VNDatabaseTovi::copyDirectory(source + "/", target + "/", false, {QStringLiteral("xml")}, false));
+        QVERIFY(QFileInfo::exists(target + "/a.xml"));
+        QVERIFY(!QFileInfo::exists(target + "/b.txt"));
+        QVERIFY(!QFileInfo::exists(target + "/empty.xml")); // empty, even with the right suffix
+        QVERIFY(!QFileInfo::exists(target + "/sub"));
+
+        // An existing target is left alone unless overwriting is asked for.
+        QVERIFY(writeFile(source + "/a.xml", "changed"));
+        QVERIFY(!VNDatabaseTovi::copyDirectory(source, target, false, {}, true));
+        QVERIFY(!QFileInfo::exists(target + "/b.txt"));
+        QVERIFY(VNDatabaseTovi::copyDirectory(source, target, true, {}, true));
+        QFile a(target + "/a.xml");
+        QVERIFY(a.open(QIODevice::ReadOnly));
+        QCOMPARE(a.readAll(), QByteArray("changed"));
+        QVERIFY(QFileInfo::exists(target + "/b.txt"));
+        QVERIFY(QFileInfo::exists(target + "/README"));
+        QVERIFY(QFileInfo::exists(target + "/sub/c.xml"));
+    }
+
+private:
+    std::unique_ptr<TApplicationData> m_data;
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+QTEST_GUILESS_MAIN(TestToviLifecycle)
+#include "tst_vndatabasetovi.moc"
