@@ -10,3 +10,6 @@ foreach(t tst_database_models_graph)
     target_include_directories(${t} PRIVATE ${PROJECT_SOURCE_DIR}/libraries/platform/objectmodel/tests)
   endif()
 endforeach()
+# The models over real reference databases.
+vn_add_test(NAME database.models.reference SOURCES tst_vndatamodelreference.cpp tst_models_sample.h
+  LIBS VN::Database VN::Plavo)

@@ -1,14 +1,24 @@
 #include "vndatamodelgraph.h"
 
+#include "vndatabasetovimgr.h"
+#include "vntovidatabaseinterface.h"
+
+#include <databasetype.h>
 #include <ttoviratio.h>
+#include <vnobject2toviratio.h>
 
 namespace {
-// The name of the ratio `key` as shown in a graph's axis table.
+// The master name of the ratio `key` in the merged reference database, which
+// holds every ratio a graph may plot; invalid when no ratio has that key.
 QVariant ratioName(const QString& key)
 {
     if (key.isEmpty())
         return QVariant();
-    return key;
+    VNToviDatabaseInterface* merged = VNDatabaseToviMGR::getInstance()->db(Sedra::DatabaseToviMerged);
+    const auto* ratio = merged ? dynamic_cast<const VNObject2ToviRatio*>(merged->getRatio(key)) : nullptr;
+    if (!ratio)
+        return QVariant();
+    return ratio->name();
 }
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "vndatamodeloverlay.h"
 
+#include "vntovidatabaseinterface.h"
+
 #include <txmlmethod.h>
 #include <vnobject2tovioverlay.h>
 
@@ -158,9 +160,12 @@ bool VNDataModelOverlay::decode(const QDomElement& element)
 
 bool VNDataModelOverlay::decode(const VNObject2* object)
 {
-    if (!object || !object->db())
+    if (!object)
         return false;
-    const auto* record = dynamic_cast<const Sedra::TToviOverlay*>(object->db()->record(object));
+    auto* database = dynamic_cast<VNToviDatabaseInterface*>(object->db());
+    if (!database)
+        return false;
+    const Sedra::TToviOverlay* record = database->getOverlay(object);
     const auto* overlay = dynamic_cast<const VNObject2ToviOverlay*>(object);
     if (!record || !overlay)
         return false;

@@ -1,6 +1,11 @@
 #include "vngraphdata.h"
 
+#include "vntovidatabaseinterface.h"
+
+#include <tdatabase.h>
+#include <ttovigraph.h>
 #include <txmlmethod.h>
+#include <vnobject2.h>
 
 #include <QDomNodeList>
 
@@ -110,5 +115,27 @@ bool VNGraphData::decode(const QDomElement& element)
     m_expectedAnalysisType = TXMLMethod::getInfoString(informations, kExpectedAnalysisType);
     m_literatureReference = TXMLMethod::getInfoString(informations, kLiteratureReference);
     m_comments = TXMLMethod::getInfoString(informations, kComments);
+    return true;
+}
+
+bool VNGraphData::decode(const VNObject2* object)
+{
+    if (!object)
+        return false;
+    auto* database = dynamic_cast<VNToviDatabaseInterface*>(object->db());
+    if (!database)
+        return false;
+    const Sedra::TToviGraph* graph = database->getGraph(object);
+    if (!graph)
+        return false;
+    setToVIName(graph->getToVIName());
+    m_studyType = graph->getStudyType();
+    m_familyName = graph->getFamilyName();
+    m_processType = graph->getProcessType();
+    m_expectedUnit = graph->getExpectedUnit();
+    m_expectedAnalysisType = graph->getExpectedAnalysisType();
+    m_literatureReference = graph->getLiteratureReference();
+    m_comments = graph->getComments();
+    setIsORL(graph->getIsORL());
     return true;
 }

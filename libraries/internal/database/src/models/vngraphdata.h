@@ -11,6 +11,8 @@
 #include <QString>
 #include <QStringList>
 
+class VNObject2;
+
 /// The descriptive record of a reference graph: its kind of view, name, study,
 /// family, process, expected unit and analysis type, literature reference and
 /// comments. It writes itself as the "informations" element of the graph's
@@ -43,6 +45,11 @@ public:
     /// an "ionList" element. On false nothing has changed. The ORL flag is
     /// never read.
     virtual bool decode(const QDomElement& element);
+    /// Reads the description from the graph record of a reference-database
+    /// object: name, the texts and the ORL flag; the view type is left as it
+    /// was. False, with nothing changed, for a null object, an object of
+    /// another database, or one without a graph record.
+    virtual bool decode(const VNObject2* object);
 
     const QString& getStudyType() const { return m_studyType; }
     const QString& getFamilyName() const { return m_familyName; }
