@@ -80,39 +80,41 @@ bool ProjectDatabase::open(const QString& folder, bool readOnly, QString* error)
         return false;
     }
 
-    // The libraries say why a header cannot be bound; that is the reason given.
+    // The database is made by the factory and bound to its folder in two
+    // steps, so that the project manager knows it before its header is read:
+    // its first synchronisation is then the one asked for, with the refusals
+    // of a project in use. Read-only is set before the header is bound, so
+    // the file is opened read-only and never created.
     TRecordingLogger recorder;
     VNDatabaseFactory factory;
-    VNDatabase* database = nullptr;
-    if (readOnly) {
-        // Read-only before the header is bound: the file is opened read-only
-        // and never created, and no serial number is written.
-        database = qobject_cast<VNDatabase*>(factory.createDatabase(Sedra::DatabaseProjectFolder));
-        if (database) {
-            database->setReadOnly(true);
-            database->setWorkingPath(m_folder);
-            if (database->headerDb()->setCurrentProject(database))
-                database->headerDb()->start();
-        }
-    } else {
-        database = qobject_cast<VNDatabase*>(factory.getDatabaseFromPath(m_folder));
+    m_database.reset(qobject_cast<VNDatabase*>(factory.createDatabase(Sedra::DatabaseProjectFolder)));
+    if (!m_database) {
+        *error = tr("the project database of '%1' cannot be made", "la base de données du projet '%1' ne peut pas être créée")
+                     .arg(m_folder);
+        return false;
     }
-    m_database.reset(database);
-    if (!m_database || !m_database->headerDb()->isOpen()) {
+    if (readOnly)
+        m_database->setReadOnly(true);
+    else if (!QFileInfo::exists(header))
+        m_database->headerDb()->setSerialNumber(QStringLiteral("1"));
+    m_database->setWorkingPath(m_folder);
+    m_project = std::make_unique<VNObject2Project>(info.fileName());
+    m_manager = std::make_unique<TProjectMgr>(true);
+    m_launcher = std::make_unique<TModuleLauncher>(true);
+    m_manager->setCurrentDatabase(m_database.get(), false);
+    if (m_database->headerDb()->setCurrentProject(m_database.get()))
+        m_database->headerDb()->start();
+    if (!m_database->headerDb()->isOpen()) {
         const QString why = lastWarning(recorder);
         *error = tr("the project database of '%1' cannot be opened", "la base de données du projet '%1' ne peut pas être ouverte")
                      .arg(m_folder);
         if (!why.isEmpty())
             *error += QStringLiteral(": ") + why;
+        m_manager->setCurrentDatabase(nullptr);
         m_database.reset();
         return false;
     }
-
-    m_project = std::make_unique<VNObject2Project>(info.fileName());
-    m_manager = std::make_unique<TProjectMgr>(true);
-    m_launcher = std::make_unique<TModuleLauncher>(true);
     m_database->setProject(m_project.get());
-    m_manager->setCurrentDatabase(m_database.get(), false);
     return true;
 }
 
