@@ -15,6 +15,15 @@ namespace {
 QAtomicInt s_connectionCounter;
 const int SchemaVersion = 1;
 
+// Runs a prepared statement with the given values bound in order.
+bool bindAndRun(QSqlQuery& query, const char* first, const char* second = nullptr)
+{
+    query.addBindValue(QString::fromLatin1(first));
+    if (second)
+        query.addBindValue(QString::fromLatin1(second));
+    return query.exec();
+}
+
 QString damaged(const QString& detail)
 {
     return QCoreApplication::translate("SedraTr", "the file is not an SQLite database or is damaged (%1)",
@@ -114,14 +123,14 @@ bool THeaderConnector::checkSchema(QString* error) const
     // Reading the table list is the first access to the file: it is where
     // SQLite finds out that the file is not a database at all.
     QSqlQuery query(database());
-    if (!query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"))) {
+    if (!query.prepare(QStringLiteral("SELECT name FROM sqlite_master WHERE type = ?")) || !bindAndRun(query, "table")) {
         *error = damaged(query.lastError().text());
         return false;
     }
     QSet<QString> tables;
     // A file with a valid first page can still be damaged further in.
     QSqlQuery check(database());
-    if (!check.exec(QStringLiteral("PRAGMA quick_check")) || !check.next()
+    if (!check.prepare(QStringLiteral("PRAGMA quick_check")) || !check.exec() || !check.next()
         || check.value(0).toString() != QLatin1String("ok")) {
         *error = damaged(check.lastError().isValid() ? check.lastError().text() : check.value(0).toString());
         return false;
@@ -165,7 +174,8 @@ bool THeaderConnector::createSchema(QString* error)
     };
     QSqlDatabase db = database();
     QSqlQuery existing(db);
-    existing.exec(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'objects'"));
+    if (existing.prepare(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = ? AND name = ?")))
+        bindAndRun(existing, "table", "objects");
     if (existing.next() && existing.value(0).toInt() > 0)
         return true; // nothing to write: an existing header is left byte for byte as it is
     if (!db.transaction()) {
@@ -174,7 +184,7 @@ bool THeaderConnector::createSchema(QString* error)
     }
     for (const char* sql : statements) {
         QSqlQuery query(db);
-        if (!query.exec(QString::fromLatin1(sql))) {
+        if (!query.prepare(QString::fromLatin1(sql)) || !query.exec()) {
             *error = query.lastError().text();
             db.rollback();
             return false;

@@ -168,68 +168,104 @@ bool THeaderDatabase::addObject(TDatabaseObject* record, bool write)
     return false;
 }
 
-bool THeaderDatabase::writeRecord(TDatabaseObject* record, QList<TDatabaseObject*>* inserted)
+// The statements that write records, prepared once for a whole flush.
+struct THeaderDatabase::Statements
 {
-    QSqlDatabase db = m_connector->database();
+    explicit Statements(const QSqlDatabase& db)
+        : insert(db)
+        , update(db)
+        , reinsert(db)
+        , clearProperties(db)
+        , insertProperty(db)
+    {
+        ok = insert.prepare(QStringLiteral("INSERT INTO objects (type, key, name, parent_type, parent, path) "
+                                           "VALUES (?, ?, ?, ?, ?, ?)"))
+            && update.prepare(QStringLiteral("UPDATE objects SET type = ?, key = ?, name = ?, parent_type = ?, "
+                                             "parent = ?, path = ? WHERE id = ?"))
+            && reinsert.prepare(QStringLiteral("INSERT INTO objects (id, type, key, name, parent_type, parent, path) "
+                                               "VALUES (?, ?, ?, ?, ?, ?, ?)"))
+            && clearProperties.prepare(QStringLiteral("DELETE FROM properties WHERE object = ?"))
+            && insertProperty.prepare(
+                QStringLiteral("INSERT INTO properties (object, name, value, position) VALUES (?, ?, ?, ?)"));
+    }
+
+    QString error() const
+    {
+        for (const QSqlQuery* query : {&insert, &update, &reinsert, &clearProperties, &insertProperty}) {
+            if (query->lastError().isValid())
+                return query->lastError().text();
+        }
+        return QStringLiteral("the statements could not be prepared");
+    }
+
+    QSqlQuery insert;
+    QSqlQuery update;
+    QSqlQuery reinsert;
+    QSqlQuery clearProperties;
+    QSqlQuery insertProperty;
+    bool ok = false;
+};
+
+static QString orEmpty(const QString& text)
+{
+    return text.isNull() ? QString(QLatin1String("")) : text;
+}
+
+bool THeaderDatabase::writeRecord(TDatabaseObject* record, QList<TDatabaseObject*>* inserted, Statements& statements)
+{
+    if (!statements.ok) {
+        fail(statements.error());
+        return false;
+    }
     const auto* file = dynamic_cast<const TFileObject*>(record);
     const QString path = file ? file->relativePath() : QString(QLatin1String(""));
-    QSqlQuery query(db);
-    if (record->id() >= 0) {
-        query.prepare(QStringLiteral("UPDATE objects SET type = ?, key = ?, name = ?, parent_type = ?, parent = ?, "
-                                     "path = ? WHERE id = ?"));
-    } else {
-        query.prepare(QStringLiteral("INSERT INTO objects (type, key, name, parent_type, parent, path) "
-                                     "VALUES (?, ?, ?, ?, ?, ?)"));
-    }
+    const bool isNew = record->id() < 0;
+    QSqlQuery& query = isNew ? statements.insert : statements.update;
     query.addBindValue(record->type());
     query.addBindValue(record->key());
     query.addBindValue(record->name());
     query.addBindValue(record->parentType());
-    query.addBindValue(record->parentKey().isNull() ? QString(QLatin1String("")) : record->parentKey());
+    query.addBindValue(orEmpty(record->parentKey()));
     query.addBindValue(path);
-    if (record->id() >= 0)
+    if (!isNew)
         query.addBindValue(record->id());
     if (!query.exec()) {
         fail(query.lastError().text());
         return false;
     }
-    if (record->id() < 0) {
+    if (isNew) {
         record->setId(query.lastInsertId().toLongLong());
         inserted->append(record);
     } else if (query.numRowsAffected() == 0) {
         // The row went away behind our back (another program): write it anew.
-        QSqlQuery again(db);
-        again.prepare(QStringLiteral("INSERT INTO objects (id, type, key, name, parent_type, parent, path) "
-                                     "VALUES (?, ?, ?, ?, ?, ?, ?)"));
+        QSqlQuery& again = statements.reinsert;
         again.addBindValue(record->id());
         again.addBindValue(record->type());
         again.addBindValue(record->key());
         again.addBindValue(record->name());
         again.addBindValue(record->parentType());
-        again.addBindValue(record->parentKey().isNull() ? QString(QLatin1String("")) : record->parentKey());
+        again.addBindValue(orEmpty(record->parentKey()));
         again.addBindValue(path);
         if (!again.exec()) {
             fail(again.lastError().text());
             return false;
         }
     }
-    const auto* withProperties = dynamic_cast<const TPropertyObject*>(record);
-    QSqlQuery clear(db);
-    clear.prepare(QStringLiteral("DELETE FROM properties WHERE object = ?"));
+    QSqlQuery& clear = statements.clearProperties;
     clear.addBindValue(record->id());
     if (!clear.exec()) {
         fail(clear.lastError().text());
         return false;
     }
+    const auto* withProperties = dynamic_cast<const TPropertyObject*>(record);
     if (!withProperties)
         return true;
-    QSqlQuery insert(db);
-    insert.prepare(QStringLiteral("INSERT INTO properties (object, name, value, position) VALUES (?, ?, ?, ?)"));
+    QSqlQuery& insert = statements.insertProperty;
     int position = 0;
     for (const TProperty& property : withProperties->properties()) {
         insert.addBindValue(record->id());
         insert.addBindValue(property.name());
-        insert.addBindValue(property.value().isNull() ? QString(QLatin1String("")) : property.value());
+        insert.addBindValue(orEmpty(property.value()));
         insert.addBindValue(position++);
         if (!insert.exec()) {
             fail(insert.lastError().text());
@@ -276,7 +312,8 @@ bool THeaderDatabase::saveObjectToFile(TDatabaseObject* record, bool flush)
         return refuseWrite();
     TDbTransaction transaction(m_connector->database());
     QList<TDatabaseObject*> inserted;
-    if (transaction.isActive() && writeRecord(record, &inserted) && transaction.commit()) {
+    Statements statements(m_connector->database());
+    if (transaction.isActive() && writeRecord(record, &inserted, statements) && transaction.commit()) {
         record->setModified(false);
         return true;
     }
@@ -317,11 +354,12 @@ bool THeaderDatabase::flushDatabase()
     QList<TDatabaseObject*> inserted;
     QList<TDatabaseObject*> written;
     bool ok = deleteRows(m_pendingRemovals);
+    Statements statements(m_connector->database());
     const QList<TDatabaseObject*> all = getObjectsList();
     for (int i = 0; ok && i < all.size(); ++i) {
         if (!all.at(i)->isModified())
             continue;
-        ok = writeRecord(all.at(i), &inserted);
+        ok = writeRecord(all.at(i), &inserted, statements);
         written.append(all.at(i));
     }
     if (ok && transaction.commit()) {
@@ -402,8 +440,9 @@ QList<THeaderRow> THeaderDatabase::readRows() const
         return rows;
     QSqlDatabase db = m_connector->database();
     QSqlQuery objects(db);
-    if (!objects.exec(QStringLiteral("SELECT id, type, key, name, parent_type, parent, path FROM objects "
-                                     "ORDER BY type, id")))
+    if (!objects.prepare(QStringLiteral("SELECT id, type, key, name, parent_type, parent, path FROM objects "
+                                        "ORDER BY type, id"))
+        || !objects.exec())
         return rows;
     QHash<qint64, int> byId;
     while (objects.next()) {
@@ -419,7 +458,8 @@ QList<THeaderRow> THeaderDatabase::readRows() const
         rows.append(row);
     }
     QSqlQuery properties(db);
-    if (properties.exec(QStringLiteral("SELECT object, name, value FROM properties ORDER BY object, position"))) {
+    if (properties.prepare(QStringLiteral("SELECT object, name, value FROM properties ORDER BY object, position"))
+        && properties.exec()) {
         while (properties.next()) {
             const int index = byId.value(properties.value(0).toLongLong(), -1);
             if (index >= 0)

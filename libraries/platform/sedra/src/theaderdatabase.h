@@ -91,7 +91,8 @@ public:
     bool containsRow(qint64 id) const;
 
 private:
-    bool writeRecord(TDatabaseObject* record, QList<TDatabaseObject*>* inserted);
+    struct Statements;
+    bool writeRecord(TDatabaseObject* record, QList<TDatabaseObject*>* inserted, Statements& statements);
     bool deleteRows(const QList<qint64>& ids);
     bool refuseWrite();
     void fail(const QString& error);
