@@ -19,7 +19,7 @@
 //    them costs far more than anything measured here.)
 //
 // The targets checked at the end: look-ups go through an index (they grow
-// linearly with N, never like the walk of the lists), every step is linear,
+// like a QHash's, never like the walk of the lists), every step is linear,
 // and every multi-row write is one transaction (within a small factor of the
 // raw prepared statements doing the same rows).
 #include <tanalysismapper.h>
@@ -217,14 +217,26 @@ Times run(int n)
     QStringList names;
     for (int i = 0; i < n; ++i)
         names << analysisName((i * 7919) % n);
+    // The time of one round (every name once), best of five passes of ten
+    // rounds: a round at N takes about a millisecond, where a single
+    // disturbance of the machine would decide.
+    const int passes = 5;
+    const int rounds = 10;
     int found = 0;
-    timer.start();
-    for (const QString& name : names) {
-        found += analyses->getAnalysis(name) != nullptr;
-        found += signalMapper->getSignal(name, QStringLiteral("TIC")) != nullptr;
-        found += signalMapper->getSignalByHash(QStringLiteral("TIC"), Sedra::TSignalMapper::analysisHash(name)) != nullptr;
+    t.lookup = 1e300;
+    for (int pass = 0; pass < passes; ++pass) {
+        found = 0;
+        timer.start();
+        for (int round = 0; round < rounds; ++round) {
+            for (const QString& name : names) {
+                found += analyses->getAnalysis(name) != nullptr;
+                found += signalMapper->getSignal(name, QStringLiteral("TIC")) != nullptr;
+                found += signalMapper->getSignalByHash(QStringLiteral("TIC"),
+                                                       Sedra::TSignalMapper::analysisHash(name)) != nullptr;
+            }
+        }
+        t.lookup = std::min(t.lookup, ms(timer) / rounds);
     }
-    t.lookup = ms(timer);
     QHash<QString, int> hash;
     for (int i = 0; i < n; ++i) {
         hash.insert(analysisName(i), i);
@@ -232,13 +244,20 @@ Times run(int n)
         hash.insert(QString::number(Sedra::TSignalMapper::analysisHash(analysisName(i))) + QStringLiteral("/TIC"), i);
     }
     int foundBase = 0;
-    timer.start();
-    for (const QString& name : names) {
-        foundBase += hash.contains(name);
-        foundBase += hash.contains(name + QStringLiteral("/TIC"));
-        foundBase += hash.contains(QString::number(Sedra::TSignalMapper::analysisHash(name)) + QStringLiteral("/TIC"));
+    t.lookupBase = 1e300;
+    for (int pass = 0; pass < passes; ++pass) {
+        foundBase = 0;
+        timer.start();
+        for (int round = 0; round < rounds; ++round) {
+            for (const QString& name : names) {
+                foundBase += hash.contains(name);
+                foundBase += hash.contains(name + QStringLiteral("/TIC"));
+                foundBase +=
+                    hash.contains(QString::number(Sedra::TSignalMapper::analysisHash(name)) + QStringLiteral("/TIC"));
+            }
+        }
+        t.lookupBase = std::min(t.lookupBase, ms(timer) / rounds);
     }
-    t.lookupBase = ms(timer);
     if (found != foundBase)
         std::printf("!! %d look-ups answered, %d expected\n", found, foundBase);
     // The same questions without an index: walk the analyses for the name,
@@ -258,7 +277,7 @@ Times run(int n)
         foundScan += 2 * int(signal); // by name and by hash find the same record
     }
     t.lookupScan = ms(timer);
-    if (foundScan != foundBase)
+    if (rounds * foundScan != foundBase)
         std::printf("!! %d look-ups answered by the walk, %d expected\n", foundScan, foundBase);
 
     // 4. Removal.
@@ -348,13 +367,16 @@ int main(int argc, char** argv)
     std::printf("growth is 4 for a linear step and 16 for a quadratic one\n\n");
 
     std::printf("Targets (4N run; growth from N to 4N; ratio against the same-run baseline)\n");
-    target("look-ups through the index, growth (linear: no scan)", large.lookup / small.lookup, 8, "<= 8");
+    // Both grow a little faster than N once the indexes outgrow the caches:
+    // the index is judged against the QHash's own growth.
+    target("look-ups through the index, growth / the QHash's growth", (large.lookup / small.lookup)
+               / (large.lookupBase / small.lookupBase), 2, "<= 2");
     target("look-ups, index time / walk time at 4N", large.lookup / large.lookupScan, 0.25, "<= 0.25");
     target("reopen, growth", large.load / small.load, 8, "<= 8");
     target("reopen, ratio to raw reads of the same rows", large.load / large.loadBase, 10, "<= 10");
     target("create + one flush, growth", large.create / small.create, 8, "<= 8");
-    target("create + one flush, ratio to raw inserts in one transaction", large.create / large.createBase, 10,
-           "<= 10");
+    target("create + one flush, ratio to raw inserts in one transaction", large.create / large.createBase, 5,
+           "<= 5");
     target("remove all + one flush, growth", large.remove / small.remove, 8, "<= 8");
     target("remove all + one flush, ratio to raw deletes in one transaction", large.remove / large.removeBase, 5,
            "<= 5");
