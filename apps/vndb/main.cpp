@@ -4,6 +4,7 @@
 #include "importcommand.h"
 #include "plotcommand.h"
 #include "projectcommand.h"
+#include "refcommand.h"
 #include "selectcommand.h"
 #include "spectrumcommand.h"
 #include "ticcommand.h"
@@ -40,6 +41,7 @@ int main(int argc, char** argv)
     cli.addCommand(new EicCommand);
     cli.addCommand(new SpectrumCommand);
     cli.addCommand(new PlotCommand);
+    cli.addCommand(new RefCommand);
     cli.addCommand(new SelectCommand);
     return cli.exec(QCoreApplication::arguments().mid(1));
 }
