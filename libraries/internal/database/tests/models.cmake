@@ -10,6 +10,8 @@ foreach(t tst_database_models_graph)
     target_include_directories(${t} PRIVATE ${PROJECT_SOURCE_DIR}/libraries/platform/objectmodel/tests)
   endif()
 endforeach()
-# The models over real reference databases.
+# The models over real reference databases, and the reference-database selector.
 vn_add_test(NAME database.models.reference SOURCES tst_vndatamodelreference.cpp tst_models_sample.h
+  LIBS VN::Database VN::Plavo)
+vn_add_test(NAME database.models.selector SOURCES tst_objectselectordatabasemodel.cpp tst_models_sample.h
   LIBS VN::Database VN::Plavo)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <vndatamodeloverlay.h>
 #include <vngraphdata.h>
+
+#include <QDomDocument>
 
 #include <QStringList>
 
@@ -24,4 +27,14 @@ inline QStringList descriptionOf(const VNGraphData& d)
 {
     return {d.getViewTypeString(), d.getToVIName(), d.getStudyType(), d.getFamilyName(), d.getProcessType(),
             d.getExpectedUnit(), d.getExpectedAnalysisType(), d.getLiteratureReference(), d.getComments()};
+}
+
+// The document an overlay is stored as: its description under a document
+// element. Null when the overlay cannot write itself.
+inline QDomDocument overlayDocumentOf(const VNDataModelOverlay& overlay)
+{
+    QDomDocument document;
+    QDomElement root = document.createElement(QStringLiteral("OverlayDocument"));
+    document.appendChild(root);
+    return overlay.encode(root) ? document : QDomDocument();
 }

@@ -105,10 +105,8 @@ private slots:
         overlay.setToVIName(QStringLiteral("Oil families"));
         overlay.setProcessType(QStringLiteral("GC-MS SIM m/z 217"));
         overlay.setLiteratureReference(QStringLiteral("Huang & Meinschein (1979)"));
-        QDomDocument overlayDocument;
-        QDomElement root = overlayDocument.createElement(QStringLiteral("OverlayDocument"));
-        overlayDocument.appendChild(root);
-        QVERIFY(overlay.encode(root));
+        const QDomDocument overlayDocument = overlayDocumentOf(overlay);
+        QVERIFY(!overlayDocument.isNull());
         const auto* graphObject = dynamic_cast<const VNObject2ToviGraph*>(stored);
         QVERIFY(graphObject);
         const VNObject2* storedOverlay = m_merged->overlayCreate(graphObject, &overlay, overlayDocument);

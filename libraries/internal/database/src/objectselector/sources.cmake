@@ -12,7 +12,8 @@ list(APPEND VN_DB_HEADERS
   src/objectselector/objectselectorctrlinterface.h
   src/objectselector/objectselectorctrl.h
   src/objectselector/objectselectordatabaseitem.h
-  src/objectselector/objectselectordatabaseobjectitem.h)
+  src/objectselector/objectselectordatabaseobjectitem.h
+  src/objectselector/objectselectordatabasemodel.h)
 list(APPEND VN_DB_SOURCES
   src/objectselector/objectselectoriteminterface.cpp
   src/objectselector/objectselectoritem.cpp
@@ -24,4 +25,5 @@ list(APPEND VN_DB_SOURCES
   src/objectselector/objectselectorctrlinterface.cpp
   src/objectselector/objectselectorctrl.cpp
   src/objectselector/objectselectordatabaseitem.cpp
-  src/objectselector/objectselectordatabaseobjectitem.cpp)
+  src/objectselector/objectselectordatabaseobjectitem.cpp
+  src/objectselector/objectselectordatabasemodel.cpp)

@@ -1,0 +1,402 @@
+#include <objectselectorctrl.h>
+#include <objectselectordatabasemodel.h>
+#include <objectselectordatabaseobjectitem.h>
+#include <vndatabasetovi.h>
+#include <vndatamodelgraph.h>
+#include <vndatamodeloverlay.h>
+#include <vngraphdocument.h>
+
+#include "tst_models_sample.h"
+
+#include <tapplicationdata.h>
+#include <tprogressbarmgr.h>
+#include <trecordinglogger.h>
+#include <ttovicompound.h>
+#include <ttovieic.h>
+#include <ttoviratio.h>
+#include <ttranslator.h>
+#include <txmlmethod.h>
+#include <vnobject2tovigraph.h>
+#include <vnobject2toviratio.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+using Node = ObjectSelectorModel::Node;
+
+struct Compound
+{
+    const char* key;
+    const char* name;
+    const char* formula;
+    const char* cas;
+    const char* family;
+    const char* carbons;
+};
+
+// Real compounds of petroleum geochemistry.
+const Compound kCompounds[] = {
+    {"C19_PRISTANE", "Pristane", "C19H40", "1921-70-6", "Isoprenoid", "19"},
+    {"C20_PHYTANE", "Phytane", "C20H42", "638-36-8", "Isoprenoid", "20"},
+    {"C30_HOPANE", "17a(H),21b(H)-Hopane", "C30H52", "13849-96-9", "Hopane", "30"},
+};
+
+QStringList titles(const Node* node)
+{
+    QStringList result;
+    for (const Node* son : node->getSons()) {
+        auto* item = dynamic_cast<QObject*>(son->attribute);
+        result << (item ? item->property("TITLE").toString() : QString());
+    }
+    return result;
+}
+
+const Node* category(const ObjectSelectorDatabaseModel& model)
+{
+    return model.root().getFirstSon();
+}
+
+QObject* itemOf(const Node* node)
+{
+    return node ? dynamic_cast<QObject*>(node->attribute) : nullptr;
+}
+
+// A user database whose ratio list also holds what has no ratio record: a
+// null entry, a compound, and a ratio object that no database stores.
+class RatioListWithStrays : public VNDatabaseTovi
+{
+public:
+    RatioListWithStrays()
+        : VNDatabaseTovi(Sedra::DatabaseToviUser)
+    {
+    }
+    QList<const VNObject2*> strays;
+    QList<const VNObject2*> getAllRatios() override { return VNDatabaseTovi::getAllRatios() + strays; }
+};
+
+QObject* itemTitled(const Node* parent, const QString& title)
+{
+    for (const Node* son : parent->getSons()) {
+        auto* item = dynamic_cast<QObject*>(son->attribute);
+        if (item && item->property("TITLE").toString() == title)
+            return item;
+    }
+    return nullptr;
+}
+
+const Node* nodeTitled(const Node* parent, const QString& title)
+{
+    for (const Node* son : parent->getSons()) {
+        auto* item = dynamic_cast<QObject*>(son->attribute);
+        if (item && item->property("TITLE").toString() == title)
+            return son;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+class TestObjectSelectorDatabaseModel : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    std::unique_ptr<TApplicationData> m_app;
+    std::unique_ptr<RatioListWithStrays> m_user;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        m_app = std::make_unique<TApplicationData>();
+        m_app->setValue(QStringLiteral("TOVIDBDIR"), m_dir.path());
+        m_user = std::make_unique<RatioListWithStrays>();
+        QVERIFY(m_user->loadDatabase());
+
+        for (const Compound& c : kCompounds) {
+            Sedra::TToviCompound model;
+            model.setMasterName(QString::fromLatin1(c.name));
+            QVERIFY(model.setToviKey(QString::fromLatin1(c.cas)));
+            model.setFormula(QString::fromLatin1(c.formula));
+            model.setCas(QString::fromLatin1(c.cas));
+            model.setFamily(QString::fromLatin1(c.family));
+            model.setCarbons(QString::fromLatin1(c.carbons));
+            model.setStudyType(QStringLiteral("Source rock"));
+            QVERIFY(m_user->createCompound(&model, QString::fromLatin1(c.key)));
+        }
+        QVERIFY(m_user->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
+        QVERIFY(m_user->createEIC(QStringLiteral("m/z 217"), QStringLiteral("217")));
+        const VNObject2* hopane = m_user->getCompoundByName(QStringLiteral("17a(H),21b(H)-Hopane"));
+        const VNObject2* ion191 = m_user->getEICByName(QStringLiteral("m/z 191"));
+        QVERIFY(hopane && ion191);
+        QVERIFY(m_user->createJoint(hopane->key(), ion191->key(), QStringLiteral("Hopane on m/z 191")));
+
+        // Display orders 3, 1, 3, 2: the second 3 goes after all others.
+        const struct
+        {
+            const char* id;
+            const char* name;
+            int order;
+        } ratios[] = {{"PR_PH", "Pr/Ph", 3}, {"TS_TSTM", "Ts/(Ts+Tm)", 1}, {"CPI", "CPI", 3}, {"STER_20S", "20S/(20S+20R)", 2}};
+        for (const auto& r : ratios) {
+            QVERIFY(m_user->createRatio(QString::fromLatin1(r.id), QString::fromLatin1(r.name), QString(), QString(),
+                                        r.order, QStringLiteral("Maturity"), QStringLiteral("GC"), QString(), QString(),
+                                        QString(), QString()));
+        }
+
+        VNDataModelGraph graph(Plavo::VIEW_ORTHOGONAL);
+        graph.setToVIName(QStringLiteral("Pr/Ph against Ts/(Ts+Tm)"));
+        graph.setAxisKey(0, QStringLiteral("PR_PH"));
+        graph.setAxisKey(1, QStringLiteral("TS_TSTM"));
+        const VNObject2* crossPlot = m_user->createGraph(&graph, VNGraphDocument::create(graph, {"191"}));
+        QVERIFY(crossPlot);
+
+        // Axes: a known key, none, and a key no database knows.
+        VNDataModelGraph ternary(Plavo::VIEW_TERNARY);
+        ternary.setToVIName(QStringLiteral("Sterane C27-C28-C29"));
+        ternary.setAxisKey(0, QStringLiteral("STER_20S"));
+        ternary.setAxisKey(2, QStringLiteral("REMOVED_KEY"));
+        QVERIFY(m_user->createGraph(&ternary, VNGraphDocument::create(ternary, {"217"})));
+
+        VNDataModelOverlay overlay;
+        overlay.setHeadersData({"Pr/Ph", "Ts/(Ts+Tm)"}, {"Marine shale", "Lacustrine"});
+        overlay.setToVIName(QStringLiteral("Source facies"));
+        overlay.setLiteratureReference(QStringLiteral("Peters et al. (2005)"));
+        QVERIFY(m_user->overlayCreate(dynamic_cast<const VNObject2ToviGraph*>(crossPlot), &overlay,
+                                      overlayDocumentOf(overlay)));
+    }
+
+    void cleanupTestCase()
+    {
+        m_user.reset();
+        m_app.reset();
+    }
+
+    void cleanup() { TTranslator::install(QStringLiteral("en")); }
+
+    void compoundsCarryTheirPropertiesAsFilters_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("familyLabel");
+        QTest::addColumn<QString>("nameLabel");
+        QTest::newRow("en") << "en" << "Compounds" << "Familly" << "Name";
+        QTest::newRow("fr") << "fr" << "Composés" << "Famille" << "Nom";
+    }
+
+    void compoundsCarryTheirPropertiesAsFilters()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, title);
+        QFETCH(QString, familyLabel);
+        QFETCH(QString, nameLabel);
+        TTranslator::install(language);
+
+        ObjectSelectorDatabaseModel model;
+        model.setActiveDB({m_user.get()});
+        model.fillWithCompounds(true);
+        QCOMPARE(titles(&model.root()), QStringList{title});
+        QCOMPARE(titles(category(model)), QStringList({"Pristane", "Phytane", "17a(H),21b(H)-Hopane"}));
+
+        QObject* pristane = itemOf(category(model)->getFirstSon());
+        QVERIFY(pristane);
+        QCOMPARE(pristane->property("MasterName").toString(), QStringLiteral("Pristane"));
+        QCOMPARE(pristane->property("CAS").toString(), QStringLiteral("1921-70-6"));
+        QCOMPARE(pristane->property("formula").toString(), QStringLiteral("C19H40"));
+        QCOMPARE(pristane->property("ISCHECKABLE").toBool(), true);
+        QCOMPARE(pristane->property("ISCHECKED").toBool(), false);
+        QCOMPARE(pristane->property("id").toString(), QStringLiteral("C19_PRISTANE"));
+        QVERIFY(!pristane->property("ICON").value<QPixmap>().isNull());
+
+        QCOMPARE(model.visibleFilterValue(familyLabel), QStringLiteral("family"));
+        QCOMPARE(model.visibleFilterValue(nameLabel), QStringLiteral("MasterName"));
+        QCOMPARE(model.visibleFilterValue(QStringLiteral("CAS")), QStringLiteral("CAS"));
+        // Keys no compound carries are not offered ("ORL_Name" was never set).
+        QVERIFY(model.visibleFilterValue(language == "fr" ? "Nom court ORL" : "ORL short name").isEmpty());
+        QMap<QString, QString> shown;
+        model.visibleFilters(pristane, shown);
+        QCOMPARE(shown.value(familyLabel), QStringLiteral("Isoprenoid"));
+    }
+
+    void parametersInDisplayOrder()
+    {
+        TRecordingLogger logger;
+        ObjectSelectorDatabaseModel model;
+        model.setActiveDB({m_user.get()});
+        model.fillWithParameters(false);
+        QCOMPARE(titles(&model.root()), QStringList{"Parameters"});
+        QCOMPARE(titles(category(model)), QStringList({"Ts/(Ts+Tm)", "20S/(20S+20R)", "Pr/Ph", "CPI"}));
+        QVERIFY(logger.contains(MessageLoggerInterface::LevelDebug,
+                                QStringLiteral("Duplicated order in database, ratio will be added at the end")));
+        QCOMPARE(model.visibleFilterValue(QStringLiteral("Parameter ID")), QStringLiteral("Ratio ID"));
+        QCOMPARE(itemOf(category(model)->getFirstSon())->property("ISCHECKABLE").toBool(), false);
+
+        // Entries without a ratio record of their own database are left out.
+        VNObject2ToviRatio unstored(QStringLiteral("Unstored"), QStringLiteral("UNSTORED"));
+        m_user->strays = {nullptr, m_user->getCompound(QStringLiteral("C30_HOPANE")), &unstored};
+        model.fillWithParameters(false);
+        m_user->strays.clear();
+        QCOMPARE(titles(category(model)), QStringList({"Ts/(Ts+Tm)", "20S/(20S+20R)", "Pr/Ph", "CPI"}));
+
+        // A database listed twice lists its objects twice.
+        model.setActiveDB({m_user.get(), nullptr, m_user.get()});
+        model.fillWithIons(true);
+        QCOMPARE(titles(category(model)), QStringList({"m/z 191", "m/z 217", "m/z 191", "m/z 217"}));
+        model.setActiveDB({});
+        model.fillWithIons(true);
+        QCOMPARE(titles(category(model)), QStringList());
+    }
+
+    void jointsAndIonsWithFrenchLabels()
+    {
+        TTranslator::install(QStringLiteral("fr"));
+        ObjectSelectorDatabaseModel model;
+        model.setActiveDB({m_user.get()});
+        model.fillWithJoints(true);
+        QCOMPARE(titles(&model.root()), QStringList{"Jointures"});
+        QCOMPARE(titles(category(model)), QStringList{"Hopane on m/z 191"});
+        model.fillWithIons(true);
+        QCOMPARE(titles(&model.root()), QStringList{"Ions"});
+        QCOMPARE(model.visibleFilterValue(QStringLiteral("ID de l'Ion")), QStringLiteral("Ion ID"));
+        // Labels registered by earlier fills stay.
+        QCOMPARE(model.visibleFilterValue(QStringLiteral("Nom")), QStringLiteral("MasterName"));
+    }
+
+    void searchableByNameThroughTheController()
+    {
+        ObjectSelectorDatabaseModel model;
+        model.setActiveDB({m_user.get()});
+        model.fillWithCompounds(true);
+        ObjectSelectorCtrl ctrl;
+        ctrl.setModel(&model);
+        ctrl.searchRequested(QStringLiteral("PHY"));
+        const Node* heading = category(model);
+        QVERIFY(heading->isVisible());
+        QList<bool> visible;
+        for (const Node* son : heading->getSons())
+            visible << son->isVisible();
+        QCOMPARE(visible, QList<bool>({false, true, false}));
+        ctrl.stopSearchRequested();
+        for (const Node* son : heading->getSons())
+            QVERIFY(son->isVisible());
+    }
+
+    void graphsShowTheirAxesOneALine()
+    {
+        ObjectSelectorDatabaseModel model;
+        model.setActiveDB({m_user.get()});
+        model.fillGraph(true, false);
+        QCOMPARE(titles(&model.root()), QStringList{"Graphs"});
+        QCOMPARE(category(model)->getNbSons(), 2);
+        QObject* crossPlot = itemTitled(category(model), QStringLiteral("Pr/Ph against Ts/(Ts+Tm)"));
+        QVERIFY(crossPlot);
+        QCOMPARE(crossPlot->property("ratioUID").toString(), QStringLiteral("Pr/Ph<br>Ts/(Ts+Tm)"));
+        // An axis naming nothing stays an empty line; an unknown key shows as itself.
+        QObject* ternary = itemTitled(category(model), QStringLiteral("Sterane C27-C28-C29"));
+        QVERIFY(ternary);
+        QCOMPARE(ternary->property("ratioUID").toString(), QStringLiteral("20S/(20S+20R)<br><br>REMOVED_KEY"));
+        QCOMPARE(ternary->property("MasterName").toString(), QStringLiteral("Sterane C27-C28-C29"));
+        QCOMPARE(model.visibleFilterValue(QStringLiteral("Axis")), QStringLiteral("ratioUID"));
+        // Without overlays, graphs have no sons.
+        QCOMPARE(nodeTitled(category(model), QStringLiteral("Pr/Ph against Ts/(Ts+Tm)"))->getNbSons(), 0);
+
+        model.fillGraph(true, true);
+        QCOMPARE(titles(&model.root()), QStringList{"Graphs & Overlays"});
+        const Node* graphNode = nodeTitled(category(model), QStringLiteral("Pr/Ph against Ts/(Ts+Tm)"));
+        QVERIFY(graphNode);
+        QCOMPARE(titles(graphNode), QStringList{"Source facies"});
+        QObject* overlay = itemOf(graphNode->getFirstSon());
+        QCOMPARE(overlay->property("LiteratureReference").toString(), QStringLiteral("Peters et al. (2005)"));
+        QVERIFY(!overlay->property("ICON").value<QPixmap>().isNull());
+        QCOMPARE(nodeTitled(category(model), QStringLiteral("Sterane C27-C28-C29"))->getNbSons(), 0);
+        QCOMPARE(model.visibleFilterValue(QStringLiteral("Literature")), QStringLiteral("LiteratureReference"));
+
+        // Overlays on their own, searchable by name like everything else.
+        model.fillWithOverlays(true);
+        QCOMPARE(titles(&model.root()), QStringList{"Overlays"});
+        QCOMPARE(titles(category(model)), QStringList{"Source facies"});
+
+        // A getter chooses the graphs; it gives none here.
+        int asked = 0;
+        model.setGraphicsGetter([&asked](VNToviDatabaseInterface*) {
+            ++asked;
+            return QList<const VNObject2*>();
+        });
+        model.fillGraph(true, true);
+        QCOMPARE(asked, 1);
+        QCOMPARE(titles(&model.root()), QStringList{"Graphs & Overlays"});
+        QCOMPARE(category(model)->getNbSons(), 0);
+    }
+
+    void fillFromDatabaseEndsWithTheGraphTree_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("en") << "en" << "Loading database...";
+        QTest::newRow("fr") << "fr" << "Chargement de la base de données...";
+    }
+
+    void fillFromDatabaseEndsWithTheGraphTree()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, text);
+        TTranslator::install(language);
+        QList<int> steps;
+        QStringList texts;
+        TProgressBarMgr::setListener([&](int step, int count, const QString& title) {
+            QCOMPARE(count, 5);
+            steps << step;
+            texts << title;
+        });
+        ObjectSelectorDatabaseModel model;
+        model.setActiveDB({m_user.get()});
+        model.fillFromDatabase(true);
+        TProgressBarMgr::setListener({});
+        QList<int> moves;
+        for (int step : steps) {
+            if (step > 0 && (moves.isEmpty() || moves.last() != step))
+                moves << step;
+        }
+        QCOMPARE(moves, QList<int>({1, 2, 3, 4, 5}));
+        QVERIFY(texts.contains(text));
+        QCOMPARE(model.root().getNbSons(), 1);
+        QCOMPARE(titles(&model.root()), QStringList{language == "fr" ? "Graphes & Overlays" : "Graphs & Overlays"});
+        QCOMPARE(category(model)->getNbSons(), 2);
+        // Labels of every kind filled on the way stay registered.
+        QVERIFY(!model.visibleFilterValue(language == "fr" ? "Famille" : "Familly").isEmpty());
+        QVERIFY(!model.visibleFilterValue(language == "fr" ? "Axes" : "Axis").isEmpty());
+    }
+
+    void selectedObjectsAreWrittenPerKind()
+    {
+        ObjectSelectorDatabaseModel model;
+        model.setActiveDB({m_user.get()});
+        model.fillWithCompounds(true);
+        QList<Node*> sons = category(model)->getSons();
+        itemOf(sons.at(1))->setProperty("ISCHECKED", true);
+        itemOf(sons.at(2))->setProperty("ISCHECKED", true);
+
+        QDomDocument document;
+        QDomElement root = document.createElement(QStringLiteral("selection"));
+        document.appendChild(root);
+        QVERIFY(model.encodeSelectedCompounds(root));
+        QVERIFY(model.encodeSelectedRatios(root));
+        const QDomElement compounds = root.firstChildElement(QStringLiteral("SelectedCompounds"));
+        QStringList keys;
+        for (QDomElement e = compounds.firstChildElement(); !e.isNull(); e = e.nextSiblingElement())
+            keys << TXMLMethod::getInfoString(e, QStringLiteral("key"));
+        QCOMPARE(keys, QStringList({"C20_PHYTANE", "C30_HOPANE"}));
+        QVERIFY(root.firstChildElement(QStringLiteral("SelectedRatios")).firstChildElement().isNull());
+
+        QDomElement none;
+        QVERIFY(!model.encodeSelectedIons(none));
+        QVERIFY(!model.encodeSelectedJoints(none));
+    }
+};
+
+QTEST_MAIN(TestObjectSelectorDatabaseModel)
+#include "tst_objectselectordatabasemodel.moc"
