@@ -28,12 +28,6 @@
 VNMapperFactory* VNDatabase::s_mapperFactory = nullptr;
 
 namespace {
-// Names and paths end up inside rich-text messages.
-QString shown(const QString& text)
-{
-    return text.toHtmlEscaped();
-}
-
 // A listed file is named by its whole name, or by what comes before its
 // first dot: "a.b.c" is "a.b.c" or "a".
 QString entryName(const QFileInfo& info, bool withSuffix)
@@ -120,13 +114,13 @@ QStringList VNDatabase::scanDir(const QString& path, bool withSuffix) const
         MessageLoggerInterface::Information(
             QCoreApplication::translate("SedraTr", "Project structure is obsolete - Adding directory <b>%1</b>",
                                         "La structure du projet est obsolète - Ajout du dossier <b>%1</b>")
-                .arg(shown(path)),
+                .arg(path),
             nullptr);
         if (!TFile::mkdirs(path, false)) {
             MessageLoggerInterface::Information(
                 QCoreApplication::translate("SedraTr", "Error while creating directory <b>%1</b>",
                                             "Echec de création du répertoire <b>%1</b>")
-                    .arg(shown(path)),
+                    .arg(path),
                 nullptr);
         }
         dir.refresh();
@@ -138,7 +132,7 @@ QStringList VNDatabase::scanDir(const QString& path, bool withSuffix) const
         MessageLoggerInterface::Warning(
             QCoreApplication::translate("SedraTr", "The directory <b>%1</b> is unreadable or does not exist",
                                         "Le répertoire <b>%1</b> n'est pas accessible")
-                .arg(shown(path)),
+                .arg(path),
             nullptr);
         return QStringList();
     }
@@ -182,7 +176,7 @@ void VNDatabase::synchronizeSQLRoot()
             MessageLoggerInterface::Information(
                 tr("Impossible to synchronize project <b>%1</b> because it is <b>Read Only</b> opened",
                    "Impossible de synchroniser le projet <b>%1</b> car il est ouvert en <b>Lecture Seule</b>")
-                    .arg(shown(bound->name())),
+                    .arg(bound->name()),
                 nullptr);
         }
         return;

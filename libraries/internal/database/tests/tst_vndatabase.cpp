@@ -1,0 +1,719 @@
+// The project database on real folders and real header files: made from
+// nothing, bound, checked and repaired, synchronised, closed and reopened;
+// its refusals (read-only project, module running) in both languages; damaged
+// headers, missing mappers and hostile names.
+#include <messageloggerinterface.h>
+#include <projectmgrinterface.h>
+#include <tanalysismapper.h>
+#include <tapplicationdata.h>
+#include <tassert.h>
+#include <tdatabaseobject.h>
+#include <tdatasetmapper.h>
+#include <tfileobject.h>
+#include <theaderconnector.h>
+#include <theaderdatabase.h>
+#include <tmodulelauncher.h>
+#include <tmutableobject.h>
+#include <tprojectmgr.h>
+#include <tpropertyobject.h>
+#include <trecordinglogger.h>
+#include <ttranslator.h>
+#include <tvariablemapper.h>
+#include <twellmapper.h>
+#include <vndatabase.h>
+#include <vndatabasefactory.h>
+#include <vnobject2analysis.h>
+#include <vnobject2dataset.h>
+#include <vnobject2indexation.h>
+#include <vnobject2pixmap.h>
+#include <vnobject2project.h>
+#include <vnobject2variable.h>
+#include <vnobject2well.h>
+
+#include <QCryptographicHash>
+#include <QDirIterator>
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+// Everything under `root`: relative path -> hash of the bytes ("dir" for folders).
+QMap<QString, QByteArray> snapshot(const QString& root)
+{
+    QMap<QString, QByteArray> tree;
+    QDirIterator it(root, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System,
+                    QDirIterator::Subdirectories);
+    const QDir base(root);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        const QFileInfo info = it.fileInfo();
+        QByteArray content = "dir";
+        if (info.isFile()) {
+            QFile file(path);
+            content = file.open(QIODevice::ReadOnly)
+                ? QByteArray::number(info.size()) + ' '
+                    + QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1).toHex()
+                : QByteArray("unreadable");
+        }
+        tree.insert(base.relativeFilePath(path), content);
+    }
+    return tree;
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
+    file.write(bytes);
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+std::unique_ptr<VNDatabase> openProject(const QString& path)
+{
+    VNDatabaseFactory factory;
+    return std::unique_ptr<VNDatabase>(qobject_cast<VNDatabase*>(factory.getDatabaseFromPath(path)));
+}
+
+// Read-only from the start: the header is opened read-only and never created.
+std::unique_ptr<VNDatabase> openReadOnly(const QString& path)
+{
+    VNDatabaseFactory factory;
+    std::unique_ptr<VNDatabase> db(qobject_cast<VNDatabase*>(factory.createDatabase(Sedra::DatabaseProjectFolder)));
+    if (!db)
+        return db;
+    db->setReadOnly(true);
+    db->setWorkingPath(path);
+    if (db->headerDb()->setCurrentProject(db.get()))
+        db->headerDb()->start();
+    return db;
+}
+
+QString headerFile(const QString& project)
+{
+    return QDir(project).filePath(Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseProjectFolder));
+}
+
+const Sedra::TAnalysisMapper* analysesOf(const VNDatabase& db)
+{
+    return dynamic_cast<const Sedra::TAnalysisMapper*>(db.getMapper(VNObjectTypeAnalysis));
+}
+const Sedra::TWellMapper* wellsOf(const VNDatabase& db)
+{
+    return dynamic_cast<const Sedra::TWellMapper*>(db.getMapper(VNObjectTypeWell));
+}
+const Sedra::TDatasetMapper* datasetsOf(const VNDatabase& db)
+{
+    return dynamic_cast<const Sedra::TDatasetMapper*>(db.getMapper(VNObjectTypeDataset));
+}
+const Sedra::TVariableMapper* variablesOf(const VNDatabase& db)
+{
+    return dynamic_cast<const Sedra::TVariableMapper*>(db.getMapper(VNObjectTypeVariable));
+}
+
+// What a project holds, in a form that survives closing: kind, key, name,
+// parent and stored path of every record, sorted.
+QStringList contents(const VNDatabase& db)
+{
+    QStringList lines;
+    for (const Sedra::THeaderRow& row : db.headerDb()->readRows()) {
+        QStringList properties;
+        for (const Sedra::TProperty& property : row.properties)
+            properties << property.name() + QLatin1Char('=') + property.value();
+        lines << QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
+                     .arg(row.type)
+                     .arg(row.key, row.name)
+                     .arg(row.parentType)
+                     .arg(row.parentKey, row.path, properties.join(QLatin1Char(';')));
+    }
+    lines.sort();
+    return lines;
+}
+
+QStringList inMemory(const VNDatabase& db, int type)
+{
+    QStringList names;
+    for (const VNObject2* object : db.getObjectLst(type))
+        names << object->name();
+    names.sort();
+    return names;
+}
+
+const QString ObsoleteEn = QStringLiteral("Project structure is obsolete - Adding directory <b>%1</b>");
+const QString ReadOnlyEn =
+    QStringLiteral("Impossible to synchronize project <b>%1</b> because it is <b>Read Only</b> opened");
+const QString ReadOnlyFr =
+    QStringLiteral("Impossible de synchroniser le projet <b>%1</b> car il est ouvert en <b>Lecture Seule</b>");
+const QString ModuleEn = QStringLiteral("Impossible to synchronize a project while a module is being used");
+const QString ModuleFr =
+    QStringLiteral("Impossible de synchroniser un projet lorsqu'un module est en cours d'utilisation");
+const QString CannotOpenEn = QStringLiteral("The database file <b>%1</b> cannot be opened: ");
+const QString CannotOpenFr = QStringLiteral("Le fichier de base de données <b>%1</b> ne peut pas être ouvert : ");
+
+// A project with its layout, one analysis with an acquisition file, a well, a
+// dataset and one of its variables; closed again.
+void makeProject(const QString& path, const QString& projectName)
+{
+    auto db = openProject(path);
+    QVERIFY(db && db->headerDb()->isOpen());
+    VNObject2Project project(projectName);
+    QVERIFY(db->setProject(&project));
+    for (const QString& folder : db->folderNameList())
+        db->scanDir(db->getCurrentWorkingPath() + QDir::separator() + folder, true);
+    const Sedra::TFileObject* run = analysesOf(*db)->createAnalysis(QStringLiteral("Run 1"));
+    QVERIFY(run);
+    writeFile(db->objectFolderPath(run->object(), true) + QStringLiteral("/Run 1.tcm"), "acquisition");
+    QVERIFY(wellsOf(*db)->createWell(QStringLiteral("Puits-1")));
+    const Sedra::TMutableObject* dataset = datasetsOf(*db)->createDataset(QStringLiteral("Biomarqueurs"));
+    QVERIFY(dataset);
+    QVERIFY(variablesOf(*db)->createVariable(static_cast<const VNObject2Dataset*>(dataset->object()),
+                                             QStringLiteral("Pr/Ph"), QStringLiteral("C17"), QStringLiteral("Pr")));
+}
+} // namespace
+
+class TestVNDatabase : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { TTranslator::install(QStringLiteral("en")); }
+    void cleanup() { TTranslator::install(QStringLiteral("en")); }
+
+    void lifecycleFromNothing()
+    {
+        QTemporaryDir tmp;
+        const QString path = tmp.filePath(QStringLiteral("Bassin d'Aquitaine/Projet Hédé"));
+        TRecordingLogger log;
+
+        // Made from nothing: folder and header file, serial "1", nothing said.
+        auto db = openProject(path);
+        QVERIFY(db);
+        QVERIFY(db->headerDb()->isOpen());
+        QVERIFY(QFileInfo(headerFile(path)).isFile());
+        QCOMPARE(db->headerDb()->serialNumber(), QStringLiteral("1"));
+        QCOMPARE(log.count(), 0);
+        VNObject2Project project(QStringLiteral("Projet Hédé"));
+        QVERIFY(db->setProject(&project));
+        QCOMPARE(db->project(), &project);
+
+        // Scanned: the missing layout is added, folder by folder, each said once.
+        const QStringList layout = db->folderNameList();
+        QCOMPARE(layout, QStringList({VNObject2Analysis::folderName(), VNObject2Indexation::folderName(),
+                                      VNObject2Pixmap::folderName(), VNObject2Well::folderName()}));
+        QStringList said;
+        for (const QString& folder : layout) {
+            const QString sub = db->getCurrentWorkingPath() + QDir::separator() + folder;
+            QCOMPARE(db->scanDir(sub, true), QStringList());
+            QVERIFY(QFileInfo(sub).isDir());
+            said << ObsoleteEn.arg(sub);
+        }
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelInformation), said);
+        log.clear();
+        for (const QString& folder : layout)
+            db->scanDir(db->getCurrentWorkingPath() + QDir::separator() + folder, true);
+        QCOMPARE(log.count(), 0);
+
+        // Content of every kind the facade stores.
+        const Sedra::TFileObject* run = analysesOf(*db)->createAnalysis(QStringLiteral("Run 1"));
+        QVERIFY(run);
+        const QString runFolder = db->objectFolderPath(run->object(), true);
+        writeFile(runFolder + QStringLiteral("/Run 1.tcm"), "acquisition");
+        QVERIFY(analysesOf(*db)->createAnalysis(QStringLiteral("Run 3"))); // its folder is never made
+        QVERIFY(wellsOf(*db)->createWell(QStringLiteral("Puits-1")));
+        const Sedra::TMutableObject* datasetRecord = datasetsOf(*db)->createDataset(QStringLiteral("Biomarqueurs"));
+        QVERIFY(datasetRecord);
+        const auto* dataset = static_cast<const VNObject2Dataset*>(datasetRecord->object());
+        const Sedra::TPropertyObject* variableRecord = variablesOf(*db)->createVariable(
+            dataset, QStringLiteral("Pr/Ph"), QStringLiteral("C17"), QStringLiteral("Pr"));
+        QVERIFY(variableRecord);
+        QVERIFY(db->datasetObjectSave(dataset, true));
+        QVERIFY(db->variableObjectSave(static_cast<const VNObject2Variable*>(variableRecord->object()), true));
+        QCOMPARE(db->getReferenceName(QStringLiteral("C17"), QStringLiteral("Pr")), QStringLiteral("Pr/Ph"));
+        QVERIFY(db->getReferenceName(QStringLiteral("Pr"), QStringLiteral("C17")).isNull());
+        const QString analysesFolder = path + QLatin1Char('/') + VNObject2Analysis::folderName();
+        QCOMPARE(db->scanDir(analysesFolder, true, QString(), false), QStringList("Run 1"));
+        QCOMPARE(db->scanDir(runFolder, false, QStringLiteral("tcm"), true), QStringList("Run 1"));
+
+        // Repaired: a deleted folder comes back, with the message; no record goes.
+        const QString wells = path + QLatin1Char('/') + VNObject2Well::folderName();
+        QVERIFY(QDir(wells).removeRecursively());
+        log.clear();
+        QCOMPARE(db->scanDir(VNObjectTypeWell, false), QStringList());
+        QVERIFY(QFileInfo(wells).isDir());
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelInformation), QStringList(ObsoleteEn.arg(wells)));
+        QCOMPARE(inMemory(*db, VNObjectTypeWell), QStringList("Puits-1"));
+
+        // Synchronised: a folder found on disk is registered, a vanished one is reported and kept.
+        QVERIFY(QDir().mkpath(analysesFolder + QStringLiteral("/Run 2 (trouvé)")));
+        db->synchronizeSQLRoot();
+        QCOMPARE(db->lastSynchronization().registered, QStringList(QStringLiteral("Run 2 (trouvé)")));
+        QCOMPARE(db->lastSynchronization().missing, QStringList(QStringLiteral("Run 3")));
+        QCOMPARE(inMemory(*db, VNObjectTypeAnalysis),
+                 QStringList({QStringLiteral("Run 1"), QStringLiteral("Run 2 (trouvé)"), QStringLiteral("Run 3")}));
+
+        // Cleared: memory only; the file keeps everything and gives it back.
+        const QStringList stored = contents(*db);
+        QCOMPARE(stored.size(), 6);
+        db->clearDB();
+        for (int type : {VNObjectTypeAnalysis, VNObjectTypeWell, VNObjectTypeDataset, VNObjectTypeVariable})
+            QVERIFY(db->getObjectLst(type).isEmpty());
+        QCOMPARE(contents(*db), stored);
+        QVERIFY(db->loadDatabase());
+        QCOMPARE(inMemory(*db, VNObjectTypeAnalysis).size(), 3);
+
+        // Closed and reopened: nothing lost, nothing new to register.
+        db.reset();
+        log.clear();
+        db = openProject(path);
+        QVERIFY(db && db->headerDb()->isOpen());
+        QVERIFY(db->setProject(&project));
+        QCOMPARE(contents(*db), stored);
+        QCOMPARE(inMemory(*db, VNObjectTypeWell), QStringList("Puits-1"));
+        QCOMPARE(db->getReferenceName(QStringLiteral("C17"), QStringLiteral("Pr")), QStringLiteral("Pr/Ph"));
+        QCOMPARE(db->headerDb()->serialNumber(), QStringLiteral("1"));
+        QCOMPARE(readFile(runFolder + QStringLiteral("/Run 1.tcm")), QByteArray("acquisition"));
+        db->synchronizeSQLRoot();
+        QVERIFY(db->lastSynchronization().registered.isEmpty());
+        QCOMPARE(contents(*db), stored);
+    }
+
+    void setProjectEmptiesFirst()
+    {
+        QTemporaryDir tmp;
+        auto db = openProject(tmp.filePath(QStringLiteral("p")));
+        QVERIFY(db);
+        VNObject2Project project(QStringLiteral("p"));
+        QVERIFY(db->setProject(&project));
+
+        // A record still in memory only, and dataset saves held back.
+        QVERIFY(wellsOf(*db)->createWell(QStringLiteral("Puits A"), false));
+        QCOMPARE(wellsOf(*db)->record(QStringLiteral("Puits A"))->id(), qint64(-1));
+        db->forceDisableDatasetSave(3, true);
+
+        // Binding again, to the same project, empties first: the record is
+        // written, forgotten and read back; the hold is released.
+        QVERIFY(db->setProject(&project));
+        QVERIFY(!db->isDatasetSaveDisabled());
+        const Sedra::TDatabaseObject* again = wellsOf(*db)->record(QStringLiteral("Puits A"));
+        QVERIFY(again);
+        QVERIFY(again->id() >= 0);
+
+        // No project: emptied and refused; the file keeps the records.
+        QVERIFY(!db->setProject(nullptr));
+        QVERIFY(db->getObjectLst(VNObjectTypeWell).isEmpty());
+        QVERIFY(db->setProject(&project));
+        QCOMPARE(inMemory(*db, VNObjectTypeWell), QStringList("Puits A"));
+    }
+
+    void readOnlyRefusesAndChangesNothing_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("en") << "en" << ReadOnlyEn;
+        QTest::newRow("fr") << "fr" << ReadOnlyFr;
+    }
+
+    void readOnlyRefusesAndChangesNothing()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, message);
+        QTemporaryDir tmp;
+        const QString path = tmp.filePath(QStringLiteral("Projet"));
+        makeProject(path, QStringLiteral("Projet"));
+        if (QTest::currentTestFailed())
+            return;
+        // A folder that a synchronisation would register.
+        QVERIFY(QDir().mkpath(path + QLatin1Char('/') + VNObject2Analysis::folderName() + QStringLiteral("/Run 9")));
+        const QMap<QString, QByteArray> before = snapshot(path);
+        QVERIFY(before.contains(Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseProjectFolder)));
+
+        TTranslator::install(language);
+        TRecordingLogger log;
+        {
+            auto db = openReadOnly(path);
+            QVERIFY(db && db->headerDb()->isOpen());
+            QVERIFY(db->isReadOnly());
+
+            // Without a project the refusal is silent.
+            db->synchronizeSQLRoot();
+            QCOMPARE(log.count(), 0);
+
+            const QString name = QStringLiteral("Projet \"Hédé\" d'<essai>");
+            VNObject2Project project(name);
+            QVERIFY(db->setProject(&project));
+            QCOMPARE(inMemory(*db, VNObjectTypeAnalysis), QStringList("Run 1"));
+            db->synchronizeSQLRoot();
+            QCOMPARE(log.entries(),
+                     QList<TRecordingLogger::Entry>({{MessageLoggerInterface::LevelInformation, message.arg(name)}}));
+            QVERIFY(db->lastSynchronization().registered.isEmpty());
+            QVERIFY(!analysesOf(*db)->getAnalysis(QStringLiteral("Run 9")));
+
+            // Nothing else writes either.
+            QVERIFY(!wellsOf(*db)->createWell(QStringLiteral("Puits-2")));
+            const VNObject2Dataset* dataset = datasetsOf(*db)->getDataset(QStringLiteral("Biomarqueurs"));
+            QVERIFY(dataset);
+            QVERIFY(!db->datasetObjectSave(dataset, true));
+            QVERIFY(!db->removeObject(wellsOf(*db)->getWell(QStringLiteral("Puits-1")), true));
+            db->clearDB();
+            QVERIFY(db->loadDatabase());
+            QCOMPARE(db->scanDir(VNObjectTypeAnalysis, true), QStringList());
+        }
+        QCOMPARE(snapshot(path), before);
+
+        // Opened writable from its folder, the project is synchronised at once;
+        // made read-only afterwards, it refuses from then on and writes nothing.
+        {
+            auto db = openProject(path);
+            QVERIFY(db);
+            QCOMPARE(db->lastSynchronization().registered, QStringList("Run 9"));
+            QVERIFY(QDir().mkpath(path + QLatin1Char('/') + VNObject2Analysis::folderName()
+                                  + QStringLiteral("/Run 10")));
+            const QMap<QString, QByteArray> opened = snapshot(path);
+            QVERIFY(opened != before);
+            db->setReadOnly(true);
+            QVERIFY(db->isReadOnly());
+            log.clear();
+            VNObject2Project project(QStringLiteral("Projet"));
+            QVERIFY(db->setProject(&project));
+            db->synchronizeSQLRoot();
+            QCOMPARE(log.entries(),
+                     QList<TRecordingLogger::Entry>(
+                         {{MessageLoggerInterface::LevelInformation, message.arg(QStringLiteral("Projet"))}}));
+            QVERIFY(db->lastSynchronization().registered.isEmpty());
+            QVERIFY(!analysesOf(*db)->getAnalysis(QStringLiteral("Run 10")));
+            db.reset();
+            QCOMPARE(snapshot(path), opened);
+        }
+    }
+
+    void moduleInUseRefuses_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("en") << "en" << ModuleEn;
+        QTest::newRow("fr") << "fr" << ModuleFr;
+    }
+
+    void moduleInUseRefuses()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, message);
+        QTemporaryDir tmp;
+        const QString path = tmp.filePath(QStringLiteral("Projet"));
+        makeProject(path, QStringLiteral("Projet"));
+        if (QTest::currentTestFailed())
+            return;
+
+        TTranslator::install(language);
+        auto db = openProject(path);
+        QVERIFY(db);
+        VNObject2Project project(QStringLiteral("Projet"));
+        QVERIFY(db->setProject(&project));
+        TProjectMgr manager(true);
+        manager.setCurrentDatabase(db.get(), false);
+        TModuleLauncher launcher(true);
+        launcher.moduleStarted(QStringLiteral("Integration"));
+
+        // While the module runs, a folder appears in the open project.
+        const QString found = path + QLatin1Char('/') + VNObject2Analysis::folderName() + QStringLiteral("/Run 9");
+        QVERIFY(QDir().mkpath(found));
+        const QMap<QString, QByteArray> before = snapshot(path);
+        TRecordingLogger log;
+        db->synchronizeSQLRoot();
+        QCOMPARE(log.entries(),
+                 QList<TRecordingLogger::Entry>({{MessageLoggerInterface::LevelWarning, message}}));
+        QVERIFY(db->lastSynchronization().registered.isEmpty());
+        QVERIFY(!analysesOf(*db)->getAnalysis(QStringLiteral("Run 9")));
+        QCOMPARE(snapshot(path), before);
+
+        // Read-only says so first: the module is not the reason then.
+        log.clear();
+        db->setReadOnly(true);
+        db->synchronizeSQLRoot();
+        QCOMPARE(log.count(), 1);
+        QCOMPARE(log.entries().first().first, MessageLoggerInterface::LevelInformation);
+        db->setReadOnly(false);
+
+        // Another project than the open one is not guarded by the module.
+        QTemporaryDir other;
+        const QString otherPath = other.filePath(QStringLiteral("Autre"));
+        makeProject(otherPath, QStringLiteral("Autre"));
+        auto second = openProject(otherPath);
+        QVERIFY(second);
+        VNObject2Project otherProject(QStringLiteral("Autre"));
+        QVERIFY(second->setProject(&otherProject));
+        QVERIFY(QDir().mkpath(otherPath + QLatin1Char('/') + VNObject2Analysis::folderName() + QStringLiteral("/Run 5")));
+        log.clear();
+        second->synchronizeSQLRoot();
+        QCOMPARE(second->lastSynchronization().registered, QStringList("Run 5"));
+        QVERIFY(log.messages(MessageLoggerInterface::LevelWarning).isEmpty());
+
+        // Once the module is done, the open project synchronises.
+        QVERIFY(launcher.moduleFinished(QStringLiteral("Integration")));
+        log.clear();
+        db->synchronizeSQLRoot();
+        QCOMPARE(db->lastSynchronization().registered, QStringList("Run 9"));
+        QVERIFY(!log.messages(MessageLoggerInterface::LevelWarning).contains(message));
+        manager.setCurrentDatabase(nullptr);
+    }
+
+    void missingMapperAssertsAndAnswersNeutrally()
+    {
+        VNDatabase db(Sedra::DatabaseProject);
+        db.setMapperFactory(nullptr);
+        QVERIFY(!db.getMapper(VNObjectTypeDataset));
+        TAssert::clear();
+        TRecordingLogger log;
+
+        VNObject2Dataset dataset(QStringLiteral("Pr/Ph"));
+        QVERIFY(!db.datasetObjectSave(&dataset, true));
+        QCOMPARE(TAssert::count(), 1);
+        const TAssert::Failure first = TAssert::failures().constLast();
+        QCOMPARE(first.expression, QStringLiteral("mapper != 0"));
+        QCOMPARE(first.file, QStringLiteral("vndatabase"));
+        QVERIFY(first.line > 0);
+
+        VNObject2Variable variable(QStringLiteral("v"), QStringLiteral("C17"), QStringLiteral("Pr"));
+        QVERIFY(!db.variableObjectSave(&variable, true));
+        QCOMPARE(TAssert::count(), 2);
+        const TAssert::Failure second = TAssert::failures().constLast();
+        QCOMPARE(second.expression, QStringLiteral("mapper!= 0"));
+        QCOMPARE(second.file, QStringLiteral("vndatabase"));
+        QVERIFY(second.line != first.line);
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelError).size(), 2);
+
+        QVERIFY(db.getReferenceName(QStringLiteral("C17"), QStringLiteral("Pr")).isNull());
+        db.synchronizeSQLRoot();
+
+        // With mappers: an object of another database or none is refused without an assertion.
+        VNDatabase withMappers(Sedra::DatabaseProject);
+        TAssert::clear();
+        QVERIFY(!withMappers.datasetObjectSave(&dataset, true));
+        QVERIFY(!withMappers.datasetObjectSave(nullptr, true));
+        QVERIFY(!withMappers.variableObjectSave(nullptr, false));
+        QCOMPARE(TAssert::count(), 0);
+    }
+
+    void damagedHeaderIsRefused_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("text") << "text";
+        QTest::newRow("zeros") << "zeros";
+        QTest::newRow("truncated") << "truncated";
+        QTest::newRow("another application's database") << "foreign";
+        QTest::newRow("a folder") << "folder";
+    }
+
+    void damagedHeaderIsRefused()
+    {
+        QFETCH(QString, kind);
+        QTemporaryDir tmp;
+        const QString path = tmp.filePath(QStringLiteral("Projet"));
+        const QString header = headerFile(path);
+        if (kind == QLatin1String("truncated")) {
+            {
+                // Enough records for several pages; the second half is cut off.
+                auto db = openProject(path);
+                QVERIFY(db);
+                for (int i = 0; i < 400; ++i)
+                    wellsOf(*db)->createWell(QStringLiteral("Puits %1 avec un nom assez long").arg(i), false);
+                QVERIFY(db->headerDb()->flushDatabase());
+            }
+            QFile file(header);
+            QVERIFY(file.size() > 16384);
+            QVERIFY(file.resize(file.size() / 2));
+        } else {
+            QVERIFY(QDir().mkpath(path));
+            if (kind == QLatin1String("text")) {
+                writeFile(header, QByteArray("wells: Puits-1, Puits-2\n").repeated(50));
+            } else if (kind == QLatin1String("zeros")) {
+                writeFile(header, QByteArray(8192, '\0'));
+            } else if (kind == QLatin1String("folder")) {
+                QVERIFY(QDir().mkpath(header));
+            } else {
+                const QString connection = QStringLiteral("foreign");
+                {
+                    QSqlDatabase foreign = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+                    foreign.setDatabaseName(header);
+                    QVERIFY(foreign.open());
+                    QSqlQuery query(foreign);
+                    QVERIFY(query.exec(QStringLiteral("CREATE TABLE samples (id INTEGER PRIMARY KEY, name TEXT)")));
+                    QVERIFY(query.exec(QStringLiteral("INSERT INTO samples (name) VALUES ('Puits-1')")));
+                    foreign.close();
+                }
+                QSqlDatabase::removeDatabase(connection);
+            }
+        }
+        const QMap<QString, QByteArray> before = snapshot(path);
+
+        for (const QString& language : {QStringLiteral("en"), QStringLiteral("fr")}) {
+            TTranslator::install(language);
+            TRecordingLogger log;
+            TAssert::clear();
+            auto db = openProject(path);
+            // The object exists, unbound: no header, no mappers.
+            QVERIFY(db);
+            QVERIFY(!db->headerDb()->isOpen());
+            QVERIFY(!db->getMapper(VNObjectTypeAnalysis));
+            const QStringList warnings = log.messages(MessageLoggerInterface::LevelWarning);
+            QCOMPARE(warnings.size(), 1);
+            const QString expected = (language == QLatin1String("fr") ? CannotOpenFr : CannotOpenEn).arg(header);
+            QVERIFY2(warnings.first().startsWith(expected), qPrintable(warnings.first()));
+            QVERIFY2(warnings.first().size() > expected.size(), "the reason is given");
+
+            // Later operations answer neutrally.
+            VNObject2Project project(QStringLiteral("Projet"));
+            db->setProject(&project);
+            db->synchronizeSQLRoot();
+            QVERIFY(db->lastSynchronization().registered.isEmpty());
+            VNObject2Dataset dataset(QStringLiteral("d"));
+            QVERIFY(!db->datasetObjectSave(&dataset, true));
+            QVERIFY(TAssert::contains(QStringLiteral("mapper != 0"), QStringLiteral("vndatabase")));
+            QVERIFY(db->getReferenceName(QStringLiteral("a"), QStringLiteral("b")).isNull());
+            QVERIFY(!db->loadDatabase());
+            QCOMPARE(snapshot(path), before);
+        }
+    }
+
+    void hostileNamesStayInsideAndIntact()
+    {
+        QTemporaryDir tmp;
+        const QString path = tmp.filePath(QStringLiteral("Projet"));
+        const QString outside = tmp.filePath(QStringLiteral("outside"));
+        QVERIFY(QDir().mkpath(outside));
+        const QStringList names{QStringLiteral("../../évasion"),
+                                QStringLiteral("a/b\\c"),
+                                QStringLiteral(".."),
+                                QStringLiteral("."),
+                                QStringLiteral("/etc/passwd"),
+                                QStringLiteral("O'Brien \"best\""),
+                                QStringLiteral("x'); DROP TABLE objects;--"),
+                                QStringLiteral("Puits Hédé Ω 井"),
+                                QStringLiteral("CON")};
+        const QString analysesRoot = path + QLatin1Char('/') + VNObject2Analysis::folderName();
+        QStringList stored;
+        {
+            auto db = openProject(path);
+            QVERIFY(db);
+            VNObject2Project project(QStringLiteral("Projet"));
+            QVERIFY(db->setProject(&project));
+            const Sedra::TMutableObject* datasetRecord = datasetsOf(*db)->createDataset(QStringLiteral("d'un \"jeu\""));
+            QVERIFY(datasetRecord);
+            const auto* dataset = static_cast<const VNObject2Dataset*>(datasetRecord->object());
+            for (const QString& name : names) {
+                const Sedra::TFileObject* analysis = analysesOf(*db)->createAnalysis(name);
+                QVERIFY2(analysis, qPrintable(name));
+                const QString folder = db->objectFolderPath(analysis->object(), true);
+                QVERIFY2(folder.startsWith(analysesRoot + QLatin1Char('/')), qPrintable(folder));
+                QVERIFY2(QFileInfo(folder).isDir(), qPrintable(folder));
+                QCOMPARE(QFileInfo(folder).dir().absolutePath(), analysesRoot);
+                QVERIFY2(wellsOf(*db)->createWell(name), qPrintable(name));
+                QVERIFY2(variablesOf(*db)->createVariable(dataset, name, name, QStringLiteral("réf")), qPrintable(name));
+            }
+            // Folders found on disk with such names are registered as they are.
+            QVERIFY(QDir().mkpath(analysesRoot + QStringLiteral("/Robert'); DROP TABLE objects;--")));
+            QVERIFY(QDir().mkpath(analysesRoot + QStringLiteral("/Échantillon 井")));
+            db->synchronizeSQLRoot();
+            QCOMPARE(db->lastSynchronization().registered.size(), 2);
+            stored = contents(*db);
+            QCOMPARE(stored.size(), 1 + 3 * names.size() + 2);
+        }
+        // Nothing was made beside the project folder.
+        QCOMPARE(QDir(tmp.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name),
+                 QStringList({QStringLiteral("Projet"), QStringLiteral("outside")}));
+        QVERIFY(QDir(outside).isEmpty());
+
+        auto db = openProject(path);
+        VNObject2Project project(QStringLiteral("Projet"));
+        QVERIFY(db->setProject(&project));
+        QCOMPARE(contents(*db), stored);
+        for (const QString& name : names) {
+            QVERIFY2(analysesOf(*db)->getAnalysis(name), qPrintable(name));
+            QVERIFY2(wellsOf(*db)->getWell(name), qPrintable(name));
+            QCOMPARE(db->getReferenceName(name, QStringLiteral("réf")), name);
+        }
+        QVERIFY(analysesOf(*db)->getAnalysis(QStringLiteral("Robert'); DROP TABLE objects;--")));
+    }
+
+    void storedPathsCannotLeadOutside()
+    {
+        QTemporaryDir tmp;
+        const QString path = tmp.filePath(QStringLiteral("Projet"));
+        makeProject(path, QStringLiteral("Projet"));
+        if (QTest::currentTestFailed())
+            return;
+        // Another program rewrote the stored folder of the analysis.
+        const QString connection = QStringLiteral("tamper");
+        {
+            QSqlDatabase header = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+            header.setDatabaseName(headerFile(path));
+            QVERIFY(header.open());
+            QSqlQuery query(header);
+            query.prepare(QStringLiteral("UPDATE objects SET path = ? WHERE type = ?"));
+            query.addBindValue(QStringLiteral("../../outside/Run 1/Run 1.tcm"));
+            query.addBindValue(int(VNObjectTypeAnalysis));
+            QVERIFY(query.exec());
+            QCOMPARE(query.numRowsAffected(), 1);
+            header.close();
+        }
+        QSqlDatabase::removeDatabase(connection);
+
+        auto db = openProject(path);
+        VNObject2Project project(QStringLiteral("Projet"));
+        QVERIFY(db->setProject(&project));
+        const VNObject2Analysis* run = analysesOf(*db)->getAnalysis(QStringLiteral("Run 1"));
+        QVERIFY(run);
+        const QString folder = db->objectFolderPath(run, true);
+        QVERIFY2(folder.isEmpty() || folder.startsWith(path + QLatin1Char('/')), qPrintable(folder));
+        db->synchronizeSQLRoot();
+        QCOMPARE(QDir(tmp.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("Projet"));
+    }
+
+    void viewerDocumentsAndBrowser()
+    {
+        QTemporaryDir tmp;
+        TRecordingLogger log;
+        const QString good = tmp.filePath(QStringLiteral("vue.xml"));
+        writeFile(good, "<viewer version=\"2\"><axis name=\"Pr/Ph\"/></viewer>");
+        bool ok = false;
+        const QDomElement element = VNDatabase::getModelViewer(good, &ok);
+        QVERIFY(ok);
+        QCOMPARE(element.tagName(), QStringLiteral("viewer"));
+        QCOMPARE(element.firstChildElement().attribute(QStringLiteral("name")), QStringLiteral("Pr/Ph"));
+
+        const QString broken = tmp.filePath(QStringLiteral("cassé.xml"));
+        writeFile(broken, "<viewer><axis></viewer>");
+        for (const QString& bad : {broken, tmp.filePath(QStringLiteral("absent.xml")), tmp.path()}) {
+            ok = true;
+            QVERIFY(VNDatabase::getModelViewer(bad, &ok).isNull());
+            QVERIFY(!ok);
+        }
+        QVERIFY(VNDatabase::getModelViewer(good, nullptr).isElement());
+        QCOMPARE(log.count(), 0);
+
+        // The browser is started from the application's folder, told nothing.
+        VNDatabase db(Sedra::DatabaseProject);
+        if (!TApplicationData::getInstance())
+            QVERIFY(!db.openSQLBase());
+        TApplicationData data;
+        data.setApplicationRootPath(tmp.path());
+        QVERIFY(!db.openSQLBase());
+        const QString program = tmp.path() + QDir::separator() + QStringLiteral("bin\\sqlbrowser.exe");
+        writeFile(program, "#!/bin/sh\necho \"$#\" > \"$(dirname \"$0\")/started.tmp\"\n"
+                           "mv \"$(dirname \"$0\")/started.tmp\" \"$(dirname \"$0\")/started\"\n");
+        QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QVERIFY(db.openSQLBase());
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(tmp.filePath(QStringLiteral("started"))), 10000);
+        QCOMPARE(readFile(tmp.filePath(QStringLiteral("started"))), QByteArray("0\n"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestVNDatabase)
+#include "tst_vndatabase.moc"
