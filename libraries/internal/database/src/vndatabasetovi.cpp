@@ -680,13 +680,17 @@ Sedra::TToviAlias* VNDatabaseTovi::aliasCreate(const VNObject2Tovi* obj, const Q
     if (!mapper)
         return nullptr;
     Sedra::TToviAlias* alias = mapper->aliasCreate(obj, field, vendor, value);
-    if (alias && field == QLatin1String("masterName")) {
-        if (Sedra::TToviCompound* compound = getCompound(obj)) {
-            compound->setMasterName(value);
-            headerDb()->saveObjectToFile(compound, writeNow(this));
-        }
-    }
+    if (alias && field == QLatin1String("masterName"))
+        takeMasterName(obj, value);
     return alias;
+}
+
+void VNDatabaseTovi::takeMasterName(const VNObject2Tovi* obj, const QString& value)
+{
+    if (Sedra::TToviCompound* compound = getCompound(obj)) {
+        compound->setMasterName(value);
+        headerDb()->saveObjectToFile(compound, writeNow(this));
+    }
 }
 
 bool VNDatabaseTovi::aliasUpdate(const VNObject2Tovi* obj, const QString& field, const QString& vendor,
@@ -868,7 +872,14 @@ const VNObject2* VNDatabaseTovi::copyCompound(const VNObject2* obj)
         if (const Sedra::TToviAlias* existing = getAlias(targetObject, field, vendor)) {
             if (existing->getValue() == value)
                 continue;
-            aliasDeleteSingleItem(targetObject, field, vendor);
+            // The source's value replaces ours, as a deletion and a new
+            // creation would (master name included). Replaced in place, the
+            // old record's removal stays ahead of the new one inside the
+            // import's single transaction, where a new record of the same
+            // identity would otherwise be written before the old one went.
+            if (aliasUpdate(targetObject, field, vendor, value) && field == QLatin1String("masterName"))
+                takeMasterName(targetObject, value);
+            continue;
         }
         aliasCreate(targetObject, field, vendor, value);
     }

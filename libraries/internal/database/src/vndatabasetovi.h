@@ -198,6 +198,8 @@ private:
     const VNObject2* copyOverlay(const VNObject2* obj, bool& first, bool& second, int& count);
     const VNObject2* copyJoint(const VNObject2* obj, bool& first, bool& second, int& count);
     const VNObject2* copyEIC(const VNObject2* obj);
+    /// The compound named by `obj` (if it is one) takes `value` as its master name.
+    void takeMasterName(const VNObject2Tovi* obj, const QString& value);
 
     // Kept for the subclasses of other modules; nothing here reads it.
     void* m_reserved;

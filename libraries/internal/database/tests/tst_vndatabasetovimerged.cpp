@@ -1,0 +1,551 @@
+// Graphs and overlays of a reference database (records, drawings, copies) and
+// the merged reference database: when it is current, when it is rebuilt, who
+// wins a conflict, and what an interrupted rebuild leaves for the next one.
+#include <databasefactoryinterface.h>
+#include <messageloggerinterface.h>
+#include <tapplicationdata.h>
+#include <tassert.h>
+#include <theaderconnector.h>
+#include <theaderdatabase.h>
+#include <trecordinglogger.h>
+#include <ttovialias.h>
+#include <ttovicompound.h>
+#include <ttovigraph.h>
+#include <ttovioverlay.h>
+#include <ttoviratio.h>
+#include <ttranslator.h>
+#include <vndatabasefactory.h>
+#include <vndatabasetovi.h>
+#include <vndatabasetovimerged.h>
+#include <vndatabasetovimgr.h>
+#include <vndatamodelgraph.h>
+#include <vndatamodeloverlay.h>
+#include <vngraphdocument.h>
+#include <vnobject2tovigraph.h>
+#include <vnobject2tovioverlay.h>
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+const int kDelivered = 7;
+const int kUser = 9;
+const int kMerged = 10;
+
+VNDatabaseTovi* makeTovi(int type)
+{
+    VNDatabaseFactory factory;
+    Sedra::TDatabase* db = factory.createDatabase(Sedra::DatabaseType(type));
+    auto* tovi = qobject_cast<VNDatabaseTovi*>(db);
+    if (!tovi)
+        delete db;
+    else
+        tovi->loadDatabase();
+    return tovi;
+}
+
+VNDatabaseTovi* registered(int type)
+{
+    return dynamic_cast<VNDatabaseTovi*>(VNDatabaseToviMGR::getInstance()->db(type));
+}
+
+QByteArray digest(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QByteArray();
+    return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256);
+}
+
+QString fileOf(VNDatabaseTovi* db)
+{
+    return db && db->getConnector() ? db->getConnector()->getDbFilename() : QString();
+}
+
+void addCompound(VNDatabaseTovi* db, const QString& id, const QString& name, const QString& keys)
+{
+    Sedra::TToviCompound model;
+    model.setMasterName(name);
+    model.setToviKey(keys);
+    QVERIFY(db->createCompound(&model, id));
+}
+
+void addRatio(VNDatabaseTovi* db, const QString& id, const QString& name)
+{
+    QVERIFY(db->createRatio(id, name, name, name, 1, QStringLiteral("Source"), QStringLiteral("GC"),
+                            QStringLiteral("Peak area ratio"), QStringLiteral("Isoprenoids"), QStringLiteral("57"),
+                            QStringLiteral("Peters et al. 2005")));
+}
+
+const VNObject2Tovi* toviObject(const VNObject2* object)
+{
+    return dynamic_cast<const VNObject2Tovi*>(object);
+}
+
+// A cross-plot of two parameters, described as the graph editor fills it.
+std::unique_ptr<VNDataModelGraph> crossPlot(const QString& name, const QString& x, const QString& y)
+{
+    std::unique_ptr<VNDataModelGraph> model(new VNDataModelGraph(Plavo::VIEW_ORTHOGONAL));
+    model->setToVIName(name);
+    model->setIsORL(false);
+    model->setAxisKey(0, x);
+    model->setAxisKey(1, y);
+    model->setStudyType(QStringLiteral("Source rock"));
+    model->setFamilyName(QStringLiteral("Isoprenoids"));
+    model->setProcessType(QStringLiteral("GC"));
+    model->setExpectedUnit(QStringLiteral("ratio"));
+    model->setExpectedAnalysisType(QStringLiteral("Saturates"));
+    model->setLiteratureReference(QStringLiteral("Connan and Cassou 1980"));
+    model->setComments(QStringLiteral("Pr/n-C17 against Ph/n-C18; \"oxic\" <-> 'anoxic'"));
+    return model;
+}
+
+std::unique_ptr<VNDataModelOverlay> zone(const QString& name)
+{
+    std::unique_ptr<VNDataModelOverlay> model(new VNDataModelOverlay);
+    model->setToVIName(name);
+    model->setLiteratureReference(QStringLiteral("Shanmugam 1985"));
+    model->setProcessType(QStringLiteral("Kerogen type"));
+    return model;
+}
+
+// A graph with one overlay in `db`; returns the graph object.
+const VNObject2ToviGraph* addGraph(VNDatabaseTovi* db, const QString& name, const QString& overlayName)
+{
+    std::unique_ptr<VNDataModelGraph> model = crossPlot(name, QStringLiteral("R1"), QStringLiteral("R2"));
+    const QDomDocument document = VNGraphDocument::create(*model);
+    const auto* graph = dynamic_cast<const VNObject2ToviGraph*>(db->createGraph(model.get(), document));
+    if (graph && !overlayName.isEmpty()) {
+        std::unique_ptr<VNDataModelOverlay> overlay = zone(overlayName);
+        if (!db->overlayCreate(graph, overlay.get(), document))
+            return nullptr;
+    }
+    return graph;
+}
+} // namespace
+
+class TestToviMerged : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { TTranslator::install(QStringLiteral("en")); }
+    void init()
+    {
+        m_data.reset(new TApplicationData);
+        m_dir.reset(new QTemporaryDir);
+        m_data->setValue(QStringLiteral("TOVIDBDIR"), m_dir->path());
+        DatabaseFactoryInterface::install(&m_factory);
+        TAssert::clear();
+    }
+    void cleanup()
+    {
+        VNDatabaseToviMGR::clear();
+        DatabaseFactoryInterface::uninstall(&m_factory);
+        m_data.reset();
+        m_dir.reset();
+        TTranslator::install(QStringLiteral("en"));
+    }
+
+    void graphsAndOverlaysAreStoredWithTheirDrawings()
+    {
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(kUser));
+        std::unique_ptr<VNDataModelGraph> model = crossPlot(QStringLiteral("Pr/n-C17 vs Ph/n-C18"),
+                                                            QStringLiteral("R1"), QStringLiteral("R2"));
+        const QDomDocument document = VNGraphDocument::create(*model);
+        QVERIFY(!document.isNull());
+        QCOMPARE(db->getRatioUids(document), (QStringList{QStringLiteral("R1"), QStringLiteral("R2")}));
+
+        const VNObject2* made = db->createGraph(model.get(), document);
+        QVERIFY(made);
+        const auto* graph = dynamic_cast<const VNObject2ToviGraph*>(made);
+        QVERIFY(graph);
+        const QString identifier = made->key();
+        Sedra::TToviGraph* record = db->getGraph(made);
+        QVERIFY(record);
+        QVERIFY(QFileInfo::exists(QDir(db->getCurrentWorkingPath()).filePath(record->relativePath())));
+        QVERIFY(!VNDatabaseTovi::getXmlData(made).isNull());
+
+        Sedra::TToviGraph::GraphInformation info = db->getGraphInformation(identifier);
+        QCOMPARE(info.toviName, QStringLiteral("Pr/n-C17 vs Ph/n-C18"));
+        QCOMPARE(info.literatureReference, QStringLiteral("Connan and Cassou 1980"));
+        QCOMPARE(info.comments, model->getComments());
+        QCOMPARE(info.expectedUnit, QStringLiteral("ratio"));
+        QCOMPARE(info.expectedAnalysisType, QStringLiteral("Saturates"));
+        QCOMPARE(info.studyType, QStringLiteral("Source rock"));
+        QCOMPARE(info.familyName, QStringLiteral("Isoprenoids"));
+        QCOMPARE(info.processType, QStringLiteral("GC"));
+        QVERIFY(!info.isORL);
+        const Sedra::TToviGraph::GraphInformation unknown = db->getGraphInformation(QStringLiteral("no such graph"));
+        QVERIFY(unknown.toviName.isEmpty() && unknown.comments.isEmpty() && unknown.processType.isEmpty());
+        QCOMPARE(unknown.number, 0);
+        QVERIFY(!unknown.isORL);
+
+        // An update writes through the same record and answers the same object.
+        model->setComments(QStringLiteral("revised"));
+        model->setIsORL(true);
+        QCOMPARE(db->graphUpdate(made, model.get(), document), made);
+        QCOMPARE(db->getGraphInformation(identifier).comments, QStringLiteral("revised"));
+        QVERIFY(db->getGraphInformation(identifier).isORL);
+
+        // Only a graph model describes a graph.
+        std::unique_ptr<VNDataModelOverlay> overlayModel = zone(QStringLiteral("Type II kerogen"));
+        QVERIFY(!db->createGraph(overlayModel.get(), document));
+        QVERIFY(TAssert::contains(QStringLiteral("graphModel != 0"), QStringLiteral("vndatabasetovi")));
+        QVERIFY(!db->graphUpdate(made, overlayModel.get(), document));
+
+        // Overlays: the equation is always the model-less one; names compare exactly.
+        const VNObject2* overlay = db->overlayCreate(graph, overlayModel.get(), document);
+        QVERIFY(overlay);
+        Sedra::TToviOverlay* overlayRecord = db->getOverlay(overlay);
+        QVERIFY(overlayRecord);
+        QCOMPARE(overlayRecord->getEquation(), QStringLiteral("no equation in model"));
+        QCOMPARE(overlayRecord->getToVIName(), QStringLiteral("Type II kerogen"));
+        QCOMPARE(overlayRecord->getLiteratureReference(), QStringLiteral("Shanmugam 1985"));
+        QCOMPARE(overlayRecord->getProcessType(), QStringLiteral("Kerogen type"));
+        QCOMPARE(db->getOverlays(graph), QList<const VNObject2*>{overlay});
+        QCOMPARE(db->getOverlay(graph, overlay->name()), overlay);
+        QVERIFY(!db->getOverlay(graph, overlay->name().toUpper() + QStringLiteral("x")));
+        QVERIFY(!db->overlayCreate(nullptr, overlayModel.get(), document));
+        QVERIFY(!db->overlayUpdate(overlay, graph, model.get(), document)); // not an overlay model
+        QCOMPARE(db->overlayUpdate(overlay, graph, overlayModel.get(), document), overlay);
+        QVERIFY(!db->getOverlay(made)); // a graph is not an overlay
+
+        // Everything reads back from the file, the record of the refused
+        // creation too (its drawing was never written).
+        db.reset(makeTovi(kUser));
+        QCOMPARE(db->getAllGraphs().size(), 2);
+        QCOMPARE(db->getAllOverlays().size(), 1);
+        QCOMPARE(db->getGraphInformation(identifier).comments, QStringLiteral("revised"));
+        made = db->getGraph(identifier);
+        QVERIFY(made);
+        graph = dynamic_cast<const VNObject2ToviGraph*>(made);
+        QCOMPARE(db->getOverlays(graph).size(), 1);
+
+        // A missing drawing reads as nothing.
+        QVERIFY(QFile::remove(QDir(db->getCurrentWorkingPath()).filePath(db->getGraph(made)->relativePath())));
+        QVERIFY(VNDatabaseTovi::getXmlData(made).isNull());
+        QVERIFY(VNDatabaseTovi::getXmlData(nullptr).isNull());
+
+        // Removing a graph takes its overlays.
+        QVERIFY(!db->overlayRemove(nullptr));
+        QVERIFY(db->removeObject(made, false));
+        QCOMPARE(db->getAllGraphs().size(), 1);
+        QVERIFY(!db->getGraph(identifier));
+        QVERIFY(db->getAllOverlays().isEmpty());
+    }
+
+    void aGraphThatCannotBeSavedSaysSo_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("en") << "en" << "Impossible to save graph %1";
+        QTest::newRow("fr") << "fr" << "Impossible de sauvegarder le graphe %1";
+    }
+
+    void aGraphThatCannotBeSavedSaysSo()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, text);
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(kUser));
+        // A file where the graph folder should be: no drawing can be written.
+        QFile blocker(QDir(db->getCurrentWorkingPath()).filePath(VNObject2ToviGraph::folderName()));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.write("not a folder");
+        blocker.close();
+        TTranslator::install(language);
+        TRecordingLogger log;
+        std::unique_ptr<VNDataModelGraph> model = crossPlot(QStringLiteral("G"), QStringLiteral("R1"),
+                                                            QStringLiteral("R2"));
+        QVERIFY(!db->createGraph(model.get(), VNGraphDocument::create(*model)));
+        const QStringList errors = log.messages(MessageLoggerInterface::LevelError);
+        const QString expected = text.arg(QString());
+        QVERIFY2(std::any_of(errors.cbegin(), errors.cend(),
+                             [&](const QString& e) {
+                                 return e.startsWith(expected) && e.contains(VNObject2ToviGraph::folderName());
+                             }),
+                 qPrintable(errors.join(QLatin1Char('\n'))));
+        // The record stays, as the editor may save it again.
+        QCOMPARE(db->getAllGraphs().size(), 1);
+    }
+
+    void anOverlayCopyBringsItsGraphFirst()
+    {
+        std::unique_ptr<VNDatabaseTovi> user(makeTovi(kUser));
+        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(kMerged));
+        const VNObject2ToviGraph* graph = addGraph(user.get(), QStringLiteral("Pr/Ph vs CPI"), QStringLiteral("Oxic"));
+        QVERIFY(graph);
+        const QList<const VNObject2*> overlays = user->getOverlays(graph);
+        QCOMPARE(overlays.size(), 1);
+
+        bool first = false, second = false;
+        int count = 0;
+        const VNObject2* overlay = merged->objectCopy(overlays.first(), first, second, count);
+        QVERIFY(overlay);
+        QCOMPARE(overlay->name(), overlays.first()->name());
+        const VNObject2* copiedGraph = merged->getGraph(graph->key());
+        QVERIFY(copiedGraph);
+        QCOMPARE(merged->getGraphInformation(graph->key()).comments,
+                 user->getGraphInformation(graph->key()).comments);
+        QCOMPARE(merged->getOverlay(overlay)->getLiteratureReference(), QStringLiteral("Shanmugam 1985"));
+        // Again: found, not doubled.
+        QCOMPARE(merged->objectCopy(overlays.first(), first, second, count), overlay);
+        QCOMPARE(merged->objectCopy(graph, first, second, count), copiedGraph);
+        // The copy names the same drawing.
+        QVERIFY(!VNDatabaseTovi::getXmlData(copiedGraph).isNull());
+        merged.reset(makeTovi(kMerged));
+        QCOMPARE(merged->getAllGraphs().size(), 1);
+        QCOMPARE(merged->getAllOverlays().size(), 1);
+    }
+
+    void withoutASourceNothingIsMerged()
+    {
+        VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+        manager->setDb(makeTovi(kDelivered));
+        manager->setDb(makeTovi(kMerged));
+        QVERIFY(registered(kMerged)->getConnector()->setSerialNumber(QStringLiteral("old")));
+        const QByteArray before = digest(fileOf(registered(kMerged)));
+        QPointer<VNDatabaseTovi> merged(registered(kMerged));
+        QVERIFY(!registered(kDelivered)->updateMergedDB());
+        QCOMPARE(registered(kMerged), merged.data());
+        QCOMPARE(digest(fileOf(merged)), before);
+
+        // Nor without a factory to make the new merged database.
+        manager->setDb(makeTovi(kUser));
+        DatabaseFactoryInterface::uninstall(&m_factory);
+        QVERIFY(!registered(kDelivered)->updateMergedDB());
+        QCOMPARE(registered(kMerged), merged.data());
+    }
+
+    void rebuildKeepsDeliveredObjectsAndUserAliasValues()
+    {
+        fillSources();
+        VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+        const QByteArray delivered = digest(fileOf(registered(kDelivered)));
+        const QByteArray user = digest(fileOf(registered(kUser)));
+        const QString mergedFile = fileOf(registered(kMerged));
+        // Leftovers of an earlier crash beside the merged file must not be
+        // applied to the new copy.
+        for (const char* side : {"-journal", "-wal", "-shm"}) {
+            QFile junk(mergedFile + QLatin1String(side));
+            QVERIFY(junk.open(QIODevice::WriteOnly));
+            junk.write(QByteArray(4096, 'x'));
+        }
+        QPointer<VNDatabaseTovi> old(registered(kMerged));
+
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QVERIFY(!old); // replaced
+        VNDatabaseTovi* merged = registered(kMerged);
+        QVERIFY(merged);
+        QCOMPARE(merged->getDatabaseType(), Sedra::DatabaseToviMerged);
+        QCOMPARE(fileOf(merged), mergedFile);
+        QCOMPARE(merged->serialNumber(), QStringLiteral("A1B1"));
+        QCOMPARE(merged->readSerialNumber(), QStringLiteral("A1B1"));
+        for (const char* side : {"-journal", "-wal", "-shm"})
+            QVERIFY(!QFileInfo::exists(mergedFile + QLatin1String(side)));
+        QCOMPARE(digest(fileOf(registered(kDelivered))), delivered);
+        QCOMPARE(digest(fileOf(registered(kUser))), user);
+        checkMerged(merged);
+
+        // Current: reloaded, not rebuilt.
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QCOMPARE(registered(kMerged), merged);
+        checkMerged(merged);
+        QCOMPARE(manager->db(kMerged), static_cast<VNToviDatabaseInterface*>(merged));
+    }
+
+    void staleByEitherSerialOrByAFailedGraphSync()
+    {
+        fillSources();
+        QVERIFY(registered(kUser)->updateMergedDB());
+
+        // The stamp is the delivered serial followed by the user's, exactly.
+        for (const QString& stamp : {QStringLiteral("A1"), QStringLiteral("B1A1"), QStringLiteral("A1B1 ")}) {
+            QVERIFY(registered(kMerged)->getConnector()->setSerialNumber(stamp));
+            QPointer<VNDatabaseTovi> before(registered(kMerged));
+            QVERIFY(registered(kUser)->updateMergedDB());
+            QVERIFY2(!before, qPrintable(stamp));
+            QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A1B1"));
+        }
+        for (int type : {kDelivered, kUser}) {
+            QVERIFY(registered(type)->getConnector()->setSerialNumber(type == kUser ? "B2" : "A2"));
+            QPointer<VNDatabaseTovi> before(registered(kMerged));
+            QVERIFY(registered(kUser)->updateMergedDB());
+            QVERIFY(!before);
+        }
+        QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A2B2"));
+        checkMerged(registered(kMerged));
+
+        // A user graph whose drawing is gone, in a database that may not drop
+        // it: the sources cannot be trusted, so the merged copy is rebuilt.
+        VNDatabaseTovi* user = registered(kUser);
+        const VNObject2* graph = user->getAllGraphs().value(0);
+        QVERIFY(graph);
+        QVERIFY(QFile::remove(QDir(user->getCurrentWorkingPath()).filePath(user->getGraph(graph)->relativePath())));
+        user->setReadOnly(true);
+        QVERIFY(!user->graphOverlaySync());
+        QPointer<VNDatabaseTovi> before(registered(kMerged));
+        QVERIFY(user->updateMergedDB());
+        QVERIFY(!before);
+        QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A2B2"));
+    }
+
+    void anInterruptedRebuildIsRebuiltNextTime_data()
+    {
+        QTest::addColumn<int>("cut");
+        QTest::newRow("after the copy of the delivered file") << 0;
+        QTest::newRow("after the removal of the merged file") << 1;
+        QTest::newRow("during the import") << 2;
+    }
+
+    void anInterruptedRebuildIsRebuiltNextTime()
+    {
+        QFETCH(int, cut);
+        fillSources();
+        VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+        QVERIFY(registered(kUser)->updateMergedDB());
+        const QString mergedFile = fileOf(registered(kMerged));
+        const QString deliveredFile = fileOf(registered(kDelivered));
+        manager->closeDb(kMerged);
+        QVERIFY(QFile::remove(mergedFile));
+        if (cut == 0) {
+            QVERIFY(QFile::copy(deliveredFile, mergedFile));
+        } else if (cut == 2) {
+            // The copy stands and part of the user's objects are in, with no stamp.
+            QVERIFY(QFile::copy(deliveredFile, mergedFile));
+            std::unique_ptr<VNDatabaseTovi> partial(makeTovi(kMerged));
+            QVERIFY(partial->getConnector()->setSerialNumber(QStringLiteral("rebuilding")));
+            QVERIFY(partial->importObjectsByType(registered(kUser), VNObjectTypeIon));
+        }
+        // A rebuild file left half-written is not taken for the result.
+        QFile half(mergedFile + QStringLiteral(".rebuild"));
+        QVERIFY(half.open(QIODevice::WriteOnly));
+        half.write("half");
+        half.close();
+
+        manager->setDb(makeTovi(kMerged));
+        QVERIFY(registered(kMerged)->serialNumber() != QStringLiteral("A1B1"));
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A1B1"));
+        checkMerged(registered(kMerged));
+        QVERIFY(!QFileInfo::exists(half.fileName()));
+    }
+
+    void aGraphSavedInTheUserDatabaseReachesTheMergedOne()
+    {
+        fillSources();
+        QVERIFY(registered(kUser)->updateMergedDB());
+        VNDatabaseTovi* merged = registered(kMerged);
+
+        // The editor saves a new graph in the user database, which is
+        // stamped anew, and asks the merged database to refresh its graphics.
+        VNDatabaseTovi* user = registered(kUser);
+        const VNObject2ToviGraph* graph = addGraph(user, QStringLiteral("Ts/(Ts+Tm) vs C29 20S/(20S+20R)"),
+                                                   QStringLiteral("Mature window"));
+        QVERIFY(graph);
+        const QString identifier = graph->key();
+        QVERIFY(user->getConnector()->setSerialNumber(QStringLiteral("B2")));
+        QVERIFY(VNDatabaseToviMerged().updateMergedAfterGraphSaveORLorUSR());
+
+        QCOMPARE(registered(kMerged), merged); // refreshed, not rebuilt
+        QCOMPARE(merged->serialNumber(), QStringLiteral("A1B2"));
+        const VNObject2* copied = merged->getGraph(identifier);
+        QVERIFY(copied);
+        QVERIFY(merged->getAllGraphs().contains(copied));
+        QCOMPARE(merged->getGraphInformation(identifier).toviName,
+                 QStringLiteral("Ts/(Ts+Tm) vs C29 20S/(20S+20R)"));
+        const auto* copiedGraph = dynamic_cast<const VNObject2ToviGraph*>(copied);
+        QCOMPARE(merged->getOverlays(copiedGraph).size(), 1);
+        QCOMPARE(merged->getAllOverlays().size(), 2);
+        QVERIFY(!VNDatabaseTovi::getXmlData(copied).isNull());
+        // Nothing else moved: the merged database is current.
+        QVERIFY(user->updateMergedDB());
+        QCOMPARE(registered(kMerged), merged);
+        QCOMPARE(merged->getAllGraphs().size(), 2);
+
+        // Without a source there is nothing to refresh from.
+        VNDatabaseToviMGR::getInstance()->closeDb(kDelivered);
+        QVERIFY(!VNDatabaseToviMerged().updateMergedAfterGraphSaveORLorUSR());
+    }
+
+private:
+    // Delivered (serial A1) and user (serial B1) databases, registered with an
+    // empty merged one. They share a parameter key and a compound identity;
+    // the user changes one alias value of the shared compound.
+    void fillSources()
+    {
+        VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+        VNDatabaseTovi* delivered = makeTovi(kDelivered);
+        VNDatabaseTovi* user = makeTovi(kUser);
+        manager->setDb(delivered);
+        manager->setDb(user);
+        manager->setDb(makeTovi(kMerged));
+
+        addCompound(delivered, QStringLiteral("ORL-C1"), QStringLiteral("pristane"), QStringLiteral("Pr;iC19"));
+        QVERIFY(delivered->aliasCreate(toviObject(delivered->getCompound(QStringLiteral("ORL-C1"))),
+                                       QStringLiteral("CAS"), QStringLiteral("A"), QStringLiteral("1921-70-6")));
+        QVERIFY(delivered->aliasCreate(toviObject(delivered->getCompound(QStringLiteral("ORL-C1"))),
+                                       QStringLiteral("masterName"), QStringLiteral("A"), QStringLiteral("pristane")));
+        QVERIFY(delivered->createEIC(QStringLiteral("m/z 57"), QStringLiteral("57")));
+        addRatio(delivered, QStringLiteral("R1"), QStringLiteral("Pr/Ph"));
+        QVERIFY(delivered->getConnector()->setSerialNumber(QStringLiteral("A1")));
+
+        addCompound(user, QStringLiteral("USR-C1"), QStringLiteral("pristane (mine)"), QStringLiteral("Pr;iC19"));
+        const VNObject2Tovi* mine = toviObject(user->getCompound(QStringLiteral("USR-C1")));
+        QVERIFY(user->aliasCreate(mine, QStringLiteral("CAS"), QStringLiteral("A"), QStringLiteral("1921-70-6 (checked)")));
+        QVERIFY(user->aliasCreate(mine, QStringLiteral("name"), QStringLiteral("B"), QStringLiteral("iC19")));
+        QVERIFY(user->aliasCreate(mine, QStringLiteral("masterName"), QStringLiteral("A"),
+                                  QStringLiteral("2,6,10,14-tetramethylpentadecane")));
+        addCompound(user, QStringLiteral("USR-C2"), QStringLiteral("18\u03b1(H)-oleanane"), QStringLiteral("Ol;C30"));
+        QVERIFY(user->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
+        QVERIFY(user->createJoint(QStringLiteral("USR-C2"), QStringLiteral("m/z 191"), QStringLiteral("oleanane 191")));
+        addRatio(user, QStringLiteral("R1"), QStringLiteral("Pr/Ph (mine)"));
+        addRatio(user, QStringLiteral("USR-R2"), QStringLiteral("Oleanane index"));
+        QVERIFY(addGraph(user, QStringLiteral("Pr/n-C17 vs Ph/n-C18"), QStringLiteral("Type II")));
+        QVERIFY(user->getConnector()->setSerialNumber(QStringLiteral("B1")));
+    }
+
+    void checkMerged(VNDatabaseTovi* merged)
+    {
+        QVERIFY(merged);
+        QCOMPARE(merged->getAllCompounds().size(), 2);
+        // Delivered identity wins...
+        const VNObject2* pristane = merged->getCompound(QStringLiteral("ORL-C1"));
+        QVERIFY(pristane);
+        QVERIFY(!merged->getCompound(QStringLiteral("USR-C1")));
+        QCOMPARE(merged->getRatio(QStringLiteral("R1"))->name(), QStringLiteral("Pr/Ph"));
+        // ...the user's alias value replaces the delivered one, and adds its own.
+        QCOMPARE(merged->getAlias(toviObject(pristane), QStringLiteral("CAS"), QStringLiteral("A"))->getValue(),
+                 QStringLiteral("1921-70-6 (checked)"));
+        QCOMPARE(merged->getAlias(toviObject(pristane), QStringLiteral("name"), QStringLiteral("B"))->getValue(),
+                 QStringLiteral("iC19"));
+        // A replaced master-name alias renames the compound, as a new one does.
+        QCOMPARE(merged->getAlias(toviObject(pristane), QStringLiteral("masterName"), QStringLiteral("A"))->getValue(),
+                 QStringLiteral("2,6,10,14-tetramethylpentadecane"));
+        QCOMPARE(pristane->name(), QStringLiteral("2,6,10,14-tetramethylpentadecane"));
+        QCOMPARE(merged->getAllAlias().size(), 3);
+        // What only the user has comes in.
+        QVERIFY(merged->getCompound(QStringLiteral("USR-C2")));
+        QVERIFY(merged->getRatio(QStringLiteral("USR-R2")));
+        QCOMPARE(merged->getAllRatios().size(), 2);
+        QCOMPARE(merged->getAllIons().size(), 2);
+        QCOMPARE(merged->getAllJoints().size(), 1);
+        QVERIFY(merged->getJoint(QStringLiteral("USR-C2"), QStringLiteral("m/z 191")));
+        QCOMPARE(merged->getAllGraphs().size(), registered(kUser)->getAllGraphs().size());
+        QCOMPARE(merged->getAllOverlays().size(), registered(kUser)->getAllOverlays().size());
+        QCOMPARE(merged->getAliasVendors(), (QStringList{QStringLiteral("A"), QStringLiteral("B")}));
+    }
+
+    VNDatabaseFactory m_factory;
+    std::unique_ptr<TApplicationData> m_data;
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+QTEST_GUILESS_MAIN(TestToviMerged)
+#include "tst_vndatabasetovimerged.moc"
