@@ -102,7 +102,9 @@ QStringList VNDatabase::folderNameList()
 QStringList VNDatabase::scanDir(VNObjectType type, bool withSuffix) const
 {
     const QString folder = VNObject2::folderName(type);
-    if (folder.isNull())
+    // A database kept in memory has no folder: the kind's folder name alone
+    // would be taken from the root of the file system.
+    if (folder.isNull() || getCurrentWorkingPath().isEmpty())
         return QStringList();
     return scanDir(getCurrentWorkingPath() + QDir::separator() + folder, withSuffix);
 }

@@ -3,10 +3,7 @@
 #include "vndatabase.h"
 #include "vndatabasetovi.h"
 
-#include <messageloggerinterface.h>
 #include <vnmapperfactory.h>
-
-#include <QCoreApplication>
 
 #include <new>
 

@@ -582,6 +582,33 @@ private slots:
         }
     }
 
+    // No folder, or a file where the folder should be: the object exists,
+    // unbound, and nothing is written anywhere.
+    void unusableFoldersAreRefused()
+    {
+        QTemporaryDir tmp;
+        const QString current = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(tmp.path()));
+        const QString file = tmp.filePath(QStringLiteral("Projet.txt"));
+        writeFile(file, "not a folder");
+        const QMap<QString, QByteArray> before = snapshot(tmp.path());
+        TAssert::clear();
+        for (const QString& path : {QString(), file}) {
+            auto db = openProject(path);
+            QVERIFY(db);
+            QVERIFY(!db->headerDb()->isOpen());
+            QVERIFY(!db->getMapper(VNObjectTypeAnalysis));
+            VNObject2Project project(QStringLiteral("Projet"));
+            db->setProject(&project);
+            db->synchronizeSQLRoot();
+            QVERIFY(db->lastSynchronization().registered.isEmpty());
+            QVERIFY(!db->loadDatabase());
+            QCOMPARE(db->scanDir(VNObjectTypeWell, true), QStringList());
+        }
+        QDir::setCurrent(current);
+        QCOMPARE(snapshot(tmp.path()), before);
+    }
+
     void hostileNamesStayInsideAndIntact()
     {
         QTemporaryDir tmp;

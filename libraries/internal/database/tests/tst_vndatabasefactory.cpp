@@ -7,6 +7,7 @@
 #include <ttranslator.h>
 #include <vndatabase.h>
 #include <vndatabasefactory.h>
+#include <vndatabasetovi.h>
 #include <theaderdatabase.h>
 #include <vnmapperfactory.h>
 #include <vnobject2dataset.h>
@@ -48,7 +49,7 @@ private slots:
         QVERIFY(db->getMapper(VNObjectTypeAnalysis));
     }
 
-    void referenceTypesAreNotFakedByProjectDatabases_data()
+    void referenceTypesMakeReferenceDatabases_data()
     {
         QTest::addColumn<int>("type");
         QTest::newRow("delivered") << 7;
@@ -56,15 +57,22 @@ private slots:
         QTest::newRow("merged") << 10;
     }
 
-    void referenceTypesAreNotFakedByProjectDatabases()
+    void referenceTypesMakeReferenceDatabases()
     {
         QFETCH(int, type);
         VNDatabaseFactory factory;
         TRecordingLogger log;
         std::unique_ptr<Sedra::TDatabase> db(factory.createDatabase(Sedra::DatabaseType(type)));
+        QVERIFY(db);
+        QCOMPARE(db->metaObject()->className(), "VNDatabaseTovi");
         QVERIFY(!qobject_cast<VNDatabase*>(db.get()));
-        if (!db) // no reference database class yet: a refusal that says so
-            QCOMPARE(log.messages(MessageLoggerInterface::LevelWarning).size(), 1);
+        QCOMPARE(int(db->getDatabaseType()), type);
+        // The reference databases' own mappers, none of a project's.
+        QVERIFY(db->getMapper(VNObjectTypeCompound));
+        QVERIFY(db->getMapper(VNObjectTypeIon));
+        QVERIFY(!db->getMapper(VNObjectTypeAnalysis));
+        QVERIFY(db->getCurrentWorkingPath().isEmpty());
+        QVERIFY(log.messages(MessageLoggerInterface::LevelWarning).isEmpty());
     }
 
     void installedFactoryServesCallers()
@@ -102,6 +110,10 @@ private slots:
     {
         VNMapperFactory* atLoad = VNDatabase::s_mapperFactory;
         QVERIFY(atLoad);
+        // The reference databases have a factory of their own, a plain one.
+        QVERIFY(VNDatabaseTovi::s_mapperFactory);
+        QVERIFY(static_cast<Sedra::TMapperFactory*>(atLoad) != VNDatabaseTovi::s_mapperFactory);
+        QVERIFY(!dynamic_cast<VNMapperFactory*>(VNDatabaseTovi::s_mapperFactory));
         {
             VNDatabase one(Sedra::DatabaseProject), two(Sedra::DatabaseProject);
             QCOMPARE(one.mapperFactory(), two.mapperFactory());

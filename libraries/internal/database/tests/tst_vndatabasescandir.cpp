@@ -5,6 +5,7 @@
 #include <ttranslator.h>
 #include <vndatabase.h>
 #include <vnobject2indexation.h>
+#include <vnobject2well.h>
 
 #include <QDir>
 #include <QFile>
@@ -173,6 +174,19 @@ private slots:
         TRecordingLogger log;
         QCOMPARE(db.scanDir(VNObjectTypeSignal, true), QStringList());
         QCOMPARE(db.scanDir(VNObjectTypeProject, true), QStringList());
+        QCOMPARE(QDir(project).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
+        QCOMPARE(log.count(), 0);
+
+        // A database kept in memory has no folder to scan: nothing is made at
+        // the root of the file system (nor in the current folder).
+        VNDatabase inMemory(Sedra::DatabaseProject);
+        const QString atRoot = QDir::rootPath() + VNObject2Well::folderName();
+        const bool existed = QFileInfo::exists(atRoot);
+        const QString current = QDir::currentPath();
+        QDir::setCurrent(project);
+        QCOMPARE(inMemory.scanDir(VNObjectTypeWell, true), QStringList());
+        QDir::setCurrent(current);
+        QCOMPARE(QFileInfo::exists(atRoot), existed);
         QCOMPARE(QDir(project).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
         QCOMPARE(log.count(), 0);
     }
