@@ -123,6 +123,7 @@ bool TAbstractDatabase::takeObject(TDatabaseObject* record)
     if (record->parentType())
         removeFromBucket(m_children, ParentKey(record->parentType(), record->parentKey()), record);
     m_byObject.remove(record->object());
+    m_keyChanged.remove(record);
     return true;
 }
 
@@ -154,6 +155,7 @@ void TAbstractDatabase::takeObjects(const QList<TDatabaseObject*>& records)
             parents.insert(ParentKey(record->parentType(), record->parentKey()));
         m_kinds[record->type()].byKey.remove(record->key());
         m_byObject.remove(record->object());
+        m_keyChanged.remove(record);
     }
     const auto dropGone = [&gone](QList<TDatabaseObject*>& list) {
         list.erase(std::remove_if(list.begin(), list.end(), [&gone](TDatabaseObject* r) { return gone.contains(r); }),
@@ -191,6 +193,8 @@ bool TAbstractDatabase::renameObject(TDatabaseObject* record, const QString& nam
     removeFromBucket(kind.byName, record->name(), record);
     record->object()->setName(name);
     record->object()->setKey(key == name ? QString() : key);
+    if (record->key() != oldKey)
+        m_keyChanged.insert(record);
     kind.byKey.insert(record->key(), record);
     kind.byName[record->name()].append(record);
     // The records that belong to this one follow it to its new key.
@@ -215,6 +219,7 @@ void TAbstractDatabase::moveChildren(int parentType, const QString& oldKey, cons
             continue; // cannot happen for keys made by childKey(); the old key still works
         kind.byKey.remove(childOld);
         child->object()->setKey(childNew);
+        m_keyChanged.insert(child);
         kind.byKey.insert(childNew, child);
         moveChildren(child->type(), childOld, childNew);
     }
@@ -238,6 +243,7 @@ void TAbstractDatabase::deleteAllObjects()
     m_kinds.clear();
     m_children.clear();
     m_byObject.clear();
+    m_keyChanged.clear();
     for (const Kind& kind : kinds)
         qDeleteAll(kind.list);
 }

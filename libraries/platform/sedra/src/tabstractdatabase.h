@@ -6,6 +6,7 @@
 #include <QList>
 #include <QMap>
 #include <QPair>
+#include <QSet>
 #include <QString>
 
 class VNObject2;
@@ -63,6 +64,10 @@ protected:
     /// Changes the name and the key of a record and its index entries.
     bool renameObject(TDatabaseObject* record, const QString& name, const QString& key);
     void deleteAllObjects();
+    /// The records whose key changed since forgetKeyChanges(): their rows
+    /// may still hold a key that another record now has.
+    QList<TDatabaseObject*> keyChanges() const { return m_keyChanged.values(); }
+    void forgetKeyChanges() { m_keyChanged.clear(); }
 
 private:
     /// Moves the records that belong to (parentType, oldKey) to `newKey`;
@@ -80,6 +85,7 @@ private:
     QMap<int, Kind> m_kinds;
     QHash<ParentKey, QList<TDatabaseObject*>> m_children;
     QHash<const VNObject2*, TDatabaseObject*> m_byObject;
+    QSet<TDatabaseObject*> m_keyChanged;
 };
 
 } // namespace Sedra

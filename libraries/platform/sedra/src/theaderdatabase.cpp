@@ -293,6 +293,31 @@ bool THeaderDatabase::deleteRows(const QList<qint64>& ids)
     return true;
 }
 
+bool THeaderDatabase::parkChangedKeys()
+{
+    // Keys that changed hands since the last flush (two records swapping
+    // names) would collide row by row: their rows first get keys no record
+    // has, then every row is written with its own.
+    QSqlQuery park(m_connector->database());
+    if (!park.prepare(QStringLiteral("UPDATE objects SET key = ? WHERE id = ?"))) {
+        fail(park.lastError().text());
+        return false;
+    }
+    for (const TDatabaseObject* record : keyChanges()) {
+        // A record written since has its own key in its row already, and
+        // only modified records are written again below.
+        if (record->id() < 0 || !record->isModified())
+            continue;
+        park.addBindValue(QStringLiteral("\x01moving %1").arg(record->id()));
+        park.addBindValue(record->id());
+        if (!park.exec()) {
+            fail(park.lastError().text());
+            return false;
+        }
+    }
+    return true;
+}
+
 bool THeaderDatabase::saveObjectToFile(TDatabaseObject* record, bool flush)
 {
     if (!record)
@@ -353,7 +378,7 @@ bool THeaderDatabase::flushDatabase()
     }
     QList<TDatabaseObject*> inserted;
     QList<TDatabaseObject*> written;
-    bool ok = deleteRows(m_pendingRemovals);
+    bool ok = deleteRows(m_pendingRemovals) && parkChangedKeys();
     Statements statements(m_connector->database());
     const QList<TDatabaseObject*> all = getObjectsList();
     for (int i = 0; ok && i < all.size(); ++i) {
@@ -366,6 +391,7 @@ bool THeaderDatabase::flushDatabase()
         for (TDatabaseObject* record : written)
             record->setModified(false);
         m_pendingRemovals.clear();
+        forgetKeyChanges();
         return true;
     }
     for (TDatabaseObject* record : inserted)

@@ -94,6 +94,7 @@ private:
     struct Statements;
     bool writeRecord(TDatabaseObject* record, QList<TDatabaseObject*>* inserted, Statements& statements);
     bool deleteRows(const QList<qint64>& ids);
+    bool parkChangedKeys();
     bool refuseWrite();
     void fail(const QString& error);
 

@@ -1,5 +1,7 @@
 #include "tpropertyobject.h"
 
+#include <QHash>
+
 namespace Sedra {
 
 TPropertyObject::TPropertyObject(VNObject2* object)
@@ -56,9 +58,20 @@ bool TPropertyObject::removeProperty(const QString& name)
 
 void TPropertyObject::setPropertyList(const QList<TProperty>& properties)
 {
-    if (properties == m_properties)
+    QList<TProperty> unique;
+    QHash<QString, int> place;
+    for (const TProperty& p : properties) {
+        const auto seen = place.constFind(p.name());
+        if (seen != place.constEnd()) {
+            unique[*seen].setValue(p.value());
+            continue;
+        }
+        place.insert(p.name(), unique.size());
+        unique.append(p);
+    }
+    if (unique == m_properties)
         return;
-    m_properties = properties;
+    m_properties = unique;
     setModified(true);
 }
 

@@ -17,6 +17,8 @@ public:
     const QList<TProperty>& properties() const { return m_properties; }
     const QList<TProperty>& getPropertyList() const { return m_properties; }
     /// Replaces every value and marks the record modified when they differ.
+    /// A name given twice is kept once, at its first place, with its last
+    /// value: the header file holds one value per name.
     void setPropertyList(const QList<TProperty>& properties);
     /// The value of `name`, or a null string when the record has none.
     QString property(const QString& name) const;

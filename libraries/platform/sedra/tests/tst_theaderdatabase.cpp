@@ -106,6 +106,7 @@ private slots:
     void unwritableFolderOpensReadOnly();
     void removalIsOneTransaction();
     void pendingRemovalGoesAtFlush();
+    void swappedNamesAndRepeatedPropertiesAreWritten();
 };
 
 void TestHeaderDatabase::writtenRecordsComeBackAfterClose()
@@ -454,6 +455,58 @@ void TestHeaderDatabase::pendingRemovalGoesAtFlush()
                                   analyses->record(QStringLiteral("Run 0001"))};
     QVERIFY(!p.db->headerDb()->removeObjects(twice, true));
     QVERIFY(analyses->exists(QStringLiteral("Run 0001")));
+}
+
+void TestHeaderDatabase::swappedNamesAndRepeatedPropertiesAreWritten()
+{
+    // Changes made in memory that the file's constraints (one row per key,
+    // one value per property name) would refuse row by row: the flush must
+    // still succeed, or every later flush would fail on the same record.
+    QTemporaryDir dir;
+    {
+        TestProject p(dir.path());
+        auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
+        auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
+        TMutableObject* first = datasets->createDataset(QStringLiteral("Steranes"));
+        TMutableObject* second = datasets->createDataset(QStringLiteral("Hopanes"));
+        QVERIFY(first && second);
+        QVERIFY(variables->createVariable(static_cast<const VNObject2Dataset*>(first->object()),
+                                          QStringLiteral("C29 20S/(20S+20R)"), QStringLiteral("R-S"),
+                                          QStringLiteral("C-S")));
+        QVERIFY(variables->createVariable(static_cast<const VNObject2Dataset*>(second->object()),
+                                          QStringLiteral("Ts/(Ts+Tm)"), QStringLiteral("R-H"), QStringLiteral("C-H")));
+        // Swapped through a third name, nothing written until the flush.
+        QVERIFY(datasets->rename(first->object(), QStringLiteral("Swap"), false));
+        QVERIFY(datasets->rename(second->object(), QStringLiteral("Steranes"), false));
+        QVERIFY(datasets->rename(first->object(), QStringLiteral("Hopanes"), false));
+        auto* well = p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(QStringLiteral("W"));
+        QVERIFY(well);
+        well->setPropertyList({TProperty(QStringLiteral("Depth"), QStringLiteral("1")),
+                               TProperty(QStringLiteral("Field"), QStringLiteral("Brent")),
+                               TProperty(QStringLiteral("Depth"), QStringLiteral("2"))});
+        QCOMPARE(well->properties().size(), 2);
+        QCOMPARE(well->property(QStringLiteral("Depth")), QStringLiteral("2"));
+        QVERIFY2(p.db->headerDb()->flushDatabase(), qPrintable(p.db->headerDb()->lastError()));
+        QVERIFY(!p.db->headerDb()->hasPendingChanges());
+    }
+    TestProject p(dir.path());
+    auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
+    auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
+    QCOMPARE(datasets->count(), 2);
+    const QList<const VNObject2Variable*> hopanes = variables->variables(datasets->getDataset(QStringLiteral("Hopanes")));
+    const QList<const VNObject2Variable*> steranes =
+        variables->variables(datasets->getDataset(QStringLiteral("Steranes")));
+    QCOMPARE(hopanes.size(), 1);
+    QCOMPARE(steranes.size(), 1);
+    QCOMPARE(hopanes.first()->name(), QStringLiteral("C29 20S/(20S+20R)"));
+    QCOMPARE(steranes.first()->name(), QStringLiteral("Ts/(Ts+Tm)"));
+    QCOMPARE(runSql(p.headerFile(), {QStringLiteral("SELECT count(*) FROM objects WHERE key LIKE '%moving%'")}).toInt(),
+             0);
+    const auto* well = dynamic_cast<const TPropertyObject*>(
+        p.mapper<TWellMapper>(VNObjectTypeWell)->record(QStringLiteral("W")));
+    QVERIFY(well);
+    QCOMPARE(well->properties(), (QList<TProperty>{TProperty(QStringLiteral("Depth"), QStringLiteral("2")),
+                                                   TProperty(QStringLiteral("Field"), QStringLiteral("Brent"))}));
 }
 
 QTEST_GUILESS_MAIN(TestHeaderDatabase)
