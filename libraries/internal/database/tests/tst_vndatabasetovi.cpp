@@ -18,6 +18,8 @@
 #include <vndatabasetovimgr.h>
 #include <vnobject2tovicompound.h>
 
+#include "tst_vndatabasetovihelpers.h"
+
 #include <QDir>
 #include <QFile>
 #include <QPointer>
@@ -26,17 +28,10 @@
 
 #include <memory>
 
-namespace {
-VNDatabaseTovi* makeTovi(int type)
-{
-    VNDatabaseFactory factory;
-    Sedra::TDatabase* db = factory.createDatabase(Sedra::DatabaseType(type));
-    auto* tovi = qobject_cast<VNDatabaseTovi*>(db);
-    if (!tovi)
-        delete db;
-    return tovi;
-}
+using ToviTest::addCompound;
+using ToviTest::makeTovi;
 
+namespace {
 bool writeFile(const QString& path, const QByteArray& content)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
@@ -44,14 +39,6 @@ bool writeFile(const QString& path, const QByteArray& content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
-Sedra::TToviCompound* addCompound(VNDatabaseTovi* db, const QString& id, const QString& name, const QString& keys)
-{
-    Sedra::TToviCompound model;
-    model.setMasterName(name);
-    model.setToviKey(keys);
-    model.setFormula(QStringLiteral("C19H40"));
-    return db->createCompound(&model, id);
-}
 } // namespace
 
 class TestToviLifecycle : public QObject
@@ -61,9 +48,7 @@ private slots:
     void initTestCase() { TTranslator::install(QStringLiteral("en")); }
     void init()
     {
-        m_data.reset(new TApplicationData);
-        m_dir.reset(new QTemporaryDir);
-        m_data->setValue(QStringLiteral("TOVIDBDIR"), m_dir->path());
+        ToviTest::useNewFolder(m_data, m_dir);
     }
     void cleanup()
     {
@@ -78,7 +63,7 @@ private slots:
         // "TOVIDBDIR" is taken as it stands.
         {
             TRecordingLogger log;
-            std::unique_ptr<VNDatabaseTovi> db(makeTovi(7));
+            std::unique_ptr<VNDatabaseTovi> db(makeTovi(7, false));
             QVERIFY(db);
             QCOMPARE(db->getCurrentWorkingPath(), QDir::cleanPath(m_dir->path()));
             QCOMPARE(db->parentDirectory(), QStringLiteral("tovi"));
@@ -93,7 +78,7 @@ private slots:
         QDir().mkpath(root);
         qputenv("VARNELDIR", root.toUtf8());
         TRecordingLogger log;
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
         QVERIFY(db);
         QCOMPARE(m_data->getString(QStringLiteral("VARNELDIR")), root);
         QVERIFY(log.contains(MessageLoggerInterface::LevelDebug,
@@ -108,7 +93,7 @@ private slots:
     void withoutApplicationDataNothingIsOpened()
     {
         m_data.reset();
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(10));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(10, false));
         QVERIFY(db);
         QVERIFY(db->getCurrentWorkingPath().isEmpty());
         QVERIFY(!db->getConnector());
@@ -123,7 +108,7 @@ private slots:
     {
         QStringList files;
         for (int type : {7, 9, 10}) {
-            std::unique_ptr<VNDatabaseTovi> db(makeTovi(type));
+            std::unique_ptr<VNDatabaseTovi> db(makeTovi(type, false));
             QVERIFY(db);
             QCOMPARE(int(db->getDatabaseType()), type);
             QCOMPARE(int(static_cast<VNToviDatabaseInterface*>(db.get())->getDatabaseType()), type);
@@ -146,7 +131,7 @@ private slots:
         QVERIFY(VNDatabaseToviMGR::isInstanciated());
         QCOMPARE(VNDatabaseToviMGR::getInstance(), manager);
         for (int type : {7, 9, 10}) {
-            VNDatabaseTovi* db = makeTovi(type);
+            VNDatabaseTovi* db = makeTovi(type, false);
             QVERIFY(db->loadDatabase());
             manager->setDb(db);
             QCOMPARE(manager->db(type), static_cast<VNToviDatabaseInterface*>(db));
@@ -170,7 +155,7 @@ private slots:
 
         manager->closeDb(9);
         QVERIFY(!manager->db(9));
-        VNDatabaseTovi* reopened = makeTovi(9);
+        VNDatabaseTovi* reopened = makeTovi(9, false);
         QVERIFY(reopened->loadDatabase());
         manager->setDb(reopened);
         QCOMPARE(reopened->serialNumber(), QStringLiteral("USR-42"));
@@ -212,14 +197,14 @@ private slots:
         QVERIFY(!manager->db(9));
         manager->closeDb(9); // nothing registered: nothing happens
         manager->setDb(nullptr);
-        QPointer<VNDatabaseTovi> first(makeTovi(9));
-        QPointer<VNDatabaseTovi> second(makeTovi(9));
+        QPointer<VNDatabaseTovi> first(makeTovi(9, false));
+        QPointer<VNDatabaseTovi> second(makeTovi(9, false));
         manager->setDb(first);
         manager->setDb(second);
         QCOMPARE(manager->db(9), static_cast<VNToviDatabaseInterface*>(first.data()));
         QVERIFY(second); // refused, not deleted: still the caller's
         delete second.data();
-        QPointer<VNDatabaseTovi> merged(makeTovi(10));
+        QPointer<VNDatabaseTovi> merged(makeTovi(10, false));
         manager->setDb(merged);
         manager->closeDb(9);
         QVERIFY(!first);
@@ -233,7 +218,7 @@ private slots:
 
     void serialNumberIsReadWithoutTheOpenDatabase()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(7));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(7, false));
         QVERIFY(db->getConnector()->setSerialNumber(QStringLiteral("ORL-2026.1")));
         QCOMPARE(db->readSerialNumber(), QStringLiteral("ORL-2026.1"));
         // The independent connection is gone afterwards.
@@ -250,7 +235,7 @@ private slots:
         QVERIFY(writeFile(file, QByteArray("this is not a database at all").repeated(100)));
         const QByteArray before = [&] { QFile f(file); f.open(QIODevice::ReadOnly); return f.readAll(); }();
         TRecordingLogger log;
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
         QVERIFY(db);
         bool named = false;
         for (const QString& message : log.messages(MessageLoggerInterface::LevelWarning))
@@ -268,7 +253,7 @@ private slots:
 
     void removeAllObjectsEmptiesTheFile()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
         Sedra::TToviCompound* compound = addCompound(db.get(), QStringLiteral("C1"), QStringLiteral("phytane"),
                                                      QStringLiteral("Ph"));
         QVERIFY(compound);
@@ -279,7 +264,7 @@ private slots:
         QVERIFY(db->removeAllObjects());
         QVERIFY(db->getAllCompounds().isEmpty());
         QVERIFY(db->getAllAlias().isEmpty());
-        db.reset(makeTovi(9));
+        db.reset(makeTovi(9, false));
         QVERIFY(db->loadDatabase());
         QVERIFY(db->getAllCompounds().isEmpty());
         QVERIFY(db->getAllIons().isEmpty());
@@ -289,13 +274,13 @@ private slots:
 
     void pathsOfObjectsAndTemp()
     {
-        std::unique_ptr<VNDatabaseTovi> user(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> user(makeTovi(9, false));
         QCOMPARE(user->getCurrentTempPath(), user->getCurrentWorkingPath() + QDir::separator() + "Temp");
         QVERIFY(!QFileInfo::exists(user->getCurrentTempPath()));
 
         QTemporaryDir other;
         m_data->setValue(QStringLiteral("TOVIDBDIR"), other.path());
-        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(10));
+        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(10, false));
         Sedra::TToviCompound* compound = addCompound(user.get(), QStringLiteral("C1"), QStringLiteral("pristane"),
                                                      QStringLiteral("Pr"));
         QVERIFY(compound);
@@ -315,7 +300,7 @@ private slots:
 
     void scanningFolders()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
         // Reference kinds have no folder of their own.
         QVERIFY(db->scanDir(VNObjectTypeCompound, true).isEmpty());
 

@@ -24,6 +24,8 @@
 #include <vnobject2tovigraph.h>
 #include <vnobject2tovioverlay.h>
 
+#include "tst_vndatabasetovihelpers.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -34,22 +36,13 @@
 #include <algorithm>
 #include <memory>
 
+using ToviTest::addCompound;
+using ToviTest::makeTovi;
+
 namespace {
 const int kDelivered = 7;
 const int kUser = 9;
 const int kMerged = 10;
-
-VNDatabaseTovi* makeTovi(int type)
-{
-    VNDatabaseFactory factory;
-    Sedra::TDatabase* db = factory.createDatabase(Sedra::DatabaseType(type));
-    auto* tovi = qobject_cast<VNDatabaseTovi*>(db);
-    if (!tovi)
-        delete db;
-    else
-        tovi->loadDatabase();
-    return tovi;
-}
 
 VNDatabaseTovi* registered(int type)
 {
@@ -67,14 +60,6 @@ QByteArray digest(const QString& path)
 QString fileOf(VNDatabaseTovi* db)
 {
     return db && db->getConnector() ? db->getConnector()->getDbFilename() : QString();
-}
-
-void addCompound(VNDatabaseTovi* db, const QString& id, const QString& name, const QString& keys)
-{
-    Sedra::TToviCompound model;
-    model.setMasterName(name);
-    model.setToviKey(keys);
-    QVERIFY(db->createCompound(&model, id));
 }
 
 void addRatio(VNDatabaseTovi* db, const QString& id, const QString& name)
@@ -138,9 +123,7 @@ private slots:
     void initTestCase() { TTranslator::install(QStringLiteral("en")); }
     void init()
     {
-        m_data.reset(new TApplicationData);
-        m_dir.reset(new QTemporaryDir);
-        m_data->setValue(QStringLiteral("TOVIDBDIR"), m_dir->path());
+        ToviTest::useNewFolder(m_data, m_dir);
         DatabaseFactoryInterface::install(&m_factory);
         TAssert::clear();
     }
@@ -487,7 +470,8 @@ private:
         manager->setDb(user);
         manager->setDb(makeTovi(kMerged));
 
-        addCompound(delivered, QStringLiteral("ORL-C1"), QStringLiteral("pristane"), QStringLiteral("Pr;iC19"));
+        QVERIFY(addCompound(delivered, QStringLiteral("ORL-C1"),
+                            QStringLiteral("pristane"), QStringLiteral("Pr;iC19")));
         QVERIFY(delivered->aliasCreate(toviObject(delivered->getCompound(QStringLiteral("ORL-C1"))),
                                        QStringLiteral("CAS"), QStringLiteral("A"), QStringLiteral("1921-70-6")));
         QVERIFY(delivered->aliasCreate(toviObject(delivered->getCompound(QStringLiteral("ORL-C1"))),
@@ -496,13 +480,16 @@ private:
         addRatio(delivered, QStringLiteral("R1"), QStringLiteral("Pr/Ph"));
         QVERIFY(delivered->getConnector()->setSerialNumber(QStringLiteral("A1")));
 
-        addCompound(user, QStringLiteral("USR-C1"), QStringLiteral("pristane (mine)"), QStringLiteral("Pr;iC19"));
+        QVERIFY(addCompound(user, QStringLiteral("USR-C1"),
+                            QStringLiteral("pristane (mine)"), QStringLiteral("Pr;iC19")));
         const VNObject2Tovi* mine = toviObject(user->getCompound(QStringLiteral("USR-C1")));
-        QVERIFY(user->aliasCreate(mine, QStringLiteral("CAS"), QStringLiteral("A"), QStringLiteral("1921-70-6 (checked)")));
+        QVERIFY(user->aliasCreate(mine, QStringLiteral("CAS"), QStringLiteral("A"),
+                                  QStringLiteral("1921-70-6 (checked)")));
         QVERIFY(user->aliasCreate(mine, QStringLiteral("name"), QStringLiteral("B"), QStringLiteral("iC19")));
         QVERIFY(user->aliasCreate(mine, QStringLiteral("masterName"), QStringLiteral("A"),
                                   QStringLiteral("2,6,10,14-tetramethylpentadecane")));
-        addCompound(user, QStringLiteral("USR-C2"), QStringLiteral("18\u03b1(H)-oleanane"), QStringLiteral("Ol;C30"));
+        QVERIFY(addCompound(user, QStringLiteral("USR-C2"),
+                            QStringLiteral("18\u03b1(H)-oleanane"), QStringLiteral("Ol;C30")));
         QVERIFY(user->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
         QVERIFY(user->createJoint(QStringLiteral("USR-C2"), QStringLiteral("m/z 191"), QStringLiteral("oleanane 191")));
         addRatio(user, QStringLiteral("R1"), QStringLiteral("Pr/Ph (mine)"));

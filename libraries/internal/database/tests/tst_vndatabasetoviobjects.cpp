@@ -19,35 +19,19 @@
 #include <vnobject2tovieic.h>
 #include <vnobject2tovijoint.h>
 
+#include "tst_vndatabasetovihelpers.h"
+
 #include <QDomDocument>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
 
+using ToviTest::addCompound;
+using ToviTest::makeTovi;
+
 namespace {
 const QString kNoValue = QStringLiteral("-9999");
-
-VNDatabaseTovi* makeTovi(int type)
-{
-    VNDatabaseFactory factory;
-    Sedra::TDatabase* db = factory.createDatabase(Sedra::DatabaseType(type));
-    auto* tovi = qobject_cast<VNDatabaseTovi*>(db);
-    if (!tovi)
-        delete db;
-    else
-        tovi->loadDatabase();
-    return tovi;
-}
-
-Sedra::TToviCompound* addCompound(VNDatabaseTovi* db, const QString& id, const QString& name, const QString& keys)
-{
-    Sedra::TToviCompound model;
-    model.setMasterName(name);
-    model.setToviKey(keys);
-    model.setCas(QStringLiteral("1921-70-6"));
-    return db->createCompound(&model, id);
-}
 
 Sedra::TToviRatio* addRatio(VNDatabaseTovi* db, const QString& id, const QString& name, int order = 1)
 {
@@ -75,9 +59,7 @@ private slots:
     void initTestCase() { TTranslator::install(QStringLiteral("en")); }
     void init()
     {
-        m_data.reset(new TApplicationData);
-        m_dir.reset(new QTemporaryDir);
-        m_data->setValue(QStringLiteral("TOVIDBDIR"), m_dir->path());
+        ToviTest::useNewFolder(m_data, m_dir);
         TAssert::clear();
     }
     void cleanup()
