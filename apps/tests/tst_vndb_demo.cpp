@@ -42,6 +42,12 @@ private slots:
                                                      root + QStringLiteral("/selection.xml"), QStringLiteral("--search"),
                                                      QStringLiteral("hopane")});
         QVERIFY2(reloaded.out.contains(QLatin1String("[x] 17alpha(H),21beta(H)-Hopane")), qPrintable(reloaded.out));
+        // Reference databases: the user's compound reaches the merged one.
+        QVERIFY2(first.out.contains(QLatin1String("user database: Lycopane added")), qPrintable(first.out));
+        QVERIFY(first.out.contains(QLatin1String("the merged database holds both sources")));
+        const VndbResult merged = VndbRunner::run({QStringLiteral("ref"), QStringLiteral("show"), QStringLiteral("Lyc"),
+                                                   QStringLiteral("--dir"), root + QStringLiteral("/reference")});
+        QVERIFY2(merged.exitCode == 0 && merged.out.contains(QLatin1String("45316-02-8")), qPrintable(merged.out + merged.err));
         QImage tic;
         QVERIFY(tic.load(root + QStringLiteral("/plots/crude-oil-a-tic.png")));
         QCOMPARE(tic.size(), QSize(1200, 700));
@@ -54,7 +60,11 @@ private slots:
         const QJsonObject json = QJsonDocument::fromJson(second.out.toUtf8()).object();
         QCOMPARE(json.value(QStringLiteral("project")).toString(), root + QStringLiteral("/project"));
         const QJsonArray steps = json.value(QStringLiteral("steps")).toArray();
-        QVERIFY(steps.size() >= 6);
+        QVERIFY(steps.size() >= 7);
+        const QString references = QString::fromUtf8(QJsonDocument(steps.at(5).toObject()).toJson());
+        QVERIFY2(references.contains(QLatin1String("delivered database kept")) && !references.contains(QLatin1String("added")),
+                 qPrintable(references));
+        QVERIFY(references.contains(QLatin1String("the merged database holds both sources")));
         const QString imports = QString::fromUtf8(QJsonDocument(steps.at(1).toObject()).toJson());
         QCOMPARE(imports.count(QLatin1String("kept")), 3);
         const QString structure = QString::fromUtf8(QJsonDocument(steps.at(2).toObject()).toJson());

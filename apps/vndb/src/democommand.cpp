@@ -6,6 +6,7 @@
 #include "plotpainter.h"
 #include "projectdatabase.h"
 #include "projectfolder.h"
+#include "referencedatabases.h"
 #include "referenceselector.h"
 
 #include <objectselectorctrl.h>
@@ -18,7 +19,9 @@
 #include <tmodulelauncher.h>
 #include <tprogressbarmgr.h>
 #include <tsyntheticrun.h>
+#include <ttovicompound.h>
 #include <txmlmethod.h>
+#include <vntovidatabaseinterface.h>
 
 #include <QDir>
 #include <QDomDocument>
@@ -67,11 +70,11 @@ QString DemoCommand::summary() const
 QString DemoCommand::description() const
 {
     return tr("DIR defaults to ./vndb-demo. It receives inputs/ (sample ANDI netCDF, CSV and MS/MS files),\n"
-              "project/ (the project and its analyses) and plots/ (the pictures drawn). Running the demo again\n"
-              "keeps the files that exist.",
+              "project/ (the project and its analyses), plots/ (the pictures drawn) and reference/ (the delivered,\n"
+              "user and merged reference databases). Running the demo again keeps the files that exist.",
               "DIR vaut ./vndb-demo par défaut. Il reçoit inputs/ (fichiers d'exemple ANDI netCDF, CSV et MS/MS),\n"
-              "project/ (le projet et ses analyses) et plots/ (les images dessinées). Relancer la démonstration\n"
-              "garde les fichiers existants.");
+              "project/ (le projet et ses analyses), plots/ (les images dessinées) et reference/ (les bases de\n"
+              "référence livrée, utilisateur et fusionnée). Relancer la démonstration garde les fichiers existants.");
 }
 
 void DemoCommand::step(const QString& title)
@@ -119,6 +122,7 @@ int DemoCommand::run(CliContext& context, const CliArguments& arguments)
         [this] { return checkProject(); },
         [this] { return showData(); },
         [this] { return drawPlots(); },
+        [this] { return mergeReferences(); },
         [this] { return searchReferences(); },
     };
     m_steps = steps.size();
@@ -354,6 +358,48 @@ bool DemoCommand::drawPlots()
             return false;
         say(tr("%1: %2", "%1 : %2").arg(QStringLiteral("plots/") + plot.file, painter.title()));
     }
+    return true;
+}
+
+bool DemoCommand::mergeReferences()
+{
+    step(tr("Reference databases and their merge", "Bases de référence et leur fusion"));
+    ReferenceDatabases databases;
+    bool filled = false;
+    if (!databases.open(m_root + QStringLiteral("/reference"), true, &m_error)
+        || !databases.fillDelivered(QString(), &filled, &m_error))
+        return false;
+    say(filled ? tr("delivered database filled from the sample content", "base livrée remplie depuis le contenu d'exemple")
+               : tr("delivered database kept", "base livrée conservée"));
+    // A compound of the user's own, which the merged database must then show
+    // beside the delivered content.
+    VNToviDatabaseInterface* user = databases.database(Sedra::DatabaseToviUser, &m_error);
+    if (!user)
+        return false;
+    const QString name = QStringLiteral("Lycopane");
+    if (!user->getCompoundByName(name)) {
+        Sedra::TToviCompound model;
+        model.setFormula(QStringLiteral("C40H82"));
+        model.setCas(QStringLiteral("45316-02-8"));
+        model.setFamily(QStringLiteral("isoprenoids"));
+        if (databases.addCompound(name, QStringLiteral("Lyc"), &model, &m_error).isEmpty() || !databases.userChanged(&m_error))
+            return false;
+        say(tr("user database: %1 added (vndb ref add-compound)", "base utilisateur : %1 ajouté (vndb ref add-compound)").arg(name));
+    } else if (!databases.merge(&m_error)) {
+        return false;
+    }
+    for (Sedra::DatabaseType type : {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
+        VNToviDatabaseInterface* db = databases.database(type, &m_error);
+        if (!db)
+            return false;
+        say(tr("%1: %2", "%1 : %2").arg(ReferenceDatabases::fileName(type), ReferenceDatabases::counts(db)));
+    }
+    const int missing = databases.missingFromMerged(&m_error);
+    if (missing < 0)
+        return false;
+    say(missing == 0 ? tr("the merged database holds both sources (vndb ref merge --check)",
+                          "la base fusionnée contient les deux sources (vndb ref merge --check)")
+                     : tr("the merged database lacks %1 objects", "il manque %1 objets à la base fusionnée").arg(missing));
     return true;
 }
 

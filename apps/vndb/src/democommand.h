@@ -26,13 +26,13 @@ public:
 
 private:
     // The steps, in order; each prints what it did and returns false (after
-    // its refusal) to stop the walkthrough. Reference databases, their merge
-    // and the selector search come in as further steps of this list.
+    // its refusal) to stop the walkthrough.
     bool makeInputs();
     bool importAnalyses();
     bool checkProject();
     bool showData();
     bool drawPlots();
+    bool mergeReferences();
     bool searchReferences();
 
     void step(const QString& title);

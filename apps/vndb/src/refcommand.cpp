@@ -2,42 +2,19 @@
 
 #include "clicontext.h"
 #include "referencedatabases.h"
-#include "referenceselector.h"
 
 #include <ttovialias.h>
 #include <ttovicompound.h>
 #include <ttovieic.h>
 #include <ttovijoint.h>
 #include <ttoviratio.h>
-#include <vndatabasetovisample.h>
 #include <vnobject2tovi.h>
 #include <vntovidatabaseinterface.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QSet>
 
 namespace {
-const QStringList kKinds = {QStringLiteral("compounds"), QStringLiteral("parameters"), QStringLiteral("ions"),
-                            QStringLiteral("joints"),    QStringLiteral("graphs"),     QStringLiteral("overlays")};
-
-QList<const VNObject2*> objectsOf(VNToviDatabaseInterface* db, const QString& kind)
-{
-    if (kind == QLatin1String("compounds"))
-        return db->getAllCompounds();
-    if (kind == QLatin1String("parameters"))
-        return db->getAllRatios();
-    if (kind == QLatin1String("ions"))
-        return db->getAllIons();
-    if (kind == QLatin1String("joints"))
-        return db->getAllJoints();
-    if (kind == QLatin1String("graphs"))
-        return db->getAllGraphs();
-    if (kind == QLatin1String("overlays"))
-        return db->getAllOverlays();
-    return {};
-}
-
 // The name a person knows an object by: its master name when stored.
 QString displayName(VNToviDatabaseInterface* db, const VNObject2* object)
 {
@@ -56,29 +33,6 @@ QJsonObject properties(VNToviDatabaseInterface* db, const VNObject2* object)
     return json;
 }
 
-QString counts(VNToviDatabaseInterface* db)
-{
-    return QCoreApplication::translate("RefCommand", "%1 compounds, %2 parameters, %3 ions, %4 joints, %5 aliases",
-                                       "%1 composés, %2 paramètres, %3 ions, %4 jointures, %5 alias")
-        .arg(db->getAllCompounds().size())
-        .arg(db->getAllRatios().size())
-        .arg(db->getAllIons().size())
-        .arg(db->getAllJoints().size())
-        .arg(db->getAllAlias().size());
-}
-
-// Every key of a database, kind by kind, for comparing databases.
-QSet<QString> allKeys(VNToviDatabaseInterface* db)
-{
-    QSet<QString> keys;
-    for (const QString& kind : kKinds) {
-        for (const VNObject2* object : objectsOf(db, kind))
-            keys.insert(kind + QLatin1Char(':') + object->key());
-    }
-    for (const Sedra::TToviAlias* alias : db->getAllAlias())
-        keys.insert(QStringLiteral("alias:") + alias->key());
-    return keys;
-}
 } // namespace
 
 QString RefCommand::summary() const
@@ -178,37 +132,25 @@ int RefCommand::run(CliContext& context, const CliArguments& arguments)
 int RefCommand::init(CliContext& context, ReferenceDatabases& databases, const CliArguments& arguments)
 {
     QString error;
-    VNToviDatabaseInterface* delivered = databases.database(Sedra::DatabaseToviDelivered, &error);
-    if (!delivered || !databases.database(Sedra::DatabaseToviUser, &error))
+    if (!databases.database(Sedra::DatabaseToviUser, &error))
         return context.refuse(error);
     QJsonObject json;
     context.print(tr("Reference databases in %1", "Bases de référence dans %1").arg(databases.folder()));
-    if (delivered->getAllCompounds().isEmpty()) {
-        QString sample = arguments.value(QStringLiteral("sample"));
-        if (sample.isNull())
-            sample = VNDatabaseToviSample::defaultFile();
-        if (sample.isEmpty())
-            sample = ReferenceSelector::defaultDataFile();
-        VNDatabaseToviSample::Counts loaded;
-        if (!VNDatabaseToviSample::load(delivered, sample, &error, &loaded))
-            return context.refuse(error);
-        if (!delivered->flush() || !databases.markChanged(Sedra::DatabaseToviDelivered, &error))
-            return context.refuse(error.isEmpty() ? tr("the delivered reference database cannot be written",
-                                                       "la base de référence livrée ne peut pas être écrite")
-                                                  : error);
-        context.print(tr("  delivered: filled from %1", "  livrée : remplie depuis %1").arg(sample));
-        json.insert(QStringLiteral("sample"), sample);
-    } else {
-        context.print(tr("  delivered: kept", "  livrée : conservée"));
-    }
+    bool filled = false;
+    if (!databases.fillDelivered(arguments.value(QStringLiteral("sample")), &filled, &error))
+        return context.refuse(error);
+    context.print(filled ? tr("  delivered: filled from the sample content", "  livrée : remplie depuis le contenu d'exemple")
+                         : tr("  delivered: kept", "  livrée : conservée"));
+    json.insert(QStringLiteral("filled"), filled);
     if (!databases.merge(&error))
         return context.refuse(error);
     for (Sedra::DatabaseType type : {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
         VNToviDatabaseInterface* db = databases.database(type, &error);
         if (!db)
             return context.refuse(error);
-        context.print(QStringLiteral("  %1 (%2): %3").arg(ReferenceDatabases::nameOf(type), ReferenceDatabases::fileName(type), counts(db)));
-        json.insert(ReferenceDatabases::nameOf(type), counts(db));
+        context.print(QStringLiteral("  %1 (%2): %3")
+                          .arg(ReferenceDatabases::nameOf(type), ReferenceDatabases::fileName(type), ReferenceDatabases::counts(db)));
+        json.insert(ReferenceDatabases::nameOf(type), ReferenceDatabases::counts(db));
     }
     json.insert(QStringLiteral("folder"), databases.folder());
     context.printJson(json);
@@ -218,8 +160,8 @@ int RefCommand::init(CliContext& context, ReferenceDatabases& databases, const C
 int RefCommand::list(CliContext& context, ReferenceDatabases& databases, const CliArguments& arguments)
 {
     const QString kind = arguments.positionals().at(1);
-    if (!kKinds.contains(kind))
-        return context.usageError(tr("unknown kind '%1' (%2)", "type inconnu '%1' (%2)").arg(kind, kKinds.join(QStringLiteral(", "))),
+    if (!ReferenceDatabases::kinds().contains(kind))
+        return context.usageError(tr("unknown kind '%1' (%2)", "type inconnu '%1' (%2)").arg(kind, ReferenceDatabases::kinds().join(QStringLiteral(", "))),
                                   name());
     const QString which = arguments.isSet(QStringLiteral("db")) ? arguments.value(QStringLiteral("db")) : QStringLiteral("merged");
     QString error;
@@ -232,7 +174,7 @@ int RefCommand::list(CliContext& context, ReferenceDatabases& databases, const C
         filters << qMakePair(equals < 0 ? filter : filter.left(equals), equals < 0 ? QString() : filter.mid(equals + 1));
     }
     const QString search = arguments.value(QStringLiteral("search"));
-    const QList<const VNObject2*> objects = objectsOf(db, kind);
+    const QList<const VNObject2*> objects = ReferenceDatabases::objectsOf(db, kind);
     QJsonArray items;
     for (const VNObject2* object : objects) {
         const QString shown = displayName(db, object);
@@ -342,27 +284,13 @@ int RefCommand::add(CliContext& context, ReferenceDatabases& databases, const Cl
     // Everything is checked against the merged database first: a name that the
     // delivered content already has would otherwise come twice.
     if (action == QLatin1String("add-compound")) {
-        // The name is the master name; the key (the name unless given) is
-        // both the identifier and the reference key. A compound always gets a
-        // reference key: it is how the merged database finds the compound
-        // again when it copies the compound's joints.
-        const QString key = arguments.isSet(QStringLiteral("key")) ? arguments.value(QStringLiteral("key")) : first;
-        if (merged->getCompoundByName(first) || user->getCompoundByName(first))
-            return context.refuse(tr("compound '%1' exists already", "le composé '%1' existe déjà").arg(first));
-        if (key.trimmed().isEmpty() || key.contains(QLatin1Char(';')))
-            return context.refuse(tr("'%1' is not a compound key", "'%1' n'est pas une clé de composé").arg(key));
-        if (merged->getCompound(key) || user->getCompound(key))
-            return context.refuse(tr("compound '%1' exists already", "le composé '%1' existe déjà").arg(key));
         Sedra::TToviCompound model;
-        model.setMasterName(first);
         model.setFormula(arguments.value(QStringLiteral("formula")));
         model.setCas(arguments.value(QStringLiteral("cas")));
         model.setInChI(arguments.value(QStringLiteral("inchi")));
-        model.setToviKey(key);
-        const Sedra::TToviCompound* compound = user->createCompound(&model, key);
-        if (!compound)
-            return context.refuse(tr("compound '%1' cannot be added", "le composé '%1' ne peut pas être ajouté").arg(first));
-        made = compound->key();
+        made = databases.addCompound(first, arguments.value(QStringLiteral("key")), &model, &error);
+        if (made.isEmpty())
+            return context.refuse(error);
     } else if (action == QLatin1String("add-ion")) {
         if (merged->getEICByName(first) || user->getEICByName(first))
             return context.refuse(tr("ion '%1' exists already", "l'ion '%1' existe déjà").arg(first));
@@ -398,13 +326,11 @@ int RefCommand::add(CliContext& context, ReferenceDatabases& databases, const Cl
             return context.refuse(tr("joint %1 / %2 cannot be added", "la jointure %1 / %2 ne peut pas être ajoutée").arg(first, second));
         made = joint->key();
     }
-    if (!user->flush())
-        return context.refuse(tr("the user reference database cannot be written", "la base de référence utilisateur ne peut pas être écrite"));
-    if (!databases.markChanged(Sedra::DatabaseToviUser, &error) || !databases.merge(&error))
+    if (!databases.userChanged(&error))
         return context.refuse(error);
     context.print(tr("%1 added to the user database; merged database rebuilt (%2)",
                      "%1 ajouté à la base utilisateur ; base fusionnée reconstruite (%2)")
-                      .arg(made, counts(databases.database(Sedra::DatabaseToviMerged, &error))));
+                      .arg(made, ReferenceDatabases::counts(databases.database(Sedra::DatabaseToviMerged, &error))));
     QJsonObject json;
     json.insert(QStringLiteral("key"), made);
     context.printJson(json);
@@ -485,9 +411,9 @@ int RefCommand::alias(CliContext& context, ReferenceDatabases& databases, const 
             done = db->aliasDeleteSingleItem(object, field, vendor);
         }
     }
-    if (!done || !db->flush())
+    if (!done)
         return context.refuse(tr("the alias cannot be changed", "l'alias ne peut pas être modifié"));
-    if (!databases.markChanged(Sedra::DatabaseToviUser, &error) || !databases.merge(&error))
+    if (!databases.userChanged(&error))
         return context.refuse(error);
     context.print(tr("alias %1 done; merged database rebuilt", "alias %1 fait ; base fusionnée reconstruite").arg(action));
     json.insert(QStringLiteral("done"), action);
@@ -498,34 +424,32 @@ int RefCommand::alias(CliContext& context, ReferenceDatabases& databases, const 
 int RefCommand::merge(CliContext& context, ReferenceDatabases& databases, const CliArguments& arguments)
 {
     QString error;
-    VNToviDatabaseInterface* delivered = databases.database(Sedra::DatabaseToviDelivered, &error);
-    VNToviDatabaseInterface* user = delivered ? databases.database(Sedra::DatabaseToviUser, &error) : nullptr;
-    VNToviDatabaseInterface* merged = user ? databases.database(Sedra::DatabaseToviMerged, &error) : nullptr;
-    if (!merged)
-        return context.refuse(error);
-    // The merged database holds every object of both sources.
-    const QSet<QString> expected = allKeys(delivered) + allKeys(user);
-    QSet<QString> missing = expected;
-    missing.subtract(allKeys(merged));
     QJsonObject json;
     if (arguments.isSet(QStringLiteral("check"))) {
-        json.insert(QStringLiteral("current"), missing.isEmpty());
-        json.insert(QStringLiteral("missing"), missing.size());
+        // The merged database holds every object of both sources.
+        const int missing = databases.missingFromMerged(&error);
+        VNToviDatabaseInterface* merged = missing < 0 ? nullptr : databases.database(Sedra::DatabaseToviMerged, &error);
+        if (!merged)
+            return context.refuse(error);
+        json.insert(QStringLiteral("current"), missing == 0);
+        json.insert(QStringLiteral("missing"), missing);
         context.printJson(json);
-        if (!missing.isEmpty())
+        if (missing > 0)
             return context.refuse(tr("the merged reference database lacks %1 objects of the delivered and user ones (vndb ref merge)",
                                      "la base de référence fusionnée n'a pas %1 objets des bases livrée et utilisateur (vndb ref merge)")
-                                      .arg(missing.size()));
-        context.print(tr("The merged reference database is current: %1", "La base de référence fusionnée est à jour : %1").arg(counts(merged)));
+                                      .arg(missing));
+        context.print(tr("The merged reference database is current: %1", "La base de référence fusionnée est à jour : %1")
+                          .arg(ReferenceDatabases::counts(merged)));
         return CliContext::Success;
     }
     if (!databases.merge(&error))
         return context.refuse(error);
-    merged = databases.database(Sedra::DatabaseToviMerged, &error);
+    // A rebuild replaces the merged database: it is fetched again.
+    VNToviDatabaseInterface* merged = databases.database(Sedra::DatabaseToviMerged, &error);
     if (!merged)
         return context.refuse(error);
-    context.print(tr("Merged: %1", "Fusionnée : %1").arg(counts(merged)));
-    json.insert(QStringLiteral("merged"), counts(merged));
+    context.print(tr("Merged: %1", "Fusionnée : %1").arg(ReferenceDatabases::counts(merged)));
+    json.insert(QStringLiteral("merged"), ReferenceDatabases::counts(merged));
     context.printJson(json);
     return CliContext::Success;
 }

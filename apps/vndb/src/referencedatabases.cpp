@@ -1,18 +1,25 @@
 #include "referencedatabases.h"
 
+#include "referenceselector.h"
+
 #include <databasefactoryinterface.h>
 #include <tapplicationdata.h>
 #include <tdatabase.h>
 #include <tfile.h>
+#include <ttovialias.h>
+#include <ttovicompound.h>
 #include <theaderconnector.h>
 #include <vndatabasefactory.h>
 #include <vndatabasetovi.h>
 #include <vndatabasetovimerged.h>
 #include <vndatabasetovimgr.h>
+#include <vndatabasetovisample.h>
+#include <vnobject2.h>
 #include <vntovidatabaseinterface.h>
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 #include <QUuid>
 
 ReferenceDatabases::ReferenceDatabases() = default;
@@ -146,4 +153,135 @@ bool ReferenceDatabases::merge(QString* error)
         return false;
     }
     return true;
+}
+
+bool ReferenceDatabases::fillDelivered(const QString& sample, bool* filled, QString* error)
+{
+    *filled = false;
+    VNToviDatabaseInterface* delivered = database(Sedra::DatabaseToviDelivered, error);
+    if (!delivered)
+        return false;
+    if (!delivered->getAllCompounds().isEmpty())
+        return true;
+    QString file = sample;
+    if (file.isEmpty())
+        file = VNDatabaseToviSample::defaultFile();
+    if (file.isEmpty())
+        file = ReferenceSelector::defaultDataFile();
+    if (!VNDatabaseToviSample::load(delivered, file, error))
+        return false;
+    if (!delivered->flush()) {
+        *error = tr("the delivered reference database in '%1' cannot be written",
+                    "la base de référence livrée de '%1' ne peut pas être écrite")
+                     .arg(m_folder);
+        return false;
+    }
+    *filled = true;
+    return markChanged(Sedra::DatabaseToviDelivered, error);
+}
+
+QString ReferenceDatabases::addCompound(const QString& name, const QString& key, Sedra::TToviCompound* model,
+                                        QString* error)
+{
+    VNToviDatabaseInterface* user = database(Sedra::DatabaseToviUser, error);
+    VNToviDatabaseInterface* merged = user ? database(Sedra::DatabaseToviMerged, error) : nullptr;
+    if (!merged)
+        return QString();
+    // A compound always gets a reference key: it is how the merged database
+    // finds the compound again when it copies the compound's joints.
+    const QString made = key.isEmpty() ? name : key;
+    if (merged->getCompoundByName(name) || user->getCompoundByName(name)) {
+        *error = tr("compound '%1' exists already", "le composé '%1' existe déjà").arg(name);
+        return QString();
+    }
+    if (made.trimmed().isEmpty() || made.contains(QLatin1Char(';'))) {
+        *error = tr("'%1' is not a compound key", "'%1' n'est pas une clé de composé").arg(made);
+        return QString();
+    }
+    if (merged->getCompound(made) || user->getCompound(made)) {
+        *error = tr("compound '%1' exists already", "le composé '%1' existe déjà").arg(made);
+        return QString();
+    }
+    model->setMasterName(name);
+    model->setToviKey(made);
+    const Sedra::TToviCompound* compound = user->createCompound(model, made);
+    if (!compound) {
+        *error = tr("compound '%1' cannot be added", "le composé '%1' ne peut pas être ajouté").arg(name);
+        return QString();
+    }
+    return compound->key();
+}
+
+bool ReferenceDatabases::userChanged(QString* error)
+{
+    VNToviDatabaseInterface* user = database(Sedra::DatabaseToviUser, error);
+    if (!user)
+        return false;
+    if (!user->flush()) {
+        *error = tr("the user reference database cannot be written", "la base de référence utilisateur ne peut pas être écrite");
+        return false;
+    }
+    return markChanged(Sedra::DatabaseToviUser, error) && merge(error);
+}
+
+const QStringList& ReferenceDatabases::kinds()
+{
+    static const QStringList names = {QStringLiteral("compounds"), QStringLiteral("parameters"), QStringLiteral("ions"),
+                                      QStringLiteral("joints"),    QStringLiteral("graphs"),     QStringLiteral("overlays")};
+    return names;
+}
+
+QList<const VNObject2*> ReferenceDatabases::objectsOf(VNToviDatabaseInterface* db, const QString& kind)
+{
+    if (kind == QLatin1String("compounds"))
+        return db->getAllCompounds();
+    if (kind == QLatin1String("parameters"))
+        return db->getAllRatios();
+    if (kind == QLatin1String("ions"))
+        return db->getAllIons();
+    if (kind == QLatin1String("joints"))
+        return db->getAllJoints();
+    if (kind == QLatin1String("graphs"))
+        return db->getAllGraphs();
+    if (kind == QLatin1String("overlays"))
+        return db->getAllOverlays();
+    return {};
+}
+
+QString ReferenceDatabases::counts(VNToviDatabaseInterface* db)
+{
+    return tr("%1 compounds, %2 parameters, %3 ions, %4 joints, %5 aliases",
+              "%1 composés, %2 paramètres, %3 ions, %4 jointures, %5 alias")
+        .arg(db->getAllCompounds().size())
+        .arg(db->getAllRatios().size())
+        .arg(db->getAllIons().size())
+        .arg(db->getAllJoints().size())
+        .arg(db->getAllAlias().size());
+}
+
+namespace {
+// Every key of a database, kind by kind, for comparing databases.
+QSet<QString> allKeys(VNToviDatabaseInterface* db)
+{
+    QSet<QString> keys;
+    for (const QString& kind : ReferenceDatabases::kinds()) {
+        for (const VNObject2* object : ReferenceDatabases::objectsOf(db, kind))
+            keys.insert(kind + QLatin1Char(':') + object->key());
+    }
+    for (const Sedra::TToviAlias* alias : db->getAllAlias())
+        keys.insert(QStringLiteral("alias:") + alias->key());
+    return keys;
+}
+} // namespace
+
+int ReferenceDatabases::missingFromMerged(QString* error)
+{
+    VNToviDatabaseInterface* delivered = database(Sedra::DatabaseToviDelivered, error);
+    VNToviDatabaseInterface* user = delivered ? database(Sedra::DatabaseToviUser, error) : nullptr;
+    VNToviDatabaseInterface* merged = user ? database(Sedra::DatabaseToviMerged, error) : nullptr;
+    if (!merged)
+        return -1;
+    QSet<QString> missing = allKeys(delivered) + allKeys(user);
+    missing.subtract(allKeys(merged));
+    return missing.size();
 }

@@ -4,12 +4,17 @@
 
 #include <QCoreApplication>
 #include <QString>
+#include <QList>
 #include <QStringList>
 
 #include <memory>
 
 class VNDatabaseFactory;
+class VNObject2;
 class VNToviDatabaseInterface;
+namespace Sedra {
+class TToviCompound;
+}
 
 /// The three reference databases of one folder, opened the way the
 /// application opens them: the folder is the named value "TOVIDBDIR", the
@@ -47,6 +52,28 @@ public:
     bool markChanged(Sedra::DatabaseType type, QString* error);
     /// Rebuilds the merged database when either source changed (or reloads it).
     bool merge(QString* error);
+
+    /// Fills the delivered database from `sample` (the sample content when
+    /// empty) when it holds no compound yet, and stamps it; `filled` says
+    /// whether it did. False with `error`.
+    bool fillDelivered(const QString& sample, bool* filled, QString* error);
+    /// Adds a compound to the user database: `name` is its master name, `key`
+    /// (the name when empty) both its identifier and its reference key, the
+    /// other properties come from `model`. Refused when the merged or the user
+    /// database knows the name or the key. The key made, or empty with `error`.
+    QString addCompound(const QString& name, const QString& key, Sedra::TToviCompound* model, QString* error);
+    /// After a change of the user database: writes it, stamps it and
+    /// rebuilds the merged one. False with `error`.
+    bool userChanged(QString* error);
+    /// How many objects of the delivered and user databases the merged one
+    /// lacks (kind and key compared); -1 with `error`.
+    int missingFromMerged(QString* error);
+
+    /// "N compounds, N parameters, N ions, N joints, N aliases", translated.
+    static QString counts(VNToviDatabaseInterface* db);
+    /// The kinds that `objectsOf` lists, as the command line names them.
+    static const QStringList& kinds();
+    static QList<const VNObject2*> objectsOf(VNToviDatabaseInterface* db, const QString& kind);
 
 private:
     QString m_folder;
