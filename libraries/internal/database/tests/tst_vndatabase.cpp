@@ -158,6 +158,21 @@ const QString ModuleFr =
 const QString CannotOpenEn = QStringLiteral("The database file <b>%1</b> cannot be opened: ");
 const QString CannotOpenFr = QStringLiteral("Le fichier de base de données <b>%1</b> ne peut pas être ouvert : ");
 
+// The two rows of a refusal test: the language and the message expected in it.
+void languageRows(const QString& english, const QString& french)
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("en") << "en" << english;
+    QTest::newRow("fr") << "fr" << french;
+}
+
+// An analysis folder that appeared on disk, unknown to the header.
+bool addAnalysisFolder(const QString& project, const QString& name)
+{
+    return QDir().mkpath(project + QLatin1Char('/') + VNObject2Analysis::folderName() + QLatin1Char('/') + name);
+}
+
 // A project with its layout, one analysis with an acquisition file, a well, a
 // dataset and one of its variables; closed again.
 void makeProject(const QString& path, const QString& projectName)
@@ -314,10 +329,7 @@ private slots:
 
     void readOnlyRefusesAndChangesNothing_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("en") << "en" << ReadOnlyEn;
-        QTest::newRow("fr") << "fr" << ReadOnlyFr;
+        languageRows(ReadOnlyEn, ReadOnlyFr);
     }
 
     void readOnlyRefusesAndChangesNothing()
@@ -330,7 +342,7 @@ private slots:
         if (QTest::currentTestFailed())
             return;
         // A folder that a synchronisation would register.
-        QVERIFY(QDir().mkpath(path + QLatin1Char('/') + VNObject2Analysis::folderName() + QStringLiteral("/Run 9")));
+        QVERIFY(addAnalysisFolder(path, QStringLiteral("Run 9")));
         const QMap<QString, QByteArray> before = snapshot(path);
         QVERIFY(before.contains(Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseProjectFolder)));
 
@@ -373,8 +385,7 @@ private slots:
             auto db = openProject(path);
             QVERIFY(db);
             QCOMPARE(db->lastSynchronization().registered, QStringList("Run 9"));
-            QVERIFY(QDir().mkpath(path + QLatin1Char('/') + VNObject2Analysis::folderName()
-                                  + QStringLiteral("/Run 10")));
+            QVERIFY(addAnalysisFolder(path, QStringLiteral("Run 10")));
             const QMap<QString, QByteArray> opened = snapshot(path);
             QVERIFY(opened != before);
             db->setReadOnly(true);
@@ -395,10 +406,7 @@ private slots:
 
     void moduleInUseRefuses_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("en") << "en" << ModuleEn;
-        QTest::newRow("fr") << "fr" << ModuleFr;
+        languageRows(ModuleEn, ModuleFr);
     }
 
     void moduleInUseRefuses()
@@ -422,8 +430,7 @@ private slots:
         launcher.moduleStarted(QStringLiteral("Integration"));
 
         // While the module runs, a folder appears in the open project.
-        const QString found = path + QLatin1Char('/') + VNObject2Analysis::folderName() + QStringLiteral("/Run 9");
-        QVERIFY(QDir().mkpath(found));
+        QVERIFY(addAnalysisFolder(path, QStringLiteral("Run 9")));
         const QMap<QString, QByteArray> before = snapshot(path);
         TRecordingLogger log;
         db->synchronizeSQLRoot();
@@ -449,7 +456,7 @@ private slots:
         QVERIFY(second);
         VNObject2Project otherProject(QStringLiteral("Autre"));
         QVERIFY(second->setProject(&otherProject));
-        QVERIFY(QDir().mkpath(otherPath + QLatin1Char('/') + VNObject2Analysis::folderName() + QStringLiteral("/Run 5")));
+        QVERIFY(addAnalysisFolder(otherPath, QStringLiteral("Run 5")));
         log.clear();
         second->synchronizeSQLRoot();
         QCOMPARE(second->lastSynchronization().registered, QStringList("Run 5"));
