@@ -154,7 +154,8 @@ private slots:
         QVERIFY(!loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_NOWHERE")));
 
         const QString garbage = m_dir.filePath(QStringLiteral("garbage.ini"));
-        QVERIFY(writeAll(garbage, QByteArray("\x00\xff[[[=\n=\x01\x02", 13)));
+        static const char garbageBytes[] = "\x00\xff[[[=\n=\x01\x02";
+        QVERIFY(writeAll(garbage, QByteArray(garbageBytes, int(sizeof garbageBytes) - 1)));
         loader->setSettingsFile(garbage);
         QVERIFY(!loader->loadParameterNoPrefix(QStringLiteral("VN_TEST_NOWHERE")));
 
