@@ -169,8 +169,8 @@ bool THeaderConnector::createSchema(QString* error)
         "CREATE TABLE IF NOT EXISTS objects (id INTEGER PRIMARY KEY AUTOINCREMENT, type INTEGER NOT NULL, "
         "key TEXT NOT NULL, name TEXT NOT NULL, parent_type INTEGER NOT NULL DEFAULT 0, "
         "parent TEXT NOT NULL DEFAULT '', path TEXT NOT NULL DEFAULT '', UNIQUE (type, key))",
-        "CREATE TABLE IF NOT EXISTS properties (object INTEGER NOT NULL, name TEXT NOT NULL, value TEXT, "
-        "position INTEGER NOT NULL DEFAULT 0, PRIMARY KEY (object, name))",
+        ("CREATE TABLE IF NOT EXISTS properties (object INTEGER NOT NULL, name TEXT NOT NULL, value TEXT, "
+         "position INTEGER NOT NULL DEFAULT 0, PRIMARY KEY (object, name))"),
     };
     QSqlDatabase db = database();
     QSqlQuery existing(db);
