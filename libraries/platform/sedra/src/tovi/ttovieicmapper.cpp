@@ -29,7 +29,7 @@ void TToviEICMapper::watchRemovals() const
     m_watched = db;
     // Joints are indexed by their ion's key (their tag): the removal of an
     // ion adds its joints to the objects that go, before anything is deleted.
-    m_removals = QObject::connect(db, &TDatabase::aboutToDeleteObjects, db, [this, db](QList<const VNObject2*>* objects) {
+    m_removals = QObject::connect(db, &TDatabase::aboutToDeleteObjects, db, [db](QList<const VNObject2*>* objects) {
         if (!objects || !db->headerDb())
             return;
         const int initial = objects->size();
