@@ -84,7 +84,7 @@ private slots:
         // A copy is an independent factory, not a second installation.
         {
             VNDatabaseFactory copy(factory);
-            QVERIFY(copy.createDatabase(Sedra::DatabaseProject));
+            QVERIFY(std::unique_ptr<Sedra::TDatabase>(copy.createDatabase(Sedra::DatabaseProject)));
         }
         QCOMPARE(DatabaseFactoryInterface::returnMe(), &factory);
         DatabaseFactoryInterface::uninstall(&factory);
