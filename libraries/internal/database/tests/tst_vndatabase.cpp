@@ -299,6 +299,33 @@ private slots:
         QCOMPARE(contents(*db), stored);
     }
 
+    // The folder constructor writes any serial it is given, an empty one too;
+    // only a null serial leaves the stored one alone.
+    void serialIsWrittenUnlessNull()
+    {
+        QTemporaryDir tmp;
+        const QString path = tmp.filePath(QStringLiteral("Projet"));
+        const struct
+        {
+            QString given;
+            QString stored;
+        } openings[] = {{QStringLiteral("7"), QStringLiteral("7")},
+                        {QString(), QStringLiteral("7")},
+                        {QLatin1String(""), QString()},
+                        {QString(), QString()},
+                        {QStringLiteral("2026-11-23 série β"), QStringLiteral("2026-11-23 série β")}};
+        for (const auto& opening : openings) {
+            {
+                VNDatabase db(path, opening.given);
+                QVERIFY(db.headerDb()->isOpen());
+                QCOMPARE(db.headerDb()->serialNumber(), opening.stored);
+            }
+            // What the file holds, read by a database that writes no serial.
+            VNDatabase reread(path, QString());
+            QCOMPARE(reread.headerDb()->serialNumber(), opening.stored);
+        }
+    }
+
     void setProjectEmptiesFirst()
     {
         QTemporaryDir tmp;
