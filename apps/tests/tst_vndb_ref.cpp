@@ -141,6 +141,21 @@ private slots:
                      .contains(QStringLiteral("VendorZ")));
     }
 
+    void aStaleMergedDatabaseIsToldAndRebuilt()
+    {
+        // A merged file that is another database (its stamp is not the two
+        // sources' serials) lacks the delivered content.
+        const QString merged = m_dir + QStringLiteral("/tovi-merged.sqlite");
+        QVERIFY(QFile::remove(merged));
+        QVERIFY(QFile::copy(m_dir + QStringLiteral("/tovi-user.sqlite"), merged));
+        const VndbResult stale = ref(m_dir, {QStringLiteral("merge"), QStringLiteral("--check")});
+        QCOMPARE(stale.exitCode, 1);
+        QVERIFY2(stale.err.contains(QLatin1String("lacks")), qPrintable(stale.err));
+        QVERIFY(!json(m_dir, {QStringLiteral("merge")}).value(QStringLiteral("merged")).toString().isEmpty());
+        QVERIFY(json(m_dir, {QStringLiteral("merge"), QStringLiteral("--check")}).value(QStringLiteral("current")).toBool());
+        QVERIFY(json(m_dir, {QStringLiteral("list"), QStringLiteral("compounds")}).value(QStringLiteral("total")).toInt() > 90);
+    }
+
     void refusalsChangeNothing_data()
     {
         QTest::addColumn<QStringList>("words");
