@@ -13,6 +13,14 @@ endfunction()
 if(VN_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=address,undefined)
+  # The same options as the sanitize test preset, so that a plain
+  # `ctest --test-dir build-sanitize` judges the way CI does.
+  set(VN_SANITIZER_TEST_ENV
+    "ASAN_OPTIONS=detect_leaks=1:abort_on_error=1"
+    "UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1"
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0")
+else()
+  set(VN_SANITIZER_TEST_ENV "")
 endif()
 
 # vn_add_library(NAME <target> ALIAS <Short> SOURCES ... [PUBLIC_HEADERS ...]
@@ -60,9 +68,8 @@ function(vn_add_test)
   target_link_libraries(${exe} PRIVATE Qt5::Test ${A_LIBS})
   vn_warnings(${exe})
   add_test(NAME ${A_NAME} COMMAND ${exe})
-  set_tests_properties(${A_NAME} PROPERTIES
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1"
-    TIMEOUT 300)
+  set(env QT_QPA_PLATFORM=offscreen QT_FORCE_STDERR_LOGGING=1 ${VN_SANITIZER_TEST_ENV})
+  set_tests_properties(${A_NAME} PROPERTIES ENVIRONMENT "${env}" TIMEOUT 300)
   if(A_LABELS)
     set_tests_properties(${A_NAME} PROPERTIES LABELS "${A_LABELS}")
   endif()
