@@ -39,7 +39,9 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QSqlDatabase>
+#include <QSqlQuery>
 
 #include <new>
 
@@ -78,6 +80,35 @@ bool writeNow(const Sedra::TDatabase* db)
 }
 } // namespace
 
+namespace {
+// What a database had read when it last loaded: its header's connection and
+// that connection's data version. Kept beside the class rather than in it, so
+// that the class keeps its layout.
+struct LoadStamp
+{
+    QString connection;
+    QString file;
+    qint64 version = -1;
+};
+QHash<const VNDatabaseTovi*, LoadStamp>& loadStamps()
+{
+    static QHash<const VNDatabaseTovi*, LoadStamp> stamps;
+    return stamps;
+}
+
+// SQLite's count of the changes that other connections committed to the file
+// this connection reads; -1 when it cannot be read.
+qint64 dataVersion(const Sedra::THeaderConnector* connector)
+{
+    if (!connector || !connector->isOpen())
+        return -1;
+    QSqlQuery query(connector->database());
+    if (!query.prepare(QStringLiteral("PRAGMA data_version")) || !query.exec() || !query.next())
+        return -1;
+    return query.value(0).toLongLong();
+}
+} // namespace
+
 void VNDatabaseTovi::s_mapperFactoryClear()
 {
     delete s_mapperFactory;
@@ -91,7 +122,10 @@ VNDatabaseTovi::VNDatabaseTovi(const Sedra::DatabaseType& type)
     init();
 }
 
-VNDatabaseTovi::~VNDatabaseTovi() = default;
+VNDatabaseTovi::~VNDatabaseTovi()
+{
+    loadStamps().remove(this);
+}
 
 void VNDatabaseTovi::init()
 {
@@ -147,13 +181,32 @@ Sedra::DatabaseType VNDatabaseTovi::getDatabaseType() const
     return Sedra::TDatabase::getDatabaseType();
 }
 
+
 bool VNDatabaseTovi::loadDatabase()
 {
-    return Sedra::TDatabase::loadDatabase();
+    // Loading adds the rows that are not in memory yet. When no other
+    // connection has written to the file since the last load, there are none:
+    // answering at once keeps the synchronisation of a current merged
+    // database cheap.
+    const Sedra::THeaderConnector* connector = getConnector();
+    const qint64 version = dataVersion(connector);
+    const QString connection = connector ? connector->connectionName() : QString();
+    const QString file = connector ? connector->getDbFilename() : QString();
+    const auto stamp = loadStamps().constFind(this);
+    if (version >= 0 && stamp != loadStamps().constEnd() && stamp->version == version
+        && stamp->connection == connection && stamp->file == file)
+        return true;
+    const bool loaded = Sedra::TDatabase::loadDatabase();
+    if (loaded && version >= 0)
+        loadStamps().insert(this, LoadStamp{connection, file, version});
+    else
+        loadStamps().remove(this);
+    return loaded;
 }
 
 void VNDatabaseTovi::clearDB()
 {
+    loadStamps().remove(this);
     Sedra::TDatabase::clearDB();
 }
 

@@ -251,6 +251,31 @@ private slots:
         QCOMPARE(f.readAll(), before); // the damaged file is left as it was
     }
 
+    void loadingAgainSeesWhatAnotherConnectionWrote()
+    {
+        std::unique_ptr<VNDatabaseTovi> first(makeTovi(9, false));
+        QVERIFY(first->loadDatabase());
+        QVERIFY(addCompound(first.get(), QStringLiteral("C1"), QStringLiteral("pristane"), QStringLiteral("Pr")));
+        // Nothing new on file but our own writing: nothing doubled.
+        QVERIFY(first->loadDatabase());
+        QCOMPARE(first->getAllCompounds().size(), 1);
+
+        // Another database of the same file writes through its own connection.
+        std::unique_ptr<VNDatabaseTovi> second(makeTovi(9, false));
+        QVERIFY(second->loadDatabase());
+        QCOMPARE(second->getAllCompounds().size(), 1);
+        QVERIFY(addCompound(second.get(), QStringLiteral("C2"), QStringLiteral("phytane"), QStringLiteral("Ph")));
+        QVERIFY(first->loadDatabase());
+        QCOMPARE(first->getAllCompounds().size(), 2);
+        QVERIFY(first->getCompound(QStringLiteral("C2")));
+
+        // Emptied memory is read again, whatever the file did.
+        first->close();
+        QVERIFY(first->getAllCompounds().isEmpty());
+        QVERIFY(first->loadDatabase());
+        QCOMPARE(first->getAllCompounds().size(), 2);
+    }
+
     void removeAllObjectsEmptiesTheFile()
     {
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
