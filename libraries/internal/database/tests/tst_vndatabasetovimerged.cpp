@@ -3,6 +3,7 @@
 // wins a conflict, and what an interrupted rebuild leaves for the next one.
 #include <databasefactoryinterface.h>
 #include <messageloggerinterface.h>
+#include <objectselectordatabasemodel.h>
 #include <tapplicationdata.h>
 #include <tassert.h>
 #include <theaderconnector.h>
@@ -447,6 +448,25 @@ private slots:
         QCOMPARE(merged->getOverlays(copiedGraph).size(), 1);
         QCOMPARE(merged->getAllOverlays().size(), 2);
         QVERIFY(!VNDatabaseTovi::getXmlData(copied).isNull());
+        // The reference-database selector over the merged database shows it
+        // with its overlay.
+        ObjectSelectorDatabaseModel selector;
+        selector.setActiveDB({merged});
+        selector.fillGraph(false, true);
+        const ObjectSelectorModel::Node* category = selector.root().getFirstSon();
+        QVERIFY(category);
+        const ObjectSelectorModel::Node* shown = nullptr;
+        for (const ObjectSelectorModel::Node* son : category->getSons()) {
+            auto* item = dynamic_cast<QObject*>(son->attribute);
+            if (item && item->property("TITLE").toString() == QStringLiteral("Ts/(Ts+Tm) vs C29 20S/(20S+20R)"))
+                shown = son;
+        }
+        QVERIFY(shown);
+        QCOMPARE(shown->getNbSons(), 1);
+        auto* overlayItem = dynamic_cast<QObject*>(shown->getFirstSon()->attribute);
+        QVERIFY(overlayItem);
+        QCOMPARE(overlayItem->property("TITLE").toString(), QStringLiteral("Mature window"));
+
         // Nothing else moved: the merged database is current.
         QVERIFY(user->updateMergedDB());
         QCOMPARE(registered(kMerged), merged);
@@ -534,5 +554,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-QTEST_GUILESS_MAIN(TestToviMerged)
+QTEST_MAIN(TestToviMerged)
 #include "tst_vndatabasetovimerged.moc"
