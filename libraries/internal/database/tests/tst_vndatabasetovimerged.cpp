@@ -386,6 +386,7 @@ private slots:
         QTest::newRow("after the copy of the delivered file") << 0;
         QTest::newRow("after the removal of the merged file") << 1;
         QTest::newRow("during the import") << 2;
+        QTest::newRow("leaving a damaged file") << 3;
     }
 
     void anInterruptedRebuildIsRebuiltNextTime()
@@ -406,6 +407,10 @@ private slots:
             std::unique_ptr<VNDatabaseTovi> partial(makeTovi(kMerged));
             QVERIFY(partial->getConnector()->setSerialNumber(QStringLiteral("rebuilding")));
             QVERIFY(partial->importObjectsByType(registered(kUser), VNObjectTypeIon));
+        } else if (cut == 3) {
+            QFile damaged(mergedFile);
+            QVERIFY(damaged.open(QIODevice::WriteOnly));
+            damaged.write(QByteArray("SQLite format 3").append(QByteArray(8192, '\xff')));
         }
         // A rebuild file left half-written is not taken for the result.
         QFile half(mergedFile + QStringLiteral(".rebuild"));
