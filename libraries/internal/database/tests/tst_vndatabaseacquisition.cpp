@@ -486,10 +486,19 @@ private slots:
         QCOMPARE(owned->modulation, 6.5);
         QCOMPARE(owned->scanCount, 20);
         QVERIFY(owned->descriptionFromFile);
+        // A read-only project keeps its modulation and its files.
+        project.db()->setReadOnly(true);
+        const QMap<QString, QString> before = project.snapshot();
+        QVERIFY(!project.db()->modulationChanged(analysis, 3.0f));
+        QCOMPARE(project.snapshot(), before);
+        project.db()->setReadOnly(false);
         VNObject2Analysis loose(QStringLiteral("loose"));
         QVERIFY(!project.db()->modulationChanged(&loose, 1.0f));
         QVERIFY(!VNDatabase::analysisData(&loose, &data));
         QVERIFY(!data);
+        QVERIFY(VNDatabase::analysisData(analysis, &data));
+        owned.reset(data);
+        QCOMPARE(owned->modulation, 6.5);
     }
 
     void damagedAcquisitionFile_data()
