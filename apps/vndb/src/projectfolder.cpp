@@ -1,9 +1,8 @@
 #include "projectfolder.h"
 
 #include <tacquisitionrun.h>
-#include <tcmfile.h>
+#include <tanalysisfolder.h>
 #include <tdescriptionacquisition.h>
-#include <tfile.h>
 #include <vnobject2analysis.h>
 
 #include <QCoreApplication>
@@ -104,44 +103,15 @@ bool ProjectFolder::addAnalysis(const QString& name, const TAcquisitionRun& run,
         *error = tr("the acquisition is inconsistent: %1", "l'acquisition est incohérente : %1").arg(why);
         return false;
     }
+    // The folder is written whole or not at all (staged beside it, checked,
+    // renamed into place); a refusal also removes an analyses folder made here.
     const bool createdAnalyses = !QFileInfo::exists(analysesPath());
-    if (!TFile::mkdirs(analysesPath(), false)) {
-        *error = tr("cannot create the folder '%1'", "impossible de créer le dossier '%1'").arg(analysesPath());
-        return false;
-    }
-    // Work in a hidden sibling folder: listing skips it, and renaming it into
-    // place is the one step that makes the analysis appear.
-    const QString work = analysesPath() + QStringLiteral("/.%1.%2.part").arg(name).arg(QCoreApplication::applicationPid());
-    QDir(work).removeRecursively();
-    const QString file = work + QLatin1Char('/') + name + QStringLiteral(".tcm");
     TAcquisitionRun named = run;
     named.name = name;
-    TDescriptionAcquisition description = TDescriptionAcquisition::fromRun(named);
-    bool ok = TFile::mkdirs(work, false);
-    if (!ok)
-        why = tr("cannot create the folder '%1'", "impossible de créer le dossier '%1'").arg(work);
-    if (ok && !TCMFile::save(file, named, &why))
-        ok = false;
-    if (ok && !description.save(work + QLatin1Char('/') + QLatin1String(TDescriptionAcquisition::fileName()))) {
-        why = tr("cannot write the acquisition description", "impossible d'écrire la description de l'acquisition");
-        ok = false;
-    }
-    if (ok) {
-        TCMFile check;
-        if (!check.open(file) || !check.verify()) {
-            why = check.errorString();
-            ok = false;
-        }
-    }
-    if (ok && !QDir().rename(work, analysisPath(name))) {
-        why = tr("cannot move the new analysis into place", "impossible de mettre la nouvelle analyse en place");
-        ok = false;
-    }
-    if (!ok) {
-        QDir(work).removeRecursively();
-        if (createdAnalyses)
-            QDir().rmdir(analysesPath());
-        *error = tr("cannot add analysis '%1': %2", "impossible d'ajouter l'analyse '%1' : %2").arg(name, why);
-    }
-    return ok;
+    if (TAnalysisFolder::write(named, analysesPath(), name, &why))
+        return true;
+    if (createdAnalyses)
+        QDir().rmdir(analysesPath());
+    *error = tr("cannot add analysis '%1': %2", "impossible d'ajouter l'analyse '%1' : %2").arg(name, why);
+    return false;
 }

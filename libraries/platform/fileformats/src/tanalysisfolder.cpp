@@ -119,7 +119,7 @@ bool TAnalysisFolder::write(const TAcquisitionRun& run, const QString& analysesF
     if (!TCMFile::save(tcm, run, &why))
         return abandon(why);
     TCMFile check;
-    if (!check.open(tcm) || check.nbScans() != run.scanCount())
+    if (!check.open(tcm) || check.nbScans() != run.scanCount() || !check.verify())
         return abandon(QStringLiteral("the acquisition file does not read back: %1").arg(check.errorString()));
     check.close();
     TDescriptionAcquisition description = TDescriptionAcquisition::fromRun(run);
