@@ -7,6 +7,7 @@
 #include <tapplicationdata.h>
 #include <tassert.h>
 #include <tfile.h>
+#include <tfileobject.h>
 #include <theaderdatabase.h>
 #include <txmlmethod.h>
 #include <vnmapperfactory.h>
@@ -24,6 +25,7 @@
 #include <QDomDocument>
 #include <QFileInfo>
 #include <QProcess>
+#include <QSaveFile>
 
 VNMapperFactory* VNDatabase::s_mapperFactory = nullptr;
 
@@ -193,6 +195,74 @@ void VNDatabase::synchronizeSQLRoot()
         return;
     }
     Sedra::TDatabase::synchronizeSQLRoot();
+}
+
+namespace {
+const QString kLocalizationFile = QStringLiteral("localization.kml");
+}
+
+// An object's own folder: the one its record names, the project folder for
+// the project, else a folder named after it inside its kind's folder (wells,
+// pixmaps... share their kind's folder, and one file there would be theirs
+// all). Empty for an object this database does not hold.
+QString VNDatabase::geolocalizationFolder(const VNObject2* object) const
+{
+    if (!object || getCurrentWorkingPath().isEmpty())
+        return QString();
+    if (object == project())
+        return getCurrentWorkingPath();
+    const Sedra::TDatabaseObject* found = record(object);
+    if (!found)
+        return QString();
+    const QString folder = objectFolderPath(object, false);
+    if (folder.isEmpty())
+        return QString();
+    const auto* file = dynamic_cast<const Sedra::TFileObject*>(found);
+    if (file && !file->relativePath().isEmpty())
+        return folder;
+    const QString own = safeFileName(object->name());
+    return own.isEmpty() ? QString() : QDir(folder).filePath(own);
+}
+
+bool VNDatabase::setObjectGeolocalization(const VNObject2* object, const TLocalization& localization)
+{
+    if (!object || !localization.isValid())
+        return false;
+    if (isReadOnly()) {
+        MessageLoggerInterface::Information(
+            tr("Impossible to save the geolocation of <b>%1</b> because the project is <b>Read Only</b> opened",
+               "Impossible d'enregistrer la géolocalisation de <b>%1</b> car le projet est ouvert en <b>Lecture "
+               "Seule</b>")
+                .arg(object->name()),
+            nullptr);
+        return false;
+    }
+    const QString folder = geolocalizationFolder(object);
+    if (folder.isEmpty())
+        return false;
+    const QString path = QDir(folder).filePath(kLocalizationFile);
+    QSaveFile file(path);
+    const bool written = QDir().mkpath(folder) && file.open(QIODevice::WriteOnly)
+        && file.write(localization.toKml(object->name())) >= 0 && file.commit();
+    if (!written) {
+        MessageLoggerInterface::Error(tr("Impossible to save geolocation file %1",
+                                         "Impossible de sauvegarder le fichier de géolocalisation %1")
+                                          .arg(path),
+                                      nullptr);
+    }
+    return written;
+}
+
+TLocalization VNDatabase::getObjectGeolocalization(const VNObject2* object) const
+{
+    const QString folder = geolocalizationFolder(object);
+    if (folder.isEmpty())
+        return TLocalization();
+    QFile file(QDir(folder).filePath(kLocalizationFile));
+    if (!file.open(QIODevice::ReadOnly))
+        return TLocalization();
+    // A position file is a few hundred bytes; anything far larger is not ours.
+    return TLocalization::fromKml(file.read(1 << 20));
 }
 
 bool VNDatabase::openSQLBase() const

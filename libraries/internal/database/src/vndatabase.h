@@ -4,6 +4,7 @@
 
 #include <databasetype.h>
 #include <tdatabase.h>
+#include <tlocalization.h>
 #include <vnobjecttype.h>
 
 #include <QDomElement>
@@ -57,6 +58,14 @@ public:
     /// Refused, with a message, for a read-only project or while a module
     /// uses the project now open; otherwise the storage's synchronisation.
     void synchronizeSQLRoot() override;
+    /// Writes where `object` lies to "localization.kml" in the object's own
+    /// folder: the project folder for the project, an analysis' folder, and
+    /// for other kinds a sub-folder named after the object in its kind's
+    /// folder. Refused (false, nothing written) for a null or foreign object,
+    /// an invalid position or a read-only project; a failed write is reported.
+    bool setObjectGeolocalization(const VNObject2* object, const TLocalization& localization) override;
+    /// The position last written for `object`; an unset one when there is none.
+    TLocalization getObjectGeolocalization(const VNObject2* object) const;
 
     /// Empties the database, then binds it to `project`.
     virtual bool setProject(const VNObject2Project* project);
@@ -132,6 +141,8 @@ public:
                                         int lastScan);
 
 protected:
+    QString geolocalizationFolder(const VNObject2* object) const;
+
     /// Columns of numbers written as an acquisition file by the import layer.
     bool saveTCM(const QString& fileName, QList<double*> columns, int count, float* values, int valueCount,
                  VNHeader* header) override;

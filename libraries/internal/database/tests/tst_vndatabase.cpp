@@ -10,6 +10,7 @@
 #include <tdatabaseobject.h>
 #include <tdatasetmapper.h>
 #include <tfileobject.h>
+#include <tlocalization.h>
 #include <theaderconnector.h>
 #include <theaderdatabase.h>
 #include <tmodulelauncher.h>
@@ -735,6 +736,110 @@ private slots:
         QVERIFY2(folder.isEmpty() || folder.startsWith(path + QLatin1Char('/')), qPrintable(folder));
         db->synchronizeSQLRoot();
         QCOMPARE(QDir(tmp.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("Projet"));
+    }
+
+    void geolocalizationNextToEachObject()
+    {
+        QTemporaryDir tmp;
+        const QString path = tmp.filePath(QStringLiteral("Projet"));
+        makeProject(path, QStringLiteral("Projet"));
+        if (QTest::currentTestFailed())
+            return;
+        auto db = openProject(path);
+        QVERIFY(db);
+        VNObject2Project project(QStringLiteral("Projet"));
+        QVERIFY(db->setProject(&project));
+        const VNObject2* run = analysesOf(*db)->getAnalysis(QStringLiteral("Run 1"));
+        const VNObject2* well = wellsOf(*db)->getWell(QStringLiteral("Puits-1"));
+        QVERIFY(run && well);
+        const VNObject2* hostile = wellsOf(*db)->createWell(QStringLiteral("../Évasion"))->object();
+
+        const TLocalization nantes(47.2184, -1.5536, 12.5);
+        const TLocalization sydney(-33.8688, 151.2093);
+        TRecordingLogger log;
+        QVERIFY(db->setObjectGeolocalization(run, nantes));
+        QVERIFY(db->setObjectGeolocalization(well, sydney));
+        QVERIFY(db->setObjectGeolocalization(hostile, sydney));
+        QVERIFY(db->setObjectGeolocalization(&project, TLocalization(0.0, 0.0)));
+        QCOMPARE(log.count(), 0);
+
+        // Each object has a file of its own: two wells never share one.
+        const QString runFile = db->objectFolderPath(run, false) + QStringLiteral("/localization.kml");
+        const QString wellFile = path + QLatin1Char('/') + VNObject2Well::folderName() + QStringLiteral("/Puits-1/localization.kml");
+        QVERIFY(QFileInfo::exists(runFile));
+        QVERIFY(QFileInfo::exists(wellFile));
+        QVERIFY(QFileInfo::exists(path + QStringLiteral("/localization.kml")));
+        for (const QString& file : snapshot(tmp.path()).keys())
+            QVERIFY2(file.startsWith(QStringLiteral("Projet")), qPrintable(file));
+
+        QString placeName;
+        const TLocalization read = TLocalization::fromKml(readFile(runFile), &placeName);
+        QCOMPARE(placeName, QStringLiteral("Run 1"));
+        QCOMPARE(read.latitude(), 47.2184);
+        QCOMPARE(read.longitude(), -1.5536);
+        QCOMPARE(read.altitude(), 12.5);
+        QCOMPARE(db->getObjectGeolocalization(well).latitude(), -33.8688);
+        QCOMPARE(db->getObjectGeolocalization(hostile).longitude(), 151.2093);
+        QCOMPARE(db->getObjectGeolocalization(&project).latitude(), 0.0);
+
+        // Rewritten in place, and still there once the project is reopened.
+        QVERIFY(db->setObjectGeolocalization(run, sydney));
+        db.reset();
+        db = openProject(path);
+        QVERIFY(db);
+        QVERIFY(db->setProject(&project));
+        run = analysesOf(*db)->getAnalysis(QStringLiteral("Run 1"));
+        QCOMPARE(db->getObjectGeolocalization(run).latitude(), -33.8688);
+
+        // Refusals write nothing: no object, a position off the globe, an
+        // object of another database.
+        const QMap<QString, QByteArray> before = snapshot(path);
+        VNObject2Well stranger(QStringLiteral("Puits-9"));
+        QVERIFY(!db->setObjectGeolocalization(nullptr, nantes));
+        QVERIFY(!db->setObjectGeolocalization(run, TLocalization()));
+        QVERIFY(!db->setObjectGeolocalization(run, TLocalization(90.5, 0.0)));
+        QVERIFY(!db->setObjectGeolocalization(run, TLocalization(0.0, -181.0)));
+        QVERIFY(!db->setObjectGeolocalization(run, TLocalization(qQNaN(), 0.0)));
+        QVERIFY(!db->setObjectGeolocalization(&stranger, nantes));
+        QVERIFY(!db->getObjectGeolocalization(&stranger).isValid());
+        QVERIFY(!db->getObjectGeolocalization(nullptr).isValid());
+        QCOMPARE(snapshot(path), before);
+
+        // A damaged file reads as no position.
+        writeFile(runFile, "<kml><Placemark><Point><coordinates>abc,def</coordinates></Point></Placemark></kml>");
+        QVERIFY(!db->getObjectGeolocalization(run).isValid());
+    }
+
+    void geolocalizationRefusedReadOnly_data()
+    {
+        languageRows(QStringLiteral("Impossible to save the geolocation of <b>%1</b> because the project is <b>Read "
+                                    "Only</b> opened"),
+                     QStringLiteral("Impossible d'enregistrer la géolocalisation de <b>%1</b> car le projet est "
+                                    "ouvert en <b>Lecture Seule</b>"));
+    }
+
+    void geolocalizationRefusedReadOnly()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, message);
+        QTemporaryDir tmp;
+        const QString path = tmp.filePath(QStringLiteral("Projet"));
+        makeProject(path, QStringLiteral("Projet"));
+        if (QTest::currentTestFailed())
+            return;
+        const QMap<QString, QByteArray> before = snapshot(path);
+        TTranslator::install(language);
+        TRecordingLogger log;
+        {
+            auto db = openReadOnly(path);
+            QVERIFY(db && db->isReadOnly());
+            const VNObject2* well = wellsOf(*db)->getWell(QStringLiteral("Puits-1"));
+            QVERIFY(well);
+            QVERIFY(!db->setObjectGeolocalization(well, TLocalization(47.2184, -1.5536)));
+        }
+        QCOMPARE(log.entries(), QList<TRecordingLogger::Entry>(
+                                    {{MessageLoggerInterface::LevelInformation, message.arg(QStringLiteral("Puits-1"))}}));
+        QCOMPARE(snapshot(path), before);
     }
 
     void viewerDocumentsAndBrowser()

@@ -1,3 +1,4 @@
+#include <tlocalization.h>
 #include <vnobject2analysis.h>
 #include <vnobject2dataset.h>
 #include <vnobject2indexation.h>
@@ -60,6 +61,47 @@ private slots:
         well.setName("W2");
         QCOMPARE(well.key(), QString("k"));
         QVERIFY(well.db() == nullptr);
+    }
+
+    void localizationKml()
+    {
+        // Text that must survive the XML: markup characters and non-ASCII.
+        const QString name = QStringLiteral("Puits <A&B> \"Élan\"");
+        const TLocalization position(-12.34567891, 179.99999999, -2.5);
+        QString placeName;
+        const TLocalization read = TLocalization::fromKml(position.toKml(name), &placeName);
+        QVERIFY(read.isValid());
+        QCOMPARE(placeName, name);
+        QCOMPARE(read.latitude(), -12.34567891);
+        QCOMPARE(read.longitude(), 179.99999999);
+        QCOMPARE(read.altitude(), -2.5);
+        // Longitude comes first in KML; never an exponent, even for tiny values.
+        const QByteArray kml = TLocalization(1e-9, 45.0).toKml(QString());
+        QVERIFY2(kml.contains("<coordinates>45,0,0</coordinates>"), kml.constData());
+
+        // A position written by someone else: other elements around, no altitude.
+        const QByteArray foreign = "<?xml version=\"1.0\"?><kml xmlns=\"http://www.opengis.net/kml/2.2\"><Document>"
+                                   "<Placemark><name>A</name><LineString><coordinates>1,2 3,4</coordinates>"
+                                   "</LineString></Placemark><Placemark><name>B</name><Point><coordinates> 5.5 , "
+                                   "-6.25 </coordinates></Point></Placemark></Document></kml>";
+        const TLocalization point = TLocalization::fromKml(foreign, &placeName);
+        QCOMPARE(placeName, QStringLiteral("B"));
+        QCOMPARE(point.longitude(), 5.5);
+        QCOMPARE(point.latitude(), -6.25);
+        QCOMPARE(point.altitude(), 0.0);
+
+        QVERIFY(!TLocalization().isValid());
+        for (const QByteArray& bad : QList<QByteArray>{
+                 QByteArray(), "not xml", "<gpx><Point><coordinates>1,2</coordinates></Point></gpx>",
+                 "<kml><Placemark><Point><coordinates>1</coordinates></Point></Placemark></kml>",
+                 "<kml><Placemark><Point><coordinates>1,2,3,4</coordinates></Point></Placemark></kml>",
+                 "<kml><Placemark><Point><coordinates>200,2</coordinates></Point></Placemark></kml>",
+                 "<kml><Placemark><Point><coordinates>1,nan</coordinates></Point></Placemark></kml>",
+                 "<kml><Placemark><Point><coordinates>1,2"}) {
+            placeName = QStringLiteral("unchanged");
+            QVERIFY2(!TLocalization::fromKml(bad, &placeName).isValid(), bad.constData());
+            QCOMPARE(placeName, QStringLiteral("unchanged"));
+        }
     }
 };
 

@@ -71,6 +71,8 @@ void TDatabase::setMapperFactory(TMapperFactory* factory)
         loadDatabase();
     if (m_syncPending) {
         m_syncPending = false;
+        // The request already passed a derived database's own checks when it
+        // was made; only the part that needed the mappers is left to run.
         TDatabase::synchronizeSQLRoot();
     }
 }
@@ -158,6 +160,11 @@ bool TDatabase::consumeDatasetSaveHold()
         --m_datasetSaveHold;
         return true;
     }
+    return false;
+}
+
+bool TDatabase::setObjectGeolocalization(const VNObject2*, const TLocalization&)
+{
     return false;
 }
 

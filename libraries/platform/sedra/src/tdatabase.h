@@ -15,6 +15,7 @@
 class VNObject2;
 class VNObject2Project;
 class VNObject2Variable;
+class TLocalization;
 // Acquisition data (forward declarations)
 class TCMFile;
 class TDataCore;
@@ -111,6 +112,11 @@ public:
     /// mappers, it waits for them (setMapperFactory). See lastSynchronization().
     virtual void synchronizeSQLRoot();
     const TSyncReport& lastSynchronization() const { return m_sync; }
+
+    /// Records where an object lies. Storage alone keeps no geolocation:
+    /// the base refuses (false); a project database writes it next to the
+    /// object.
+    virtual bool setObjectGeolocalization(const VNObject2* object, const TLocalization& localization);
 
     /// The mapper of a kind, or null when this database has none.
     const TAbstractMapper* getMapper(VNObjectType type) const;
