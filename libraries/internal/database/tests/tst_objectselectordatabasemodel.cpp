@@ -371,6 +371,48 @@ private slots:
         QVERIFY(!model.visibleFilterValue(language == "fr" ? "Axes" : "Axis").isEmpty());
     }
 
+    void deletingARatioRemovesEveryLineOfIt()
+    {
+        // The database listed twice: every parameter has two lines.
+        ObjectSelectorDatabaseModel model;
+        model.setActiveDB({m_user.get(), m_user.get()});
+        model.fillWithParameters(true);
+        QCOMPARE(category(model)->getNbSons(), 8);
+        const VNObject2* prPh = m_user->getRatio(QStringLiteral("PR_PH"));
+        Sedra::TToviRatio* record = m_user->getRatio(prPh);
+        QVERIFY(record);
+        for (Node* son : category(model)->getSons()) {
+            if (itemOf(son)->property("TITLE").toString() != QStringLiteral("Pr/Ph"))
+                itemOf(son)->setProperty("ISCHECKED", true);
+        }
+
+        // Null arguments and a tree without the ratio change nothing.
+        model.deleteItemWithRatio(nullptr, record);
+        model.deleteItemWithRatio(&model.root(), nullptr);
+        ObjectSelectorDatabaseModel compounds;
+        compounds.setActiveDB({m_user.get()});
+        compounds.fillWithCompounds(true);
+        compounds.deleteItemWithRatio(&compounds.root(), record);
+        QCOMPARE(category(compounds)->getNbSons(), 3);
+        QCOMPARE(category(model)->getNbSons(), 8);
+
+        // No line is left pointing to the ratio, and the tree stays whole:
+        // the other lines, their ticks and the search go on as before.
+        model.deleteItemWithRatio(&model.root(), record);
+        QStringList left = titles(category(model));
+        left.sort();
+        QCOMPARE(left, QStringList({"20S/(20S+20R)", "20S/(20S+20R)", "CPI", "CPI", "Ts/(Ts+Tm)", "Ts/(Ts+Tm)"}));
+        QCOMPARE(model.getAllItems().size(), 7);
+        QCOMPARE(model.getSelectedItems(nullptr).size(), 6);
+        ObjectSelectorCtrl ctrl;
+        ctrl.setModel(&model);
+        ctrl.searchRequested(QStringLiteral("cpi"));
+        int shown = 0;
+        for (const Node* son : category(model)->getSons())
+            shown += son->isVisible() ? 1 : 0;
+        QCOMPARE(shown, 2);
+    }
+
     void selectedObjectsAreWrittenPerKind()
     {
         ObjectSelectorDatabaseModel model;

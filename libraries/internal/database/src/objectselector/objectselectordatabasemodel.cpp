@@ -371,16 +371,18 @@ void ObjectSelectorDatabaseModel::sortRatioByDisplayID(QList<const VNObject2*>& 
 
 void ObjectSelectorDatabaseModel::deleteItemWithRatio(const Node* tree, Sedra::TToviRatio* ratio)
 {
-    if (!tree || !ratio)
+    const VNObject2* object = ratio ? ratio->ratio() : nullptr;
+    if (!tree || !object)
         return;
-    const VNObject2* object = ratio->ratio();
+    // Every line of the ratio goes, wherever it is: a database listed twice
+    // shows its ratios twice, and a line left behind would point to an object
+    // its database is about to remove.
     for (Node* son : tree->getSons()) {
         auto* item = dynamic_cast<ObjectSelectorDatabaseObjectItem*>(son->attribute);
-        if (item && item->databaseObject() == object) {
+        if (item && item->databaseObject() == object)
             delete son; // unlinks itself and deletes its sons
-            return;
-        }
-        deleteItemWithRatio(son, ratio);
+        else
+            deleteItemWithRatio(son, ratio);
     }
 }
 

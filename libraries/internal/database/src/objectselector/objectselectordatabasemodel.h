@@ -65,6 +65,8 @@ public:
     bool encodeSelectedJoints(QDomElement& element);
 
 private:
+    friend class TestObjectSelectorDatabaseModel;
+
     using TitledList = QPair<QString, QList<const VNObject2*>>;
 
     Node* fillFromList(QList<TitledList> lists, bool checkable);
@@ -72,6 +74,7 @@ private:
     Node* addObjectNode(Node* parent, Node* after, const VNObject2* object, bool checkable);
     QString propertyValueStr(const Sedra::TProperty& property) const;
     void sortRatioByDisplayID(QList<const VNObject2*>& list);
+    /// Removes every line below `tree` bound to the ratio's object.
     void deleteItemWithRatio(const Node* tree, Sedra::TToviRatio* ratio);
     bool encodeDatabaseItem(const QList<ObjectSelectorItemInterface*>& items, QDomElement& element);
     bool encodeSelectedOfType(int type, const QString& tag, QDomElement& element);
