@@ -1,12 +1,15 @@
 #include <objectselectorctrl.h>
 #include <objectselectordatabasemodel.h>
 #include <objectselectordatabaseobjectitem.h>
+#include <objectselectoreditor.h>
 #include <vndatabasetovi.h>
+#include <vndatabasetovisample.h>
 #include <vndatamodelgraph.h>
 #include <vndatamodeloverlay.h>
 #include <vngraphdocument.h>
 
 #include "tst_models_sample.h"
+#include "tst_objectselectorview.h"
 
 #include <tapplicationdata.h>
 #include <tprogressbarmgr.h>
@@ -19,10 +22,16 @@
 #include <vnobject2tovigraph.h>
 #include <vnobject2toviratio.h>
 
+#include <QLineEdit>
 #include <QTemporaryDir>
+#include <QTextBrowser>
 #include <QtTest>
 
 #include <memory>
+
+#ifndef VN_SELECTOR_SCREENSHOT_DIR
+#define VN_SELECTOR_SCREENSHOT_DIR "."
+#endif
 
 namespace {
 
@@ -411,6 +420,72 @@ private slots:
         for (const Node* son : category(model)->getSons())
             shown += son->isVisible() ? 1 : 0;
         QCOMPARE(shown, 2);
+    }
+
+    // The widget over the sample reference content, as a user drives it; the
+    // screenshot lands at the top of the build folder, for a look by eye.
+    void editorOverTheSampleReferenceContent()
+    {
+        VNDatabaseTovi delivered(Sedra::DatabaseToviDelivered);
+        QVERIFY(delivered.loadDatabase());
+        QString error;
+        QVERIFY2(VNDatabaseToviSample::load(&delivered, QStringLiteral(VN_TOVI_SAMPLE_FILE), &error), qPrintable(error));
+        const int compoundCount = delivered.getAllCompounds().size();
+        QVERIFY(compoundCount > 50);
+
+        ObjectSelectorDatabaseModel model;
+        model.setActiveDB({&delivered});
+        model.fillWithCompounds(true);
+        ObjectSelectorCtrl ctrl;
+        ctrl.setSelectionMode(ObjectSelectorCtrl::MultipleSelection);
+        ctrl.setModel(&model);
+        std::unique_ptr<ObjectSelectorEditor> editor(dynamic_cast<ObjectSelectorEditor*>(ctrl.initView(nullptr)));
+        QVERIFY(editor);
+        editor->resize(900, 640);
+        editor->show();
+        QVERIFY(QTest::qWaitForWindowExposed(editor.get()));
+        QTreeWidget* tree = editor->treeWidget();
+        QCOMPARE(tree->topLevelItemCount(), 1);
+        QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("Compounds"));
+        QCOMPARE(view::shownObjects(tree).size(), compoundCount);
+        QVERIFY(!tree->topLevelItem(0)->child(0)->icon(0).isNull());
+
+        // Typing searches the names in any letter case.
+        QTest::keyClicks(editor->searchLine(), "HOMOHOPANE (22s");
+        const QStringList found = view::shownObjects(tree);
+        QCOMPARE(found.size(), 5);
+        for (const QString& title : found)
+            QVERIFY2(title.contains(QStringLiteral("homohopane (22S)"), Qt::CaseInsensitive), qPrintable(title));
+
+        // Clicking check boxes ticks the objects; the ticked ones are what the
+        // selection writes.
+        view::clickCheckBox(tree, view::lineTitled(tree, QStringLiteral("17alpha(H),21beta(H)-Homohopane (22S)")));
+        view::clickCheckBox(tree, view::lineTitled(tree, QStringLiteral("17alpha(H),21beta(H)-Bishomohopane (22S)")));
+        QCOMPARE(view::checkedTitles(tree).size(), 2);
+        QDomDocument document;
+        QDomElement root = document.createElement(QStringLiteral("selection"));
+        document.appendChild(root);
+        QVERIFY(model.encodeSelectedCompounds(root));
+        QStringList names;
+        for (QDomElement e = root.firstChildElement().firstChildElement(); !e.isNull(); e = e.nextSiblingElement())
+            names << TXMLMethod::getInfoString(e, QStringLiteral("name"));
+        names.sort();
+        QCOMPARE(names, QStringList({"17alpha(H),21beta(H)-Bishomohopane (22S)", "17alpha(H),21beta(H)-Homohopane (22S)"}));
+
+        // The details pane shows the stored properties under their labels.
+        tree->setCurrentItem(view::lineTitled(tree, QStringLiteral("17alpha(H),21beta(H)-Homohopane (22S)")));
+        const QString pane = editor->detailsPane()->toPlainText();
+        for (const char* text : {"Familly", "hopanes", "Compound formula", "C31H54", "Carbons"})
+            QVERIFY2(pane.contains(QLatin1String(text)), text);
+        QCoreApplication::processEvents(); // lay out the texts that changed
+        QVERIFY(editor->grab().save(QStringLiteral(VN_SELECTOR_SCREENSHOT_DIR "/selector-reference-compounds.png")));
+
+        // Clearing the line shows everything again, ticks kept.
+        QTest::keyClick(editor->searchLine(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(editor->searchLine(), Qt::Key_Delete);
+        QCOMPARE(view::shownObjects(tree).size(), compoundCount);
+        QCOMPARE(view::checkedTitles(tree).size(), 2);
+        ctrl.closeView();
     }
 
     void selectedObjectsAreWrittenPerKind()

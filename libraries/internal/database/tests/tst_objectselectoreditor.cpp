@@ -2,6 +2,7 @@
 // boxes, filter lines, the quick-filter menu, branches, the details pane, and
 // a screenshot of the whole widget for a look by eye.
 #include "tst_objectselectorsample.h"
+#include "tst_objectselectorview.h"
 
 #include <objectselectorctrl.h>
 #include <objectselectoreditor.h>
@@ -23,6 +24,8 @@
 #ifndef VN_SELECTOR_SCREENSHOT_DIR
 #define VN_SELECTOR_SCREENSHOT_DIR "."
 #endif
+
+using namespace view;
 
 namespace {
 
@@ -51,50 +54,6 @@ public:
     void itemCollapsed(ObjectSelectorItemInterface* item) override { calls << "collapsed:" + item->id(); }
     void itemExpanded(ObjectSelectorItemInterface* item) override { calls << "expanded:" + item->id(); }
 };
-
-bool shown(const QTreeWidgetItem* line)
-{
-    for (; line; line = line->parent()) {
-        if (line->isHidden())
-            return false;
-    }
-    return true;
-}
-
-// The titles of the object lines the tree view shows (categories left out).
-QStringList shownObjects(QTreeWidget* tree)
-{
-    QStringList titles;
-    for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-        if ((*it)->parent() && shown(*it) && !tree->visualItemRect(*it).isEmpty())
-            titles << (*it)->text(0);
-    }
-    return titles;
-}
-
-QStringList checkedTitles(QTreeWidget* tree)
-{
-    QStringList titles;
-    for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-        if ((*it)->data(0, Qt::CheckStateRole).isValid() && (*it)->checkState(0) == Qt::Checked)
-            titles << (*it)->text(0);
-    }
-    return titles;
-}
-
-QTreeWidgetItem* lineTitled(QTreeWidget* tree, const QString& title)
-{
-    const QList<QTreeWidgetItem*> found = tree->findItems(title, Qt::MatchExactly | Qt::MatchRecursive);
-    return found.isEmpty() ? nullptr : found.first();
-}
-
-// Clicks the check box at the start of a line, as a user does.
-void clickCheckBox(QTreeWidget* tree, QTreeWidgetItem* line)
-{
-    tree->scrollToItem(line);
-    const QRect rect = tree->visualItemRect(line);
-    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(rect.left() + 10, rect.center().y()));
-}
 
 } // namespace
 
