@@ -28,7 +28,11 @@ QString CliCommand::helpText() const
         left += QStringLiteral("--") + option.name;
         if (option.values > 0)
             left += QLatin1Char(' ') + option.valueName;
-        lines << left.leftJustified(28) + QLatin1Char(' ') + option.help;
+        // A long option keeps its own line so that the help texts stay in one column.
+        if (left.size() >= 28)
+            lines << left << QString(29, QLatin1Char(' ')) + option.help;
+        else
+            lines << left.leftJustified(28) + QLatin1Char(' ') + option.help;
     }
     return lines.join(QLatin1Char('\n'));
 }
