@@ -117,6 +117,7 @@ private slots:
     {
         TTranslator::install(QStringLiteral("fr"));
         VNDataModelGraph model(Plavo::VIEW_POLAR);
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("Nom"));
         QCOMPARE(verticalLabels(model), QStringList({"Axe 1", "Axe 2"}));
         model.addPolarAxe(-1);
@@ -217,6 +218,7 @@ private slots:
     void polarDocumentResizesThePolarModel()
     {
         VNDataModelGraph model(Plavo::VIEW_POLAR);
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         model.addPolarAxe(-1);
         model.addPolarAxe(-1);
         model.setAxisKey(0, QStringLiteral("PR_PH"));
@@ -225,9 +227,12 @@ private slots:
         QCOMPARE(VNGraphDocument::getRatioUids(document), QStringList({"PR_PH", "", "", "TS_TSTM"}));
 
         VNDataModelGraph back(Plavo::VIEW_POLAR);
+        QAbstractItemModelTester testerBack(&back, QAbstractItemModelTester::FailureReportingMode::QtTest);
         ShapeSpies spies(&back);
         QVERIFY(VNGraphDocument::read(document, &back));
         QCOMPARE(back.getAxes(), model.getAxes());
+        QCOMPARE(back.rowCount(), 4);
+        QVERIFY(spies.resets() > 0);
         QCOMPARE(spies.partial(), 0);
 
         // A document of another kind of view is refused, the model unchanged.
@@ -287,6 +292,7 @@ private slots:
         VNDataModelGraph model(Plavo::VIEW_TERNARY);
         describeSterane(model);
         const QStringList before = description(model) + model.getAxes();
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         ShapeSpies spies(&model);
         QVERIFY(!VNGraphDocument::read(document, &model));
         QCOMPARE(description(model) + model.getAxes(), before);
@@ -301,6 +307,7 @@ private slots:
         QDomDocument noIons = parse(viewerXml("3", axis + axis + axis).remove(QStringLiteral("<ionList/>")));
         QCOMPARE(VNGraphDocument::getRatioUids(noIons), QStringList({"K", "K", "K"}));
         VNDataModelGraph model(Plavo::VIEW_TERNARY);
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         QVERIFY(!VNGraphDocument::read(noIons, &model));
         QCOMPARE(model.getAxes(), QStringList({"", "", ""}));
 
@@ -333,6 +340,7 @@ private slots:
         QVERIFY(tooMany.setContent(viewerXml("2", axes)));
         QVERIFY(VNGraphDocument::getRatioUids(tooMany).isEmpty());
         VNDataModelGraph polar(Plavo::VIEW_POLAR);
+        QAbstractItemModelTester tester(&polar, QAbstractItemModelTester::FailureReportingMode::QtTest);
         QVERIFY(!VNGraphDocument::read(tooMany, &polar));
         QCOMPARE(polar.rowCount(), 2);
     }

@@ -96,11 +96,13 @@ private slots:
         QVERIFY(drawing.open(Sedra::TAbstractMapper::objectFilePath(stored, nullptr)));
         QCOMPARE(Plavo::TGraphDocument::viewerElement(drawing.document()).tagName(), viewer.tagName());
         VNDataModelGraph reread(Plavo::VIEW_TERNARY);
+        QAbstractItemModelTester rereadTester(&reread, QAbstractItemModelTester::FailureReportingMode::QtTest);
         QVERIFY(VNGraphDocument::read(drawing.document(), &reread));
         QCOMPARE(descriptionOf(reread), descriptionOf(graph));
         QCOMPARE(reread.getAxes(), graph.getAxes());
 
         VNDataModelOverlay overlay;
+        QAbstractItemModelTester overlayTester(&overlay, QAbstractItemModelTester::FailureReportingMode::QtTest);
         overlay.setHeadersData({"C27", "C28", "C29"}, {"Marine", "Lacustrine", "Terrigenous"});
         overlay.setToVIName(QStringLiteral("Oil families"));
         overlay.setProcessType(QStringLiteral("GC-MS SIM m/z 217"));
@@ -113,6 +115,7 @@ private slots:
         QVERIFY(storedOverlay);
 
         VNDataModelOverlay overlayBack;
+        QAbstractItemModelTester overlayBackTester(&overlayBack, QAbstractItemModelTester::FailureReportingMode::QtTest);
         QVERIFY(overlayBack.decode(storedOverlay));
         QCOMPARE(overlayBack.getToVIName(), overlay.getToVIName());
         QCOMPARE(overlayBack.getProcessType(), overlay.getProcessType());
@@ -136,6 +139,7 @@ private slots:
     void cellsAreEmptyOnceTheMergedDatabaseIsClosed()
     {
         VNDataModelGraph model(Plavo::VIEW_ORTHOGONAL);
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         model.setAxisKey(0, QStringLiteral("PR_PH"));
         QCOMPARE(model.data(model.index(0, 0)).toString(), QStringLiteral("Pr/Ph"));
         VNDatabaseToviMGR::getInstance()->closeDb(Sedra::DatabaseToviMerged);

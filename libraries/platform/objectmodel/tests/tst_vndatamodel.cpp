@@ -86,6 +86,7 @@ private slots:
     void shapesBeyondTheLimitsAreRefused()
     {
         VNDataModel model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         QVERIFY(model.setHeadersData({"a"}, {"1"}));
         ShapeSpies spies(&model);
         QStringList tooWide;
