@@ -101,40 +101,44 @@ void ObjectSelectorCtrl::stopSearchRequested()
     updateEditorView();
 }
 
-void ObjectSelectorCtrl::enableFilterRequested(const QString& label)
+bool ObjectSelectorCtrl::filterOfLabel(const QString& label, QString& name) const
 {
     if (!m_model)
-        return;
+        return false;
     QStringList labels;
     m_model->visibleFilters(labels);
     if (!labels.contains(label))
+        return false;
+    name = m_model->visibleFilterValue(label);
+    return true;
+}
+
+void ObjectSelectorCtrl::enableFilterRequested(const QString& label)
+{
+    QString name;
+    if (!filterOfLabel(label, name))
         return;
-    m_model->enableFilter(m_model->visibleFilterValue(label));
+    // A filter without a value yet hides nothing: visibility stays as it is.
+    m_model->enableFilter(name);
     updateEditorView();
 }
 
 void ObjectSelectorCtrl::disableFilterRequested(const QString& label)
 {
-    if (!m_model)
+    QString name;
+    if (!filterOfLabel(label, name))
         return;
-    QStringList labels;
-    m_model->visibleFilters(labels);
-    if (!labels.contains(label))
-        return;
-    m_model->disableFilter(m_model->visibleFilterValue(label));
+    m_model->disableFilter(name);
     refreshVisibility();
     updateEditorView();
 }
 
 void ObjectSelectorCtrl::updateFilterRequested(const QString& label, const QString& value)
 {
-    if (!m_model)
+    QString name;
+    if (!filterOfLabel(label, name))
         return;
-    QStringList labels;
-    m_model->visibleFilters(labels);
-    if (!labels.contains(label))
-        return;
-    m_model->updateFilterValue(m_model->visibleFilterValue(label), value);
+    m_model->updateFilterValue(name, value);
     refreshVisibility();
     updateEditorView();
 }

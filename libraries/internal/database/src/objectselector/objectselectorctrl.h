@@ -68,6 +68,9 @@ private:
     Node* modelRoot() const;
     void refreshVisibility();
     void updateEditorView();
+    /// The filter that a label the model lists as visible stands for; false
+    /// without a model or for a label it does not list.
+    bool filterOfLabel(const QString& label, QString& name) const;
 
     ObjectSelectorModelInterface* m_model = nullptr;
     ObjectSelectorEditorInterface* m_editor = nullptr;
