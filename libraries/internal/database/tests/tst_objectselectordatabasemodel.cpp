@@ -21,6 +21,7 @@
 #include <txmlmethod.h>
 #include <vnobject2tovigraph.h>
 #include <vnobject2toviratio.h>
+#include <vnobjecttype.h>
 
 #include <QLineEdit>
 #include <QTemporaryDir>
@@ -229,6 +230,15 @@ private slots:
         QMap<QString, QString> shown;
         model.visibleFilters(pristane, shown);
         QCOMPARE(shown.value(familyLabel), QStringLiteral("Isoprenoid"));
+
+        // The table that other selectors of reference content register too.
+        const auto rows = ObjectSelectorDatabaseModel::displayableProperties(VNObjectTypeCompound);
+        QCOMPARE(rows.size(), 14);
+        QCOMPARE(rows.at(5), qMakePair(familyLabel, QStringLiteral("family")));
+        QCOMPARE(rows.at(7), qMakePair(nameLabel, QStringLiteral("MasterName")));
+        QCOMPARE(ObjectSelectorDatabaseModel::displayableProperties(VNObjectTypeRatio).first().second,
+                 QStringLiteral("Ratio ID"));
+        QVERIFY(ObjectSelectorDatabaseModel::displayableProperties(VNObjectTypeAnalysis).isEmpty());
     }
 
     void parametersInDisplayOrder()

@@ -140,15 +140,42 @@ const Label kIonLabels[] = {
 };
 
 template<std::size_t N>
-void registerLabels(ObjectSelectorModel& model, const Label (&labels)[N])
+QList<QPair<QString, QString>> translated(const Label (&labels)[N])
 {
+    QList<QPair<QString, QString>> rows;
     for (const Label& label : labels) {
-        model.updateVisibleFilterValue(
-            QCoreApplication::translate("ObjectSelectorDatabaseModel", label.english, label.french),
-            QString::fromUtf8(label.key));
+        rows << qMakePair(QCoreApplication::translate("ObjectSelectorDatabaseModel", label.english, label.french),
+                          QString::fromUtf8(label.key));
     }
+    return rows;
+}
+
+void registerLabels(ObjectSelectorModel& model, int type)
+{
+    for (const auto& row : ObjectSelectorDatabaseModel::displayableProperties(type))
+        model.updateVisibleFilterValue(row.first, row.second);
 }
 } // namespace
+
+QList<QPair<QString, QString>> ObjectSelectorDatabaseModel::displayableProperties(int type)
+{
+    switch (type) {
+    case VNObjectTypeCompound:
+        return translated(kCompoundLabels);
+    case VNObjectTypeRatio:
+        return translated(kParameterLabels);
+    case VNObjectTypeJoint:
+        return translated(kJointLabels);
+    case VNObjectTypeIon:
+        return translated(kIonLabels);
+    case VNObjectTypeGraph:
+        return translated(kGraphLabels);
+    case VNObjectTypeOverlay:
+        return translated(kOverlayLabels);
+    default:
+        return {};
+    }
+}
 
 ObjectSelectorDatabaseModel::ObjectSelectorDatabaseModel()
 {
@@ -439,30 +466,30 @@ bool ObjectSelectorDatabaseModel::encodeSelectedJoints(QDomElement& element)
 
 void ObjectSelectorDatabaseModel::initParametersDisplayableProperties()
 {
-    registerLabels(*this, kParameterLabels);
+    registerLabels(*this, VNObjectTypeRatio);
 }
 
 void ObjectSelectorDatabaseModel::initGraphDisplayableProperties()
 {
-    registerLabels(*this, kGraphLabels);
+    registerLabels(*this, VNObjectTypeGraph);
 }
 
 void ObjectSelectorDatabaseModel::initOverlaysDisplayableProperties()
 {
-    registerLabels(*this, kOverlayLabels);
+    registerLabels(*this, VNObjectTypeOverlay);
 }
 
 void ObjectSelectorDatabaseModel::initCompoundsDisplayableProperties()
 {
-    registerLabels(*this, kCompoundLabels);
+    registerLabels(*this, VNObjectTypeCompound);
 }
 
 void ObjectSelectorDatabaseModel::initJointsDisplayableProperties()
 {
-    registerLabels(*this, kJointLabels);
+    registerLabels(*this, VNObjectTypeJoint);
 }
 
 void ObjectSelectorDatabaseModel::initIonsDisplayableProperties()
 {
-    registerLabels(*this, kIonLabels);
+    registerLabels(*this, VNObjectTypeIon);
 }

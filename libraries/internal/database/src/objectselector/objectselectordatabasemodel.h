@@ -64,6 +64,12 @@ public:
     bool encodeSelectedIons(QDomElement& element);
     bool encodeSelectedJoints(QDomElement& element);
 
+    /// The properties a kind of object (VNObjectType: compound, ratio, joint,
+    /// ion, graph, overlay) shows, in the order they are offered: pairs of the
+    /// label in the current language and the stored property's key. Empty for
+    /// other kinds.
+    static QList<QPair<QString, QString>> displayableProperties(int type);
+
 private:
     friend class TestObjectSelectorDatabaseModel;
 
