@@ -696,7 +696,17 @@ QDomElement VNDatabaseTovi::getXmlData(const VNObject2* obj)
     if (!xml.open(Sedra::TAbstractMapper::objectFilePath(obj, nullptr)))
         return QDomElement();
     const QDomElement data = TXMLMethod::getChildElement(xml.contentElement(), QStringLiteral("TDataXml"));
-    return data.isNull() ? QDomElement() : data.firstChildElement();
+    const QDomElement drawing = data.isNull() ? QDomElement() : data.firstChildElement();
+    if (drawing.isNull())
+        return QDomElement();
+    // The file's document dies with `xml`, and an element does not keep its
+    // document alive: returned as it is, it would still point at the freed
+    // document. So the drawing is copied into a document that outlives every
+    // caller on this thread. The keeper never gets children of its own: each
+    // copy stays a free-standing tree that is freed with its last handle, so
+    // nothing piles up in it however often drawings are read.
+    thread_local QDomDocument keeper;
+    return keeper.importNode(drawing, true).toElement();
 }
 
 bool VNDatabaseTovi::graphOverlaySync()

@@ -115,6 +115,14 @@ public:
     bool graphOverlaySync() override;
     /// The drawing stored for a graph or an overlay: the first element inside
     /// its "TDataXml" element; null when the file or the element is missing.
+    /// Each call reads the file again and returns a fresh copy that the caller
+    /// may change, append to or import elsewhere. The copy belongs to a
+    /// document that the module keeps for the calling thread until that
+    /// thread ends (for the main thread, the end of the process), so the
+    /// element and its ownerDocument() stay valid on that thread (to make
+    /// nodes for it; a tree to keep goes into a document of the caller's, not
+    /// into that one); its memory goes with its last handle. Like any DOM
+    /// tree, use it on the thread that asked for it.
     static QDomElement getXmlData(const VNObject2* obj);
 
     // Lists.

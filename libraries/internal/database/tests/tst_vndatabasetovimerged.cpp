@@ -9,6 +9,7 @@
 #include <theaderconnector.h>
 #include <theaderdatabase.h>
 #include <trecordinglogger.h>
+#include <txmlmethod.h>
 #include <ttovialias.h>
 #include <ttovicompound.h>
 #include <ttovigraph.h>
@@ -223,6 +224,49 @@ private slots:
         QCOMPARE(db->getAllGraphs().size(), 1);
         QVERIFY(!db->getGraph(identifier));
         QVERIFY(db->getAllOverlays().isEmpty());
+    }
+
+    // The drawing read back outlives the file's document it was read from:
+    // the caller can make nodes through its owner document, change it, import
+    // it elsewhere, and keep it after the database is gone.
+    void aDrawingReadBackIsTheCallersToUse()
+    {
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(kUser));
+        std::unique_ptr<VNDataModelGraph> model = crossPlot(QStringLiteral("Pristane; \"Phytane\" é"),
+                                                            QStringLiteral("R1"), QStringLiteral("R2"));
+        const QDomDocument document = VNGraphDocument::create(*model);
+        const QDomElement sent =
+            TXMLMethod::getChildElement(document.documentElement(), QStringLiteral("TDataXml")).firstChildElement();
+        QVERIFY(!sent.isNull());
+        const VNObject2* made = db->createGraph(model.get(), document);
+        QVERIFY(made);
+
+        QDomElement drawing = VNDatabaseTovi::getXmlData(made);
+        const QDomElement again = VNDatabaseTovi::getXmlData(made);
+        QVERIFY(!drawing.isNull() && !again.isNull());
+        QCOMPARE(drawing.tagName(), sent.tagName());
+        QCOMPARE(drawing.text(), sent.text());
+        QCOMPARE(drawing.childNodes().size(), sent.childNodes().size());
+        db.reset();
+
+        QDomDocument owner = drawing.ownerDocument();
+        QVERIFY(!owner.isNull());
+        QDomElement note = owner.createElement(QStringLiteral("note"));
+        note.appendChild(owner.createTextNode(QStringLiteral("read back")));
+        drawing.appendChild(note);
+        drawing.setAttribute(QStringLiteral("checked"), QStringLiteral("yes"));
+        QCOMPARE(drawing.lastChildElement().text(), QStringLiteral("read back"));
+        // Each call gives a copy of its own.
+        QVERIFY(again.lastChildElement(QStringLiteral("note")).isNull());
+        QVERIFY(!again.hasAttribute(QStringLiteral("checked")));
+
+        QDomDocument mine;
+        mine.appendChild(mine.importNode(drawing, true));
+        QCOMPARE(mine.documentElement().tagName(), sent.tagName());
+        QCOMPARE(mine.documentElement().attribute(QStringLiteral("checked")), QStringLiteral("yes"));
+        QVERIFY(mine.toString().contains(QStringLiteral("<note>read back</note>")));
+        drawing = QDomElement();
+        QCOMPARE(mine.documentElement().lastChildElement().text(), QStringLiteral("read back"));
     }
 
     void aGraphThatCannotBeSavedSaysSo_data()
