@@ -495,6 +495,18 @@ private slots:
         QTest::keyClick(editor->searchLine(), Qt::Key_Delete);
         QCOMPARE(view::shownObjects(tree).size(), compoundCount);
         QCOMPARE(view::checkedTitles(tree).size(), 2);
+
+        // A refill replaces every line, the current one too; the widget shows
+        // the new tree once told, through either update.
+        QVERIFY(tree->currentItem());
+        model.fillWithIons(true);
+        editor->updateViewData();
+        QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("Ions"));
+        QCOMPARE(view::shownObjects(tree).size(), delivered.getAllIons().size());
+        model.fillWithParameters(true);
+        ctrl.setModel(&model);
+        QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("Parameters"));
+        QCOMPARE(view::shownObjects(tree).first(), QStringLiteral("Pr/Ph")); // display order 10, the first
         ctrl.closeView();
     }
 

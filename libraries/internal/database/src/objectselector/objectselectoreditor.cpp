@@ -320,7 +320,10 @@ void ObjectSelectorEditor::rebuildTree()
 {
     RefreshGuard guard(m_updating);
     const QSignalBlocker blocker(m_tree);
-    const ObjectSelectorItemInterface* current = itemOf(m_tree->currentItem());
+    // The current line's item as the line recorded it: when the model was
+    // refilled, the node behind the line is gone, so it is not read.
+    const QTreeWidgetItem* currentLine = m_tree->currentItem();
+    const quintptr current = currentLine ? currentLine->data(0, Qt::UserRole + 1).value<quintptr>() : 0;
     m_tree->clear();
     m_rows.clear();
     m_lineOfItem.clear();
@@ -345,7 +348,7 @@ void ObjectSelectorEditor::rebuildTree()
     };
     walk(root->getFirstSon(), nullptr);
     m_tree->addTopLevelItems(topLevel);
-    if (QTreeWidgetItem* line = m_lineOfItem.value(const_cast<ObjectSelectorItemInterface*>(current)))
+    if (QTreeWidgetItem* line = current ? m_lineOfItem.value(reinterpret_cast<ObjectSelectorItemInterface*>(current)) : nullptr)
         m_tree->setCurrentItem(line);
 }
 
