@@ -700,9 +700,10 @@ QDomElement VNDatabaseTovi::getXmlData(const VNObject2* obj)
     if (drawing.isNull())
         return QDomElement();
     // The file's document dies with `xml`, and an element does not keep its
-    // document alive: returned as it is, it would still point at the freed
-    // document. So the drawing is copied into a document that outlives every
-    // caller on this thread. The keeper never gets children of its own: each
+    // document alive: returned as it is, the drawing would be left with no
+    // owner document (no node could be made for it) or, depending on how the
+    // document is torn down, with one that is freed. So it is copied into a
+    // document that outlives every caller on this thread. The keeper never gets children of its own: each
     // copy stays a free-standing tree that is freed with its last handle, so
     // nothing piles up in it however often drawings are read.
     thread_local QDomDocument keeper;
