@@ -340,6 +340,25 @@ private slots:
                                          ? QStringLiteral("Project structure is obsolete - Adding directory <b>%1</b>")
                                          : QStringLiteral("La structure du projet est obsolète - Ajout du dossier <b>%1</b>");
             QVERIFY(log.contains(MessageLoggerInterface::LevelInformation, expected.arg(path)));
+
+            // A folder that cannot be made (a file stands in its way) says so
+            // twice, and lists nothing.
+            const QString blocker = m_dir->filePath(QStringLiteral("blocker-") + language);
+            QVERIFY(writeFile(blocker, "not a folder"));
+            const QString blocked = blocker + QStringLiteral("/graphs");
+            log.clear();
+            QVERIFY(db->scanDir(blocked, true).isEmpty());
+            const bool en = language == QLatin1String("en");
+            QVERIFY(log.contains(MessageLoggerInterface::LevelInformation,
+                                 (en ? QStringLiteral("Error while creating directory <b>%1</b>")
+                                     : QStringLiteral("Echec de création du répertoire <b>%1</b>"))
+                                     .arg(blocked)));
+            QVERIFY(log.contains(MessageLoggerInterface::LevelWarning,
+                                 (en ? QStringLiteral("The directory <b>%1</b> is unreadable or does not exist")
+                                     : QStringLiteral("Le répertoire <b>%1</b> n'est pas accessible"))
+                                     .arg(blocked)));
+            QVERIFY(db->scanDir(blocked, true, QString(), true).isEmpty());
+            QVERIFY(QFileInfo(blocker).isFile());
         }
         TTranslator::install(QStringLiteral("en"));
 
