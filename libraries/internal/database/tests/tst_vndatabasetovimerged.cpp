@@ -386,6 +386,18 @@ private slots:
         QCOMPARE(registered(kMerged), merged);
         checkMerged(merged);
         QCOMPARE(manager->db(kMerged), static_cast<VNToviDatabaseInterface*>(merged));
+        // What another connection wrote to the current merged file is read
+        // by the reload, into the same object, and the stamp stays.
+        {
+            std::unique_ptr<VNDatabaseTovi> elsewhere(makeTovi(kMerged));
+            QVERIFY(addCompound(elsewhere.get(), QStringLiteral("MRG-C9"), QStringLiteral("phytane"),
+                                QStringLiteral("Ph")));
+        }
+        QVERIFY(!merged->getCompound(QStringLiteral("MRG-C9")));
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QCOMPARE(registered(kMerged), merged);
+        QVERIFY(merged->getCompound(QStringLiteral("MRG-C9")));
+        QCOMPARE(merged->serialNumber(), QStringLiteral("A1B1"));
     }
 
     void staleByEitherSerialOrByAFailedGraphSync()
