@@ -92,6 +92,11 @@ private slots:
                                               QStringLiteral("x")}
                                << QStringLiteral("'x' is not a scan number (see vndb spectrum --help)")
                                << QStringLiteral("'x' n'est pas un numéro de scan (voir vndb spectrum --help)");
+        const QString temp = QDir::tempPath();
+        QTest::newRow("unknown analysis") << QStringList{QStringLiteral("eic"), temp, QStringLiteral("no-such-analysis"),
+                                                         QStringLiteral("57")}
+                                          << QStringLiteral("unknown analysis 'no-such-analysis' in project '%1'").arg(temp)
+                                          << QStringLiteral("analyse 'no-such-analysis' inconnue dans le projet '%1'").arg(temp);
         QTest::newRow("unknown command") << QStringList{QStringLiteral("frob")} << QStringLiteral("unknown command 'frob'")
                                          << QStringLiteral("commande inconnue 'frob'");
     }

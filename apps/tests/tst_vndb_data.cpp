@@ -273,6 +273,13 @@ private slots:
                 QVERIFY2(result.err.contains(QLatin1String("is damaged")), qPrintable(result.err));
             }
         }
+        // In French too, on one line.
+        const VndbResult french = VndbRunner::run({QStringLiteral("spectrum"), m_project, QStringLiteral("cut"),
+                                                   QStringLiteral("0"), QStringLiteral("--lang"), QStringLiteral("fr")});
+        QCOMPARE(french.exitCode, 1);
+        QCOMPARE(french.errLines().size(), 1);
+        QVERIFY2(french.err.contains(QStringLiteral("le fichier d'acquisition de l'analyse 'cut' est endommagé")),
+                 qPrintable(french.err));
         // An analysis folder without its acquisition file says so.
         QVERIFY(QDir().mkpath(m_project + QStringLiteral("/Analyses/empty")));
         const VndbResult result = VndbRunner::run({QStringLiteral("tic"), m_project, QStringLiteral("empty")});

@@ -95,13 +95,18 @@ bool AnalysisData::open(const ProjectFolder& project, const QString& analysis, Q
     return !file.isNull() && openFile(file, analysis, error);
 }
 
+QString AnalysisData::damaged(const QString& analysis, const QString& reason)
+{
+    return tr("the acquisition file of analysis '%1' is damaged (%2)",
+              "le fichier d'acquisition de l'analyse '%1' est endommagé (%2)")
+        .arg(analysis, reason);
+}
+
 bool AnalysisData::openFile(const QString& path, const QString& analysis, QString* error)
 {
     m_analysis = analysis;
     if (!m_file.open(path)) {
-        *error = tr("the acquisition file of analysis '%1' is damaged (%2)",
-                    "le fichier d'acquisition de l'analyse '%1' est endommagé (%2)")
-                     .arg(analysis, m_file.errorString());
+        *error = damaged(analysis, m_file.errorString());
         return false;
     }
     if (m_file.nbScans() <= 0) {
@@ -117,9 +122,7 @@ bool AnalysisData::loadAll(QString* error)
         return true;
     if (m_file.loadContent(-1, -1, 0, static_cast<unsigned long>(m_file.nbScans() - 1)))
         return true;
-    *error = tr("the acquisition file of analysis '%1' is damaged (%2)",
-                "le fichier d'acquisition de l'analyse '%1' est endommagé (%2)")
-                 .arg(m_analysis, m_file.errorString());
+    *error = damaged(m_analysis, m_file.errorString());
     return false;
 }
 
@@ -158,9 +161,7 @@ bool AnalysisData::eic(double mass, double window, AnalysisSeries* series, QStri
     const int n = m_file.nbScans();
     QVector<float> values(n);
     if (m_file.ionAtFullRange(values.data(), float(mass - window), float(mass + window)) != n) {
-        *error = tr("the acquisition file of analysis '%1' is damaged (%2)",
-                    "le fichier d'acquisition de l'analyse '%1' est endommagé (%2)")
-                     .arg(m_analysis, m_file.errorString());
+        *error = damaged(m_analysis, m_file.errorString());
         return false;
     }
     AnalysisSeries result;
@@ -206,9 +207,7 @@ bool AnalysisData::spectrum(int first, int last, AnalysisSeries* series, QString
         return false;
     }
     if (!m_file.loadContent(-1, -1, static_cast<unsigned long>(first), static_cast<unsigned long>(last))) {
-        *error = tr("the acquisition file of analysis '%1' is damaged (%2)",
-                    "le fichier d'acquisition de l'analyse '%1' est endommagé (%2)")
-                     .arg(m_analysis, m_file.errorString());
+        *error = damaged(m_analysis, m_file.errorString());
         return false;
     }
     TCMFile::Spectrum points;

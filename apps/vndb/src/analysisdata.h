@@ -58,6 +58,10 @@ public:
     /// the scans first..last. MS/MS bars are labelled parent->daughter.
     bool spectrum(int first, int last, AnalysisSeries* series, QString* error);
 
+    /// The refusal for an acquisition file that cannot be read, with the
+    /// reader's reason.
+    static QString damaged(const QString& analysis, const QString& reason);
+
 private:
     bool loadAll(QString* error);
     QStringList transitionLabels(const TCMFile::Spectrum& spectrum) const;

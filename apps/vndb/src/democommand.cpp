@@ -237,9 +237,7 @@ bool DemoCommand::checkProject()
     for (const QString& analysis : project.analyses()) {
         TCMFile file;
         if (!file.open(project.acquisitionFile(analysis))) {
-            m_error = tr("the acquisition file of analysis '%1' is damaged (%2)",
-                         "le fichier d'acquisition de l'analyse '%1' est endommagé (%2)")
-                          .arg(analysis, file.errorString());
+            m_error = AnalysisData::damaged(analysis, file.errorString());
             return false;
         }
         say(tr("%1/%2.tcm: %3 scans, acquisition system %4, m/z %5 to %6",
