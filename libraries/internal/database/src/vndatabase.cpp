@@ -281,7 +281,7 @@ QDomElement VNDatabase::getModelViewer(const QString& path, bool* ok)
     const bool loaded = TXMLMethod::load(&document, path, false, true);
     if (ok)
         *ok = loaded;
-    return loaded ? document.documentElement() : QDomElement();
+    return loaded ? TXMLMethod::detachedCopy(document.documentElement()) : QDomElement();
 }
 
 QString VNDatabase::getReferenceName(const QString& key1, const QString& key2)

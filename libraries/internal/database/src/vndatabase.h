@@ -87,7 +87,8 @@ public:
 
     /// Starts the external SQL browser from the application's folder.
     bool openSQLBase() const;
-    /// The document element of the XML file `path`; a null element when the
+    /// The document element of the XML file `path` (a copy that keeps an
+    /// owner document, see TXMLMethod::detachedCopy); a null element when the
     /// file cannot be read, with `*ok` telling which.
     static QDomElement getModelViewer(const QString& path, bool* ok);
     /// The name of the variable stored for the pair of reference keys, or a

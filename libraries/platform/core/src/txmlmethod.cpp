@@ -153,3 +153,11 @@ bool TXMLMethod::save(const QDomDocument* document, const QString& path, bool cr
     }
     return ok;
 }
+
+QDomElement TXMLMethod::detachedCopy(const QDomElement& element)
+{
+    if (element.isNull())
+        return QDomElement();
+    thread_local QDomDocument keeper;
+    return keeper.importNode(element, true).toElement();
+}

@@ -38,4 +38,12 @@ public:
     /// Writes `document` to `path` atomically: the file is complete or untouched.
     /// With `createFolder` the missing parent folders are made first.
     static bool save(const QDomDocument* document, const QString& path, bool createFolder, bool logErrors);
+
+    /// A deep copy of `element` that outlives the document it was read from.
+    /// An element does not keep its document alive: handed out after its
+    /// document is gone, it has no owner document and no node can be made for
+    /// it. The copy belongs to a document kept for the calling thread, which
+    /// never holds it as a child: the copy is freed with its last handle. Use
+    /// it on the thread that made it. A null element gives a null element.
+    static QDomElement detachedCopy(const QDomElement& element);
 };

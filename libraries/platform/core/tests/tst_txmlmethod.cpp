@@ -318,6 +318,35 @@ private slots:
 
 private:
     QTemporaryDir m_dir;
+
+    void detachedCopyOutlivesItsDocument()
+    {
+        QDomElement copy;
+        QDomElement second;
+        {
+            QDomDocument document;
+            QVERIFY(document.setContent(QStringLiteral("<file><viewer kind=\"3\"><axis>Pr/Ph</axis></viewer></file>")));
+            const QDomElement viewer = document.documentElement().firstChildElement();
+            copy = TXMLMethod::detachedCopy(viewer);
+            second = TXMLMethod::detachedCopy(viewer);
+        }
+        QCOMPARE(copy.tagName(), QStringLiteral("viewer"));
+        QCOMPARE(TXMLMethod::getInfoString(copy, QStringLiteral("axis")), QStringLiteral("Pr/Ph"));
+        // Nodes can still be made for it, through its own document.
+        QVERIFY(!copy.ownerDocument().isNull());
+        QVERIFY(copy.parentNode().isNull());
+        QVERIFY(TXMLMethod::addToElement(copy, QStringLiteral("title"), QStringLiteral("Ternaire")));
+        QDomElement made = TXMLMethod::createChildElement(copy, QStringLiteral("legend"));
+        QVERIFY(!made.isNull());
+        // Each copy is its own: changing one leaves the other.
+        QVERIFY(TXMLMethod::getChildElement(second, QStringLiteral("title")).isNull());
+        // And it moves into another document whole.
+        QDomDocument other;
+        other.appendChild(other.importNode(copy, true));
+        QCOMPARE(TXMLMethod::getInfoString(other.documentElement(), QStringLiteral("title")), QStringLiteral("Ternaire"));
+        QCOMPARE(other.documentElement().attribute(QStringLiteral("kind")), QStringLiteral("3"));
+        QVERIFY(TXMLMethod::detachedCopy(QDomElement()).isNull());
+    }
 };
 
 QTEST_GUILESS_MAIN(TestXMLMethod)
