@@ -4,6 +4,7 @@
 #include "vntovidatabaseinterface.h"
 
 #include <databasefactoryinterface.h>
+#include <messageloggerinterface.h>
 #include <tdatabase.h>
 #include <tfile.h>
 #include <theaderconnector.h>
@@ -20,6 +21,9 @@ namespace {
 constexpr int kDelivered = 7;
 constexpr int kUser = 9;
 constexpr int kMerged = 10;
+
+// The serial of a merged copy from its making until its stamp.
+const char* const kRebuilding = "rebuilding";
 
 // Kinds in the order their dependants need them: ions and compounds before
 // the joints and ratios that name them, graphs before their overlays.
@@ -54,7 +58,7 @@ bool clearSerial(const QString& file)
         db.setDatabaseName(file);
         if (db.open()) {
             Sedra::THeaderToviConnector connector;
-            ok = connector.writeSerialNumber(QStringLiteral("rebuilding"), &db);
+            ok = connector.writeSerialNumber(QLatin1String(kRebuilding), &db);
             db.close();
         }
     }
@@ -102,8 +106,13 @@ bool VNDatabaseToviMerged::synchronizeAll()
         return true;
     }
     resetToVIDB();
-    if (VNToviDatabaseInterface* merged = manager->db(kMerged))
-        copyFromTo(manager->db(kUser), merged);
+    // Only a fresh copy, still marked as being rebuilt, is filled and
+    // stamped: when no copy could be made, the old merged database stays as
+    // it was, with a stamp that tells it stale, and is rebuilt next time.
+    VNToviDatabaseInterface* merged = manager->db(kMerged);
+    if (!merged || merged->serialNumber() != QLatin1String(kRebuilding))
+        return false;
+    copyFromTo(manager->db(kUser), merged);
     saveMerged();
     return true;
 }
@@ -130,12 +139,20 @@ void VNDatabaseToviMerged::resetToVIDB()
     // the sources are only ever read.
     const QString rebuilt = mergedFile + QStringLiteral(".rebuild");
     removeWithSideFiles(rebuilt);
-    const bool copied = TFile::copyFile(deliveredFile, rebuilt, false, false) && clearSerial(rebuilt);
+    if (!TFile::copyFile(deliveredFile, rebuilt, false, false) || !clearSerial(rebuilt)) {
+        removeWithSideFiles(rebuilt);
+        MessageLoggerInterface::Warning(
+            tr("The merged reference database cannot be rebuilt: <b>%1</b> cannot be copied to <b>%2</b>",
+               "La base de référence fusionnée ne peut pas être reconstruite : <b>%1</b> ne peut pas être "
+               "copié vers <b>%2</b>")
+                .arg(deliveredFile.toHtmlEscaped(), rebuilt.toHtmlEscaped()),
+            nullptr);
+        return;
+    }
 
     manager->closeDb(kMerged);
     removeWithSideFiles(mergedFile);
-    if (copied)
-        QFile::rename(rebuilt, mergedFile);
+    QFile::rename(rebuilt, mergedFile);
     removeWithSideFiles(rebuilt);
 
     Sedra::TDatabase* db = DatabaseFactoryInterface::returnMe()->createDatabase(Sedra::DatabaseToviMerged);

@@ -482,6 +482,53 @@ private slots:
         QVERIFY(!QFileInfo::exists(half.fileName()));
     }
 
+    void aRebuildWithoutACopyKeepsTheOldMergedDatabase_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("en") << "en"
+                            << "The merged reference database cannot be rebuilt: <b>%1</b> cannot be copied to <b>%2</b>";
+        QTest::newRow("fr") << "fr"
+                            << "La base de référence fusionnée ne peut pas être reconstruite : <b>%1</b> ne peut pas "
+                               "être copié vers <b>%2</b>";
+    }
+
+    // The copy of the delivered file cannot be made (something that cannot be
+    // removed stands where it goes): the merged database is neither emptied
+    // nor stamped, so it is still stale, and the next synchronisation that can
+    // copy rebuilds it.
+    void aRebuildWithoutACopyKeepsTheOldMergedDatabase()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, expected);
+        fillSources();
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QVERIFY(addCompound(registered(kUser), QStringLiteral("USR-C3"), QStringLiteral("gammacerane"),
+                            QStringLiteral("Ga;C30")));
+        QVERIFY(registered(kUser)->getConnector()->setSerialNumber(QStringLiteral("B2")));
+        const QString mergedFile = fileOf(registered(kMerged));
+        const QByteArray before = digest(mergedFile);
+        const QString inTheWay = mergedFile + QStringLiteral(".rebuild");
+        QVERIFY(QDir().mkpath(inTheWay + QStringLiteral("/kept")));
+
+        TTranslator::install(language);
+        TRecordingLogger log;
+        QPointer<VNDatabaseTovi> merged(registered(kMerged));
+        QVERIFY(!registered(kUser)->updateMergedDB());
+        QVERIFY(log.contains(MessageLoggerInterface::LevelWarning,
+                             expected.arg(fileOf(registered(kDelivered)), inTheWay)));
+        QCOMPARE(registered(kMerged), merged.data());
+        QCOMPARE(merged->serialNumber(), QStringLiteral("A1B1"));
+        QCOMPARE(digest(mergedFile), before);
+        checkMerged(merged);
+
+        QVERIFY(QDir(inTheWay).removeRecursively());
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QVERIFY(!merged);
+        QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A1B2"));
+        QVERIFY(registered(kMerged)->getCompound(QStringLiteral("USR-C3")));
+    }
+
     void aGraphSavedInTheUserDatabaseReachesTheMergedOne()
     {
         fillSources();
