@@ -696,18 +696,9 @@ QDomElement VNDatabaseTovi::getXmlData(const VNObject2* obj)
     if (!xml.open(Sedra::TAbstractMapper::objectFilePath(obj, nullptr)))
         return QDomElement();
     const QDomElement data = TXMLMethod::getChildElement(xml.contentElement(), QStringLiteral("TDataXml"));
-    const QDomElement drawing = data.isNull() ? QDomElement() : data.firstChildElement();
-    if (drawing.isNull())
-        return QDomElement();
-    // The file's document dies with `xml`, and an element does not keep its
-    // document alive: returned as it is, the drawing would be left with no
-    // owner document (no node could be made for it) or, depending on how the
-    // document is torn down, with one that is freed. So it is copied into a
-    // document that outlives every caller on this thread. The keeper never gets children of its own: each
-    // copy stays a free-standing tree that is freed with its last handle, so
-    // nothing piles up in it however often drawings are read.
-    thread_local QDomDocument keeper;
-    return keeper.importNode(drawing, true).toElement();
+    // The file's document dies with `xml`: the caller gets a copy that keeps
+    // an owner document.
+    return TXMLMethod::detachedCopy(data.isNull() ? QDomElement() : data.firstChildElement());
 }
 
 bool VNDatabaseTovi::graphOverlaySync()
