@@ -109,9 +109,11 @@ bool VNDatabaseToviMerged::synchronizeAll()
     // Only a fresh copy, still marked as being rebuilt, is filled and
     // stamped: when no copy could be made, the old merged database stays as
     // it was, with a stamp that tells it stale, and is rebuilt next time.
+    // The warning tells the failure; the answer, as for every other failure
+    // of the rebuild, says only that both sources were there.
     VNToviDatabaseInterface* merged = manager->db(kMerged);
     if (!merged || merged->serialNumber() != QLatin1String(kRebuilding))
-        return false;
+        return true;
     copyFromTo(manager->db(kUser), merged);
     saveMerged();
     return true;
