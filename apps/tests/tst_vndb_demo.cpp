@@ -36,12 +36,17 @@ private slots:
         QVERIFY(first.out.contains(QLatin1String("sync while a module runs refused")));
         QVERIFY2(first.out.contains(QLatin1String("sync: 3 added; 3 analyses in project.sqlite")), qPrintable(first.out));
         QVERIFY(QFileInfo(root + QStringLiteral("/project/Wells")).isDir());
-        // A selector search over the reference content, its ticks saved for vndb select.
-        QVERIFY(first.out.contains(QLatin1String("and Carbons = 30: 17alpha(H),21beta(H)-Hopane")));
-        const VndbResult reloaded = VndbRunner::run({QStringLiteral("select"), QStringLiteral("--load"),
-                                                     root + QStringLiteral("/selection.xml"), QStringLiteral("--search"),
-                                                     QStringLiteral("hopane")});
-        QVERIFY2(reloaded.out.contains(QLatin1String("[x] 17alpha(H),21beta(H)-Hopane")), qPrintable(reloaded.out));
+        // A selector search over the merged reference database, its ticks saved for vndb select.
+        QVERIFY2(first.out.contains(QLatin1String("and Carbons = 30: C30 ab hopane")), qPrintable(first.out));
+        const QString reference = root + QStringLiteral("/reference");
+        const VndbResult reloaded = VndbRunner::run({QStringLiteral("select"), QStringLiteral("--dir"), reference,
+                                                     QStringLiteral("--load"), root + QStringLiteral("/selection.xml"),
+                                                     QStringLiteral("--search"), QStringLiteral("hopane")});
+        QVERIFY2(reloaded.out.contains(QLatin1String("[x] C30 ab hopane")), qPrintable(reloaded.out));
+        // The user's own compound is in the selector, as the merged database has it.
+        const VndbResult user = VndbRunner::run({QStringLiteral("select"), QStringLiteral("--dir"), reference,
+                                                 QStringLiteral("--search"), QStringLiteral("lycopane")});
+        QVERIFY2(user.exitCode == 0 && user.out.contains(QLatin1String("Lycopane  (C:Lyc)")), qPrintable(user.out + user.err));
         // Reference databases: the user's compound reaches the merged one.
         QVERIFY2(first.out.contains(QLatin1String("user database: Lycopane added")), qPrintable(first.out));
         QVERIFY(first.out.contains(QLatin1String("the merged database holds both sources")));

@@ -59,9 +59,23 @@ BrowserResult browser(const QStringList& arguments)
 class TestVndbSelect : public QObject
 {
     Q_OBJECT
+    QTemporaryDir m_reference;
+
 private slots:
+    // The selector lists a merged reference database: one made from the
+    // sample content, which both programs find through TOVIDBDIR.
+    void initTestCase()
+    {
+        QVERIFY(m_reference.isValid());
+        QCOMPARE(VndbRunner::run({QStringLiteral("ref"), QStringLiteral("init"), QStringLiteral("--dir"), m_reference.path()})
+                     .exitCode,
+                 0);
+        qputenv("TOVIDBDIR", m_reference.path().toLocal8Bit());
+    }
+
     void searchMatchesNamesAnywhereIgnoringCase()
     {
+        const auto before = VndbRunner::snapshot(m_reference.path());
         const QJsonObject all = select({});
         const int total = all.value(QStringLiteral("total")).toInt();
         QVERIFY(total > 200);
@@ -79,9 +93,11 @@ private slots:
         const QJsonObject kinds = select({QStringLiteral("--kind"), QStringLiteral("ions"), QStringLiteral("--kind"),
                                           QStringLiteral("parameters")});
         QCOMPARE(kinds.value(QStringLiteral("categories")).toArray().size(), 2);
-        QVERIFY(shownIds(kinds, QStringLiteral("ions")).contains(QStringLiteral("I:191")));
+        QVERIFY(shownIds(kinds, QStringLiteral("ions")).contains(QStringLiteral("I:m/z 191")));
         // Parameters come in their display order.
         QCOMPARE(shownIds(kinds, QStringLiteral("parameters")).value(0), QStringLiteral("P:R001"));
+        // Listing leaves the reference databases as they were.
+        QCOMPARE(VndbRunner::snapshot(m_reference.path()), before);
     }
 
     void filtersByLabelKeyOrPresence()
@@ -123,12 +139,12 @@ private slots:
         QVERIFY(VndbRunner::readFile(file).contains("<Version>2.0</Version>"));
 
         // Loaded, then a new tick is added; hidden ticks stay ticked.
-        const QJsonObject loaded = select({QStringLiteral("--load"), file, QStringLiteral("--tick"), QStringLiteral("I:191"),
+        const QJsonObject loaded = select({QStringLiteral("--load"), file, QStringLiteral("--tick"), QStringLiteral("I:m/z 191"),
                                            QStringLiteral("--search"), QStringLiteral("phytane")});
         QStringList ticked;
         for (const QJsonValue& id : loaded.value(QStringLiteral("ticked")).toArray())
             ticked << id.toString();
-        QCOMPARE(ticked, QStringList({QStringLiteral("C:Pr"), QStringLiteral("P:R001"), QStringLiteral("I:191")}));
+        QCOMPARE(ticked, QStringList({QStringLiteral("C:Pr"), QStringLiteral("P:R001"), QStringLiteral("I:m/z 191")}));
 
         // The text form marks the ticks.
         const VndbResult text = VndbRunner::run({QStringLiteral("select"), QStringLiteral("--load"), file,
@@ -156,9 +172,8 @@ private slots:
         QTest::newRow("missing selection") << QStringList{QStringLiteral("--load"), QStringLiteral("@/none.xml")} << 1
                                            << QStringLiteral("holds no selector selection")
                                            << QStringLiteral("ne contient pas de sélection du sélecteur");
-        QTest::newRow("bad content") << QStringList{QStringLiteral("--data"), QStringLiteral("@/garbage.xml")} << 1
-                                     << QStringLiteral("is not reference content")
-                                     << QStringLiteral("n'est pas un contenu de référence");
+        QTest::newRow("no reference databases") << QStringList{QStringLiteral("--dir"), QStringLiteral("@/none")} << 1
+                                                << QStringLiteral("does not exist") << QStringLiteral("n'existe pas");
         QTest::newRow("unknown kind") << QStringList{QStringLiteral("--kind"), QStringLiteral("rocks")} << 2
                                       << QStringLiteral("unknown kind 'rocks'") << QStringLiteral("type inconnu 'rocks'");
     }

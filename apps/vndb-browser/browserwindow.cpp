@@ -8,11 +8,11 @@
 #include <QStatusBar>
 #include <QTreeWidget>
 
-BrowserWindow::BrowserWindow(const ReferenceSelector& content, const QStringList& kinds, QWidget* parent)
+BrowserWindow::BrowserWindow(VNToviDatabaseInterface* database, const QStringList& kinds, QWidget* parent)
     : QMainWindow(parent)
 {
-    setWindowTitle(tr("vndb-browser - reference content", "vndb-browser - contenu de référence"));
-    content.fill(m_model, kinds, true);
+    setWindowTitle(tr("vndb-browser - reference database", "vndb-browser - base de référence"));
+    ReferenceSelector::fill(m_model, database, kinds, true);
     m_ctrl.setSelectionMode(ObjectSelectorCtrl::MultipleSelection);
     m_ctrl.setModel(&m_model);
     m_editor = dynamic_cast<ObjectSelectorEditor*>(m_ctrl.initView(this));
@@ -23,8 +23,8 @@ BrowserWindow::BrowserWindow(const ReferenceSelector& content, const QStringList
     int categories = 0;
     for (auto* node = m_model.root().getFirstSon(); node; node = node->getBrother())
         ++categories;
-    statusBar()->showMessage(tr("%1 objects of the sample reference content in %2 categories",
-                                "%1 objets du contenu de référence d'exemple en %2 catégories")
+    statusBar()->showMessage(tr("%1 objects of the merged reference database in %2 categories",
+                                "%1 objets de la base de référence fusionnée en %2 catégories")
                                  .arg(m_model.getAllItems().size() - categories)
                                  .arg(categories));
 }

@@ -6,9 +6,9 @@
 #include <QMainWindow>
 
 class ObjectSelectorEditor;
-class ReferenceSelector;
+class VNToviDatabaseInterface;
 
-/// The reference content in the object selector: search line, quick filters,
+/// The merged reference database in the object selector: search line, quick filters,
 /// custom filter lines, ticks and the details pane, as the application embeds
 /// the selector. The window owns the model and the controller; the widget
 /// belongs to the window.
@@ -16,7 +16,7 @@ class BrowserWindow : public QMainWindow
 {
     Q_OBJECT
 public:
-    BrowserWindow(const ReferenceSelector& content, const QStringList& kinds, QWidget* parent = nullptr);
+    BrowserWindow(VNToviDatabaseInterface* database, const QStringList& kinds, QWidget* parent = nullptr);
     ~BrowserWindow() override;
 
     ObjectSelectorEditor* editor() const { return m_editor; }

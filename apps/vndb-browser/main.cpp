@@ -1,10 +1,12 @@
-// vndb-browser: the object selector over the reference content in a window.
+// vndb-browser: the object selector over the merged reference database in a window.
 //   vndb-browser [--lang en|fr] [--kind KIND]... [--search TEXT] [--tick ID]...
-//                [--details ID] [--data FILE] [--screenshot FILE.png] [--size WxH]
+//                [--details ID] [--dir DIR] [--screenshot FILE.png] [--size WxH]
 #include "browserwindow.h"
 #include "cliarguments.h"
+#include "referencedatabases.h"
 #include "referenceselector.h"
 
+#include <tapplicationdata.h>
 #include <ttranslator.h>
 
 #include <QApplication>
@@ -37,22 +39,24 @@ QList<CliOption> options()
         return CliOption{QLatin1String(name), QChar(), values, QLatin1String(valueName), QString()};
     };
     return {option("lang", 1, "en|fr"), option("kind", 1, "KIND"),   option("search", 1, "TEXT"),
-            option("tick", 1, "ID"),    option("details", 1, "ID"),  option("data", 1, "FILE"),
+            option("tick", 1, "ID"),    option("details", 1, "ID"),  option("dir", 1, "DIR"),
             option("screenshot", 1, "FILE"), option("size", 1, "WxH"), option("help", 0, "")};
 }
 
 QString helpText()
 {
     return tr("Usage: vndb-browser [--lang en|fr] [--kind KIND]... [--search TEXT] [--tick ID]... [--details ID]\n"
-              "                    [--data FILE] [--screenshot FILE.png] [--size WxH]\n\n"
-              "The object selector over the sample reference content: search line, quick filters, custom\n"
-              "filter lines, ticks and details. KIND is compounds, parameters, joints or ions; IDs are those\n"
-              "that 'vndb select' prints. --screenshot draws the window off screen into FILE and exits.",
+              "                    [--dir DIR] [--screenshot FILE.png] [--size WxH]\n\n"
+              "The object selector over the merged reference database of DIR (else $TOVIDBDIR, else\n"
+              "vndb-demo/reference): search line, quick filters, custom filter lines, ticks and details. KIND\n"
+              "is compounds, parameters, joints or ions; IDs are those that 'vndb select' prints. --screenshot\n"
+              "draws the window off screen into FILE and exits.",
               "Utilisation : vndb-browser [--lang en|fr] [--kind KIND]... [--search TEXT] [--tick ID]... [--details ID]\n"
-              "                           [--data FILE] [--screenshot FILE.png] [--size LxH]\n\n"
-              "Le sélecteur d'objets sur le contenu de référence d'exemple : ligne de recherche, filtres rapides,\n"
-              "lignes de filtre, coches et détails. KIND vaut compounds, parameters, joints ou ions ; les ID sont\n"
-              "ceux qu'affiche 'vndb select'. --screenshot dessine la fenêtre hors écran dans FILE et quitte.");
+              "                           [--dir DIR] [--screenshot FILE.png] [--size LxH]\n\n"
+              "Le sélecteur d'objets sur la base de référence fusionnée de DIR (sinon $TOVIDBDIR, sinon\n"
+              "vndb-demo/reference) : ligne de recherche, filtres rapides, lignes de filtre, coches et détails.\n"
+              "KIND vaut compounds, parameters, joints ou ions ; les ID sont ceux qu'affiche 'vndb select'.\n"
+              "--screenshot dessine la fenêtre hors écran dans FILE et quitte.");
 }
 } // namespace
 
@@ -72,6 +76,7 @@ int main(int argc, char** argv)
     qInstallMessageHandler(quietQt);
     QApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vndb-browser"));
+    TApplicationData applicationData; // where the reference databases are found ("TOVIDBDIR")
 
     const QString language = arguments.value(QStringLiteral("lang"));
     TTranslator::install(language == QLatin1String("fr") ? language : QStringLiteral("en"));
@@ -103,13 +108,14 @@ int main(int argc, char** argv)
         size = QSize(width, height);
     }
 
-    ReferenceSelector content;
-    const QString data = arguments.isSet(QStringLiteral("data")) ? arguments.value(QStringLiteral("data"))
-                                                                  : ReferenceSelector::defaultDataFile();
-    if (!content.load(data, &error))
+    ReferenceDatabases databases;
+    const QString folder = arguments.isSet(QStringLiteral("dir")) ? arguments.value(QStringLiteral("dir"))
+                                                                   : ReferenceDatabases::defaultFolder();
+    VNToviDatabaseInterface* merged = nullptr;
+    if (!databases.open(folder, false, &error) || !(merged = databases.database(Sedra::DatabaseToviMerged, &error)))
         return fail(1, error);
 
-    BrowserWindow window(content, kinds);
+    BrowserWindow window(merged, kinds);
     window.resize(size);
     for (const QString& id : arguments.values(QStringLiteral("tick"))) {
         if (!window.tick(id))

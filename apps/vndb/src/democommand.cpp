@@ -404,11 +404,14 @@ bool DemoCommand::mergeReferences()
 bool DemoCommand::searchReferences()
 {
     step(tr("Reference selector", "Sélecteur de références"));
-    ReferenceSelector content;
-    if (!content.load(ReferenceSelector::defaultDataFile(), &m_error))
+    // Over the merged database of the previous step, as the application lists it.
+    ReferenceDatabases databases;
+    VNToviDatabaseInterface* merged = nullptr;
+    if (!databases.open(m_root + QStringLiteral("/reference"), false, &m_error)
+        || !(merged = databases.database(Sedra::DatabaseToviMerged, &m_error)))
         return false;
     ObjectSelectorModel model;
-    content.fill(model, {}, true);
+    ReferenceSelector::fill(model, merged, {}, true);
     ObjectSelectorCtrl ctrl;
     ctrl.setSelectionMode(ObjectSelectorCtrl::MultipleSelection);
     ctrl.setModel(&model);
@@ -424,7 +427,8 @@ bool DemoCommand::searchReferences()
         }
         return names;
     };
-    say(tr("%1 objects: compounds, parameters, joints, ions", "%1 objets : composés, paramètres, jointures, ions")
+    say(tr("%1 objects of the merged database: compounds, parameters, joints, ions",
+           "%1 objets de la base fusionnée : composés, paramètres, jointures, ions")
             .arg(model.getAllItems().size() - ReferenceSelector::kinds().size()));
     ctrl.searchRequested(QStringLiteral("hopane"));
     say(tr("search \"hopane\": %1 compounds, %2 parameters", "recherche \"hopane\" : %1 composés, %2 paramètres")
@@ -446,8 +450,9 @@ bool DemoCommand::searchReferences()
         m_error = tr("cannot write the selection to '%1'", "impossible d'écrire la sélection dans '%1'").arg(file);
         return false;
     }
-    say(tr("%1 ticked, saved to selection.xml (vndb select --load %2)", "%1 coché(s), enregistré(s) dans selection.xml (vndb select --load %2)")
+    say(tr("%1 ticked, saved to selection.xml (vndb select --dir %2 --load %3)",
+           "%1 coché(s), enregistré(s) dans selection.xml (vndb select --dir %2 --load %3)")
             .arg(ctrl.getSelectedItems(nullptr).size())
-            .arg(file));
+            .arg(m_root + QStringLiteral("/reference"), file));
     return true;
 }

@@ -1,7 +1,5 @@
 #include "referencedatabases.h"
 
-#include "referenceselector.h"
-
 #include <databasefactoryinterface.h>
 #include <tapplicationdata.h>
 #include <tdatabase.h>
@@ -17,10 +15,44 @@
 #include <vnobject2.h>
 #include <vntovidatabaseinterface.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QSet>
 #include <QUuid>
+
+namespace {
+// The sample reference content: VNDB_REFERENCE_DATA when set, else the one
+// beside the installed program, else the one of the source tree.
+QString bundledSample()
+{
+    const QString fromEnvironment = qEnvironmentVariable("VNDB_REFERENCE_DATA");
+    if (!fromEnvironment.isEmpty())
+        return fromEnvironment;
+    const QString installed =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/../share/vndatabase/tovi-sample.json");
+    if (QFileInfo::exists(installed))
+        return QFileInfo(installed).canonicalFilePath();
+#ifdef VNDB_REFERENCE_SAMPLE
+    return QStringLiteral(VNDB_REFERENCE_SAMPLE);
+#else
+    return installed;
+#endif
+}
+
+// Every key of a database, kind by kind, for comparing databases.
+QSet<QString> allKeys(VNToviDatabaseInterface* db)
+{
+    QSet<QString> keys;
+    for (const QString& kind : ReferenceDatabases::kinds()) {
+        for (const VNObject2* object : ReferenceDatabases::objectsOf(db, kind))
+            keys.insert(kind + QLatin1Char(':') + object->key());
+    }
+    for (const Sedra::TToviAlias* alias : db->getAllAlias())
+        keys.insert(QStringLiteral("alias:") + alias->key());
+    return keys;
+}
+} // namespace
 
 ReferenceDatabases::ReferenceDatabases() = default;
 
@@ -167,7 +199,7 @@ bool ReferenceDatabases::fillDelivered(const QString& sample, bool* filled, QStr
     if (file.isEmpty())
         file = VNDatabaseToviSample::defaultFile();
     if (file.isEmpty())
-        file = ReferenceSelector::defaultDataFile();
+        file = bundledSample();
     if (!VNDatabaseToviSample::load(delivered, file, error))
         return false;
     if (!delivered->flush()) {
@@ -259,20 +291,6 @@ QString ReferenceDatabases::counts(VNToviDatabaseInterface* db)
         .arg(db->getAllAlias().size());
 }
 
-namespace {
-// Every key of a database, kind by kind, for comparing databases.
-QSet<QString> allKeys(VNToviDatabaseInterface* db)
-{
-    QSet<QString> keys;
-    for (const QString& kind : ReferenceDatabases::kinds()) {
-        for (const VNObject2* object : ReferenceDatabases::objectsOf(db, kind))
-            keys.insert(kind + QLatin1Char(':') + object->key());
-    }
-    for (const Sedra::TToviAlias* alias : db->getAllAlias())
-        keys.insert(QStringLiteral("alias:") + alias->key());
-    return keys;
-}
-} // namespace
 
 int ReferenceDatabases::missingFromMerged(QString* error)
 {

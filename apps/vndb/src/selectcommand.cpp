@@ -1,6 +1,7 @@
 #include "selectcommand.h"
 
 #include "clicontext.h"
+#include "referencedatabases.h"
 #include "referenceselector.h"
 
 #include <objectselectorctrl.h>
@@ -15,23 +16,26 @@
 
 QString SelectCommand::summary() const
 {
-    return tr("search, filter and tick the reference content in the object selector, without a window",
-              "cherche, filtre et coche le contenu de référence dans le sélecteur d'objets, sans fenêtre");
+    return tr("search, filter and tick the reference database in the object selector, without a window",
+              "cherche, filtre et coche la base de référence dans le sélecteur d'objets, sans fenêtre");
 }
 
 QString SelectCommand::description() const
 {
-    return tr("KIND is compounds, parameters, joints or ions (all when absent). The search matches names\n"
-              "(case-insensitive, anywhere in the name); a filter LABEL is one of the labels the selector\n"
-              "shows (\"CAS\", \"Study type\", ...) or a stored key (\"formula\"); an empty VALUE asks only that\n"
-              "the object has the property. IDs are printed beside the names (C:Pr, P:R001, I:191, ...).\n"
-              "--load restores a selection saved by --save before the new ticks are added.",
-              "KIND vaut compounds, parameters, joints ou ions (tous en son absence). La recherche porte sur\n"
-              "les noms (sans distinction de casse, n'importe où dans le nom) ; le LABEL d'un filtre est l'un\n"
-              "des libellés du sélecteur (\"CAS\", \"Type d'étude\", ...) ou une clé stockée (\"formula\") ; une\n"
-              "VALUE vide demande seulement que l'objet ait la propriété. Les ID sont affichés à côté des noms\n"
-              "(C:Pr, P:R001, I:191, ...). --load restaure une sélection enregistrée par --save avant d'ajouter\n"
-              "les nouvelles coches.");
+    return tr("Lists the merged reference database of the folder (--dir, else $TOVIDBDIR, else\n"
+              "vndb-demo/reference; 'vndb ref init' makes one). KIND is compounds, parameters, joints or ions\n"
+              "(all when absent). The search matches names (case-insensitive, anywhere in the name); a filter\n"
+              "LABEL is one of the labels the selector shows (\"CAS\", \"Study type\", ...) or a stored key\n"
+              "(\"formula\"); an empty VALUE asks only that the object has the property. IDs are printed beside\n"
+              "the names (C:Pr, P:R001, I:m/z 191, ...). --load restores a selection saved by --save before the\n"
+              "new ticks are added.",
+              "Liste la base de référence fusionnée du dossier (--dir, sinon $TOVIDBDIR, sinon\n"
+              "vndb-demo/reference ; 'vndb ref init' en crée une). KIND vaut compounds, parameters, joints ou\n"
+              "ions (tous en son absence). La recherche porte sur les noms (sans distinction de casse, n'importe\n"
+              "où dans le nom) ; le LABEL d'un filtre est l'un des libellés du sélecteur (\"CAS\", \"Type\n"
+              "d'étude\", ...) ou une clé stockée (\"formula\") ; une VALUE vide demande seulement que l'objet ait\n"
+              "la propriété. Les ID sont affichés à côté des noms (C:Pr, P:R001, I:m/z 191, ...). --load\n"
+              "restaure une sélection enregistrée par --save avant d'ajouter les nouvelles coches.");
 }
 
 QList<CliOption> SelectCommand::options() const
@@ -44,8 +48,8 @@ QList<CliOption> SelectCommand::options() const
         CliOption{QStringLiteral("tick"), QChar(), 1, QStringLiteral("ID"), tr("tick an object (repeatable)", "coche un objet (répétable)")},
         CliOption{QStringLiteral("save"), QChar(), 1, QStringLiteral("FILE"), tr("save the ticks to FILE (XML)", "enregistre les coches dans FILE (XML)")},
         CliOption{QStringLiteral("load"), QChar(), 1, QStringLiteral("FILE"), tr("restore the ticks saved in FILE", "restaure les coches enregistrées dans FILE")},
-        CliOption{QStringLiteral("data"), QChar(), 1, QStringLiteral("FILE"),
-                  tr("reference content to list (the sample by default)", "contenu de référence à lister (l'exemple par défaut)")},
+        CliOption{QStringLiteral("dir"), QChar(), 1, QStringLiteral("DIR"),
+                  tr("folder of the reference databases (as for vndb ref)", "dossier des bases de référence (comme pour vndb ref)")},
     };
 }
 
@@ -58,15 +62,17 @@ int SelectCommand::run(CliContext& context, const CliArguments& arguments)
                                           .arg(kind, ReferenceSelector::kinds().join(QStringLiteral(", "))),
                                       name());
     }
-    ReferenceSelector content;
+    // The selector lists the merged reference database, as in the application.
+    ReferenceDatabases databases;
     QString error;
-    const QString data = arguments.isSet(QStringLiteral("data")) ? arguments.value(QStringLiteral("data"))
-                                                                  : ReferenceSelector::defaultDataFile();
-    if (!content.load(data, &error))
+    const QString folder = arguments.isSet(QStringLiteral("dir")) ? arguments.value(QStringLiteral("dir"))
+                                                                   : ReferenceDatabases::defaultFolder();
+    VNToviDatabaseInterface* merged = nullptr;
+    if (!databases.open(folder, false, &error) || !(merged = databases.database(Sedra::DatabaseToviMerged, &error)))
         return context.refuse(error);
 
     ObjectSelectorModel model;
-    content.fill(model, kinds, true);
+    ReferenceSelector::fill(model, merged, kinds, true);
     ObjectSelectorCtrl ctrl;
     ctrl.setSelectionMode(ObjectSelectorCtrl::MultipleSelection);
     ctrl.setModel(&model);
