@@ -131,17 +131,13 @@ private slots:
         Sedra::TToviRatio* cpi = addRatio(db.get(), QString(), "CPI", -1);
         QVERIFY(first && second && cpi);
         QVERIFY(!cpi->ratioId().isEmpty()); // a new identifier
-        // The eleven values arrive in order.
-        QCOMPARE(first->masterName(), QStringLiteral("Pr/Ph"));
-        QCOMPARE(first->displayFormula(), QStringLiteral("Pr/Ph (display)"));
-        QCOMPARE(first->formula(), QStringLiteral("Pr/Ph"));
-        QCOMPARE(first->displayOrder(), 2);
-        QCOMPARE(first->studyType(), QStringLiteral("Redox"));
-        QCOMPARE(first->analysisType(), QStringLiteral("GC-MS"));
-        QCOMPARE(first->processType(), QStringLiteral("Peak area ratio"));
-        QCOMPARE(first->familyName(), QStringLiteral("Isoprenoids"));
-        QCOMPARE(first->expectedIons(), QStringLiteral("57;71"));
-        QCOMPARE(first->literatureReference(), QStringLiteral("Didyk et al. 1978"));
+        // The eleven values arrive in order, none in another's place.
+        QCOMPARE((QStringList{first->masterName(), first->displayFormula(), first->formula(),
+                              QString::number(first->displayOrder()), first->studyType(), first->analysisType(),
+                              first->processType(), first->familyName(), first->expectedIons(),
+                              first->literatureReference()}),
+                 (QStringList{"Pr/Ph", "Pr/Ph (display)", "Pr/Ph", "2", "Redox", "GC-MS", "Peak area ratio",
+                              "Isoprenoids", "57;71", "Didyk et al. 1978"}));
 
         QCOMPARE(db->getRatio(QStringLiteral("R1")), first->object());
         QCOMPARE(db->getRatio(first->object()), first);
@@ -312,8 +308,9 @@ private slots:
         const VNObject2* copiedJoint = merged->objectCopy(joint->object(), first, second, count);
         QVERIFY(copiedJoint);
         QCOMPARE(merged->getJoint(copiedJoint)->compoundKey(), QStringLiteral("ORL-C9"));
-        QCOMPARE(merged->getEIC(QStringLiteral("m/z 191")) != nullptr, true);
-        QCOMPARE(merged->getEIC(merged->getEIC(QStringLiteral("m/z 191")))->value(), kNoValue);
+        const Sedra::TToviEIC* copiedIon = merged->getEIC(merged->getEIC(QStringLiteral("m/z 191")));
+        QVERIFY(copiedIon);
+        QCOMPARE(copiedIon->value(), kNoValue);
         QCOMPARE(merged->objectCopy(joint->object(), first, second, count), copiedJoint); // by its key
 
         const VNObject2* copiedRatio = merged->objectCopy(ratio->object(), first, second, count);
@@ -402,29 +399,23 @@ private slots:
         QString error;
         QVERIFY(!VNDatabaseToviSample::load(db.get(), m_dir->filePath("missing.json"), &error));
         QVERIFY(error.contains("missing.json"));
-        QFile bad(m_dir->filePath("bad.json"));
-        QVERIFY(bad.open(QIODevice::WriteOnly));
-        bad.write("{\"compounds\": [ {\"toviKey\": ");
-        bad.close();
-        QVERIFY(!VNDatabaseToviSample::load(db.get(), bad.fileName(), &error));
+        const auto write = [this](const char* name, const QByteArray& content) {
+            QFile file(m_dir->filePath(name));
+            return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? file.fileName() : QString();
+        };
+        QVERIFY(!VNDatabaseToviSample::load(db.get(), write("bad.json", "{\"compounds\": [ {\"toviKey\": "), &error));
         QVERIFY(db->getAllCompounds().isEmpty());
 
-        QFile small(m_dir->filePath("small.json"));
-        QVERIFY(small.open(QIODevice::WriteOnly));
-        small.write(R"({"compounds":[{"toviKey":"Pr","name":"Pristane","carbons":19}],
+        const QString small = write("small.json", R"({"compounds":[{"toviKey":"Pr","name":"Pristane","carbons":19}],
             "ions":[{"name":"m/z 57","value":"57"}],
             "joints":[{"compound":"Pr","ion":"m/z 57"}],
             "parameters":[{"ratioId":"R1","name":"Pr/Ph","displayOrder":1}],
             "aliases":[{"kind":"compound","ref":"Pr","field":"name","vendor":"V","value":"iC19"},
                        {"kind":"ratio","ref":"R1","field":"name","vendor":"V","value":"pristane/phytane"}]})");
-        small.close();
         VNDatabaseToviSample::Counts counts;
-        QVERIFY(VNDatabaseToviSample::load(db.get(), small.fileName(), &error, &counts));
-        QCOMPARE(counts.compounds, 1);
-        QCOMPARE(counts.ions, 1);
-        QCOMPARE(counts.joints, 1);
-        QCOMPARE(counts.parameters, 1);
-        QCOMPARE(counts.aliases, 2);
+        QVERIFY(VNDatabaseToviSample::load(db.get(), small, &error, &counts));
+        QCOMPARE((QList<int>{counts.compounds, counts.ions, counts.joints, counts.parameters, counts.aliases}),
+                 (QList<int>{1, 1, 1, 1, 2}));
         db.reset(makeTovi(7));
         QCOMPARE(db->getCompound(db->getCompound(QStringLiteral("Pr")))->carbons(), QStringLiteral("19"));
         QCOMPARE(db->getRatiosByAliasesValue(QStringLiteral("pristane/phytane")).size(), 1);
