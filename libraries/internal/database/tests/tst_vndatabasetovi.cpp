@@ -39,6 +39,11 @@ bool writeFile(const QString& path, const QByteArray& content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 } // namespace
 
 class TestToviLifecycle : public QObject
@@ -46,16 +51,14 @@ class TestToviLifecycle : public QObject
     Q_OBJECT
 private slots:
     void initTestCase() { TTranslator::install(QStringLiteral("en")); }
-    void init()
-    {
-        ToviTest::useNewFolder(m_data, m_dir);
-    }
+    void init() { ToviTest::useNewFolder(m_data, m_dir); }
     void cleanup()
     {
         VNDatabaseToviMGR::clear();
         m_data.reset();
         m_dir.reset();
         qunsetenv("VARNELDIR");
+        TTranslator::install(QStringLiteral("en"));
     }
 
     void locatedByEitherNamedValue()
@@ -119,7 +122,6 @@ private slots:
             QVERIFY(dynamic_cast<Sedra::THeaderToviConnector*>(fresh.get()));
             QVERIFY(!fresh->isOpen());
         }
-        QCOMPARE(files.size(), 3);
         QCOMPARE(QSet<QString>(files.begin(), files.end()).size(), 3);
         for (const QString& file : files)
             QCOMPARE(QFileInfo(file).absolutePath(), QDir::cleanPath(m_dir->path()));
@@ -128,8 +130,6 @@ private slots:
     void registeredLoadedFlushedClosedAndReopened()
     {
         VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
-        QVERIFY(VNDatabaseToviMGR::isInstanciated());
-        QCOMPARE(VNDatabaseToviMGR::getInstance(), manager);
         for (int type : {7, 9, 10}) {
             VNDatabaseTovi* db = makeTovi(type, false);
             QVERIFY(db->loadDatabase());
@@ -233,7 +233,7 @@ private slots:
     {
         const QString file = m_dir->filePath(Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseToviUser));
         QVERIFY(writeFile(file, QByteArray("this is not a database at all").repeated(100)));
-        const QByteArray before = [&] { QFile f(file); f.open(QIODevice::ReadOnly); return f.readAll(); }();
+        const QByteArray before = readFile(file);
         TRecordingLogger log;
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
         QVERIFY(db);
@@ -246,9 +246,7 @@ private slots:
         QVERIFY(db->getAllCompounds().isEmpty());
         QVERIFY(db->readSerialNumber().isEmpty());
         db.reset();
-        QFile f(file);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll(), before); // the damaged file is left as it was
+        QCOMPARE(readFile(file), before); // the damaged file is left as it was
     }
 
     void loadingAgainSeesWhatAnotherConnectionWrote()
@@ -268,12 +266,6 @@ private slots:
         QVERIFY(first->loadDatabase());
         QCOMPARE(first->getAllCompounds().size(), 2);
         QVERIFY(first->getCompound(QStringLiteral("C2")));
-
-        // Emptied memory is read again, whatever the file did.
-        first->close();
-        QVERIFY(first->getAllCompounds().isEmpty());
-        QVERIFY(first->loadDatabase());
-        QCOMPARE(first->getAllCompounds().size(), 2);
     }
 
     void removeAllObjectsEmptiesTheFile()
@@ -328,7 +320,6 @@ private slots:
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
         // Reference kinds have no folder of their own.
         QVERIFY(db->scanDir(VNObjectTypeCompound, true).isEmpty());
-
         const QString folder = m_dir->filePath(QStringLiteral("scan/deep"));
         for (const QString& language : {QStringLiteral("en"), QStringLiteral("fr")}) {
             TTranslator::install(language);
@@ -336,10 +327,11 @@ private slots:
             TRecordingLogger log;
             QVERIFY(db->scanDir(path, true).isEmpty());
             QVERIFY(QFileInfo(path).isDir());
-            const QString expected = language == QLatin1String("en")
-                                         ? QStringLiteral("Project structure is obsolete - Adding directory <b>%1</b>")
-                                         : QStringLiteral("La structure du projet est obsolète - Ajout du dossier <b>%1</b>");
-            QVERIFY(log.contains(MessageLoggerInterface::LevelInformation, expected.arg(path)));
+            const bool en = language == QLatin1String("en");
+            QVERIFY(log.contains(MessageLoggerInterface::LevelInformation,
+                                 (en ? QStringLiteral("Project structure is obsolete - Adding directory <b>%1</b>")
+                                     : QStringLiteral("La structure du projet est obsolète - Ajout du dossier <b>%1</b>"))
+                                     .arg(path)));
 
             // A folder that cannot be made (a file stands in its way) says so
             // twice, and lists nothing.
@@ -348,7 +340,6 @@ private slots:
             const QString blocked = blocker + QStringLiteral("/graphs");
             log.clear();
             QVERIFY(db->scanDir(blocked, true).isEmpty());
-            const bool en = language == QLatin1String("en");
             QVERIFY(log.contains(MessageLoggerInterface::LevelInformation,
                                  (en ? QStringLiteral("Error while creating directory <b>%1</b>")
                                      : QStringLiteral("Echec de création du répertoire <b>%1</b>"))
@@ -360,7 +351,6 @@ private slots:
             QVERIFY(db->scanDir(blocked, true, QString(), true).isEmpty());
             QVERIFY(QFileInfo(blocker).isFile());
         }
-        TTranslator::install(QStringLiteral("en"));
 
         const QString path = m_dir->filePath(QStringLiteral("graphs"));
         QVERIFY(writeFile(path + "/sterane.xml", "<g/>"));
@@ -411,9 +401,7 @@ private slots:
         QVERIFY(!VNDatabaseTovi::copyDirectory(source, target, false, {}, true));
         QVERIFY(!QFileInfo::exists(target + "/b.txt"));
         QVERIFY(VNDatabaseTovi::copyDirectory(source, target, true, {}, true));
-        QFile a(target + "/a.xml");
-        QVERIFY(a.open(QIODevice::ReadOnly));
-        QCOMPARE(a.readAll(), QByteArray("changed"));
+        QCOMPARE(readFile(target + "/a.xml"), QByteArray("changed"));
         QVERIFY(QFileInfo::exists(target + "/b.txt"));
         QVERIFY(QFileInfo::exists(target + "/README"));
         QVERIFY(QFileInfo::exists(target + "/sub/c.xml"));
