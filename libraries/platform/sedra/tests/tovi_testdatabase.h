@@ -1,16 +1,9 @@
 #pragma once
 
-#include <tdatabase.h>
-#include <theaderdatabase.h>
+#include "sedra_testproject.h"
+
 #include <theadertoviconnector.h>
 #include <tmapperfactory.h>
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSqlDatabase>
-#include <QSqlQuery>
-#include <QVariant>
 
 // A reference database as the module makes one: a folder, the shared mapper
 // factory, a reference connector, the header bound and read back.
@@ -52,32 +45,3 @@ public:
 private:
     bool m_ownConnector;
 };
-
-// Writes a small drawing file where a file record says it lives.
-inline bool writeDrawing(const QString& path, const QByteArray& content = QByteArray("<graph/>"))
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-// Rows of one kind in a header file, read through a connection of our own.
-inline int rowCount(const QString& file, int type)
-{
-    const QString name = QStringLiteral("tovi-test-count");
-    int count = -1;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        db.setDatabaseName(file);
-        if (db.open()) {
-            QSqlQuery query(db);
-            query.prepare(QStringLiteral("SELECT count(*) FROM objects WHERE type = ?"));
-            query.addBindValue(type);
-            if (query.exec() && query.next())
-                count = query.value(0).toInt();
-        }
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(name);
-    return count;
-}
