@@ -15,6 +15,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QMap>
 #include <QTemporaryDir>
@@ -68,6 +69,12 @@ public:
         if (!m_db->saveNewMCData(data.get(), name))
             return nullptr;
         return m_db->getAnalysis(name);
+    }
+
+    static bool write(const QString& path, const QByteArray& content)
+    {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
     }
 
     static TAcquisitionRun run(TSyntheticRun::Kind kind, int scans, quint32 seed = 7)
