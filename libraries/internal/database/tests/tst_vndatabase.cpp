@@ -216,6 +216,23 @@ void makeProject(const QString& path, const QString& projectName)
                                              QStringLiteral("Pr/Ph"), QStringLiteral("C17"), QStringLiteral("Pr")));
 }
 
+// An unbound database: no header, no mappers, and what is asked of it later
+// answers neutrally (typed saves assert).
+void checkUnbound(VNDatabase& db, VNObject2Project* project)
+{
+    QVERIFY(!db.headerDb()->isOpen());
+    QVERIFY(!db.getMapper(VNObjectTypeAnalysis));
+    db.setProject(project);
+    db.synchronizeSQLRoot();
+    QVERIFY(db.lastSynchronization().registered.isEmpty());
+    QVERIFY(!db.loadDatabase());
+    VNObject2Dataset dataset(QStringLiteral("d"));
+    TAssert::clear();
+    QVERIFY(!db.datasetObjectSave(&dataset, true));
+    QVERIFY(TAssert::contains(QStringLiteral("mapper != 0"), QStringLiteral("vndatabase")));
+    QVERIFY(db.getReferenceName(QStringLiteral("a"), QStringLiteral("b")).isNull());
+}
+
 // A fresh temporary folder holding a made project.
 struct MadeProject
 {
@@ -596,28 +613,15 @@ private slots:
         for (const QString& language : {QStringLiteral("en"), QStringLiteral("fr")}) {
             TTranslator::install(language);
             TRecordingLogger log;
-            TAssert::clear();
             auto db = openProject(path);
-            // The object exists, unbound: no header, no mappers.
             QVERIFY(db);
-            QVERIFY(!db->headerDb()->isOpen());
-            QVERIFY(!db->getMapper(VNObjectTypeAnalysis));
             const QStringList warnings = log.messages(MessageLoggerInterface::LevelWarning);
             QCOMPARE(warnings.size(), 1);
             const QString expected = (language == QLatin1String("fr") ? CannotOpenFr : CannotOpenEn).arg(header);
             QVERIFY2(warnings.first().startsWith(expected), qPrintable(warnings.first()));
             QVERIFY2(warnings.first().size() > expected.size(), "the reason is given");
-
-            // Later operations answer neutrally.
             VNObject2Project project(QStringLiteral("Projet"));
-            db->setProject(&project);
-            db->synchronizeSQLRoot();
-            QVERIFY(db->lastSynchronization().registered.isEmpty());
-            VNObject2Dataset dataset(QStringLiteral("d"));
-            QVERIFY(!db->datasetObjectSave(&dataset, true));
-            QVERIFY(TAssert::contains(QStringLiteral("mapper != 0"), QStringLiteral("vndatabase")));
-            QVERIFY(db->getReferenceName(QStringLiteral("a"), QStringLiteral("b")).isNull());
-            QVERIFY(!db->loadDatabase());
+            checkUnbound(*db, &project);
             QCOMPARE(snapshot(path), before);
         }
     }
@@ -632,17 +636,11 @@ private slots:
         const QString file = tmp.filePath(QStringLiteral("Projet.txt"));
         writeFile(file, "not a folder");
         const QMap<QString, QByteArray> before = snapshot(tmp.path());
-        TAssert::clear();
         for (const QString& path : {QString(), file}) {
             auto db = openProject(path);
             QVERIFY(db);
-            QVERIFY(!db->headerDb()->isOpen());
-            QVERIFY(!db->getMapper(VNObjectTypeAnalysis));
             VNObject2Project project(QStringLiteral("Projet"));
-            db->setProject(&project);
-            db->synchronizeSQLRoot();
-            QVERIFY(db->lastSynchronization().registered.isEmpty());
-            QVERIFY(!db->loadDatabase());
+            checkUnbound(*db, &project);
             QCOMPARE(db->scanDir(VNObjectTypeWell, true), QStringList());
         }
         QDir::setCurrent(current);
