@@ -36,34 +36,28 @@ namespace {
 // A project with one record of most kinds, written to its header.
 void fillProject(TestProject& p)
 {
-    auto* wells = p.mapper<TWellMapper>(VNObjectTypeWell);
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
-    auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
-    auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
-    auto* compounds = p.mapper<TCompoundMapper>(VNObjectTypeCompound);
-    auto* indexations = p.mapper<TIndexationMapper>(VNObjectTypeIndexation);
-    QVERIFY(wells && analyses && signalMapper && datasets && variables && compounds && indexations);
-
-    TMutableObject* well = wells->createWell(QStringLiteral("Well 7/11-A"));
+    TMutableObject* well = p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(QStringLiteral("Well 7/11-A"));
     QVERIFY(well);
     well->setProperty(QStringLiteral("Depth"), QStringLiteral("3412.5"));
+    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
+    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
     TFileObject* analysis = analyses->createAnalysis(QStringLiteral("Oil 12"));
     QVERIFY(analysis);
-    QVERIFY(analyses->setModulation(static_cast<const VNObject2Analysis*>(analysis->object()), 6.25));
     const auto* oil = static_cast<const VNObject2Analysis*>(analysis->object());
+    QVERIFY(analyses->setModulation(oil, 6.25));
     QVERIFY(signalMapper->createSignal(oil, QStringLiteral("TIC")));
     auto* m191 = signalMapper->createSignal(oil, QStringLiteral("m/z 191"));
     QVERIFY(m191);
     QVERIFY(signalMapper->setSignalIonList(static_cast<const VNObject2Signal*>(m191->object()), {191.0f, 217.0f}));
-    TMutableObject* dataset = datasets->createDataset(QStringLiteral("Biomarkers"));
+    TMutableObject* dataset = p.mapper<TDatasetMapper>(VNObjectTypeDataset)->createDataset(QStringLiteral("Biomarkers"));
     QVERIFY(dataset);
-    QVERIFY(variables->createVariable(static_cast<const VNObject2Dataset*>(dataset->object()), QStringLiteral("Pr/Ph"),
-                                      QStringLiteral("R-PRPH"), QStringLiteral("C-PRISTANE")));
-    QVERIFY(compounds->createCompound(QStringLiteral("Pristane"), QStringLiteral("1921-70-6"),
-                                      QStringLiteral("C19H40")));
-    QVERIFY(indexations->createIndexation(QStringLiteral("Steranes"),
-                                          {QStringLiteral("Oil 12"), QStringLiteral("Rock, 2")}));
+    QVERIFY(p.mapper<TVariableMapper>(VNObjectTypeVariable)
+                ->createVariable(static_cast<const VNObject2Dataset*>(dataset->object()), QStringLiteral("Pr/Ph"),
+                                 QStringLiteral("R-PRPH"), QStringLiteral("C-PRISTANE")));
+    QVERIFY(p.mapper<TCompoundMapper>(VNObjectTypeCompound)
+                ->createCompound(QStringLiteral("Pristane"), QStringLiteral("1921-70-6"), QStringLiteral("C19H40")));
+    QVERIFY(p.mapper<TIndexationMapper>(VNObjectTypeIndexation)
+                ->createIndexation(QStringLiteral("Steranes"), {QStringLiteral("Oil 12"), QStringLiteral("Rock, 2")}));
 }
 
 // Adds `count` analyses, each with a TIC, to make a header of many pages.
