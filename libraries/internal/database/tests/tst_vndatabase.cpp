@@ -403,15 +403,23 @@ private slots:
 
     void readOnlyRefusesAndChangesNothing_data()
     {
-        languageRows(QStringLiteral("Impossible to synchronize project <b>%1</b> because it is <b>Read Only</b> opened"),
-                     QStringLiteral("Impossible de synchroniser le projet <b>%1</b> car il est ouvert en <b>Lecture "
-                                    "Seule</b>"));
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("geolocation");
+        QTest::newRow("en") << "en" << "Impossible to synchronize project <b>%1</b> because it is <b>Read Only</b> opened"
+                            << "Impossible to save the geolocation of <b>%1</b> because the project is <b>Read "
+                               "Only</b> opened";
+        QTest::newRow("fr") << "fr"
+                            << "Impossible de synchroniser le projet <b>%1</b> car il est ouvert en <b>Lecture Seule</b>"
+                            << "Impossible d'enregistrer la géolocalisation de <b>%1</b> car le projet est ouvert en "
+                               "<b>Lecture Seule</b>";
     }
 
     void readOnlyRefusesAndChangesNothing()
     {
         QFETCH(QString, language);
         QFETCH(QString, message);
+        QFETCH(QString, geolocation);
         const MadeProject made;
         QVERIFY(made.ok());
         const QString& path = made.path;
@@ -438,6 +446,12 @@ private slots:
                      QList<TRecordingLogger::Entry>({{MessageLoggerInterface::LevelInformation, message.arg(name)}}));
             QVERIFY(db->lastSynchronization().registered.isEmpty());
             QVERIFY(!analysesOf(*db)->getAnalysis(QStringLiteral("Run 9")));
+            log.clear();
+            const VNObject2* well = wellsOf(*db)->getWell(QStringLiteral("Puits-1"));
+            QVERIFY(well);
+            QVERIFY(!db->setObjectGeolocalization(well, TLocalization(47.2184, -1.5536)));
+            QCOMPARE(log.entries(), QList<TRecordingLogger::Entry>({{MessageLoggerInterface::LevelInformation,
+                                                                     geolocation.arg(QStringLiteral("Puits-1"))}}));
 
             // Nothing else writes either.
             QVERIFY(!wellsOf(*db)->createWell(QStringLiteral("Puits-2")));
@@ -784,36 +798,6 @@ private slots:
         // A damaged file reads as no position.
         writeFile(runFile, "<kml><Placemark><Point><coordinates>abc,def</coordinates></Point></Placemark></kml>");
         QVERIFY(!db->getObjectGeolocalization(run).isValid());
-    }
-
-    void geolocalizationRefusedReadOnly_data()
-    {
-        languageRows(QStringLiteral("Impossible to save the geolocation of <b>%1</b> because the project is <b>Read "
-                                    "Only</b> opened"),
-                     QStringLiteral("Impossible d'enregistrer la géolocalisation de <b>%1</b> car le projet est "
-                                    "ouvert en <b>Lecture Seule</b>"));
-    }
-
-    void geolocalizationRefusedReadOnly()
-    {
-        QFETCH(QString, language);
-        QFETCH(QString, message);
-        const MadeProject made;
-        QVERIFY(made.ok());
-        const QString& path = made.path;
-        const QMap<QString, QByteArray> before = snapshot(path);
-        TTranslator::install(language);
-        TRecordingLogger log;
-        {
-            auto db = openReadOnly(path);
-            QVERIFY(db);
-            const VNObject2* well = wellsOf(*db)->getWell(QStringLiteral("Puits-1"));
-            QVERIFY(well);
-            QVERIFY(!db->setObjectGeolocalization(well, TLocalization(47.2184, -1.5536)));
-        }
-        QCOMPARE(log.entries(), QList<TRecordingLogger::Entry>(
-                                    {{MessageLoggerInterface::LevelInformation, message.arg(QStringLiteral("Puits-1"))}}));
-        QCOMPARE(snapshot(path), before);
     }
 
     void viewerDocumentsAndBrowser()
