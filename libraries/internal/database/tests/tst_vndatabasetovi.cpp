@@ -139,17 +139,14 @@ private slots:
         auto* user = dynamic_cast<VNDatabaseTovi*>(manager->db(9));
         QVERIFY(user);
         const QString awkward = QStringLiteral("17\u03b1(H),21\u03b2(H)-hopane \"C30\"; it's 'x'");
-        Sedra::TToviCompound* compound = addCompound(user, QStringLiteral("USR-1"), awkward, QStringLiteral("H30;C30"));
+        Sedra::TToviCompound* compound = addCompound(user, "USR-1", awkward, "H30;C30");
         QVERIFY(compound);
-        QVERIFY(user->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
-        QVERIFY(user->createJoint(QStringLiteral("USR-1"), QStringLiteral("m/z 191"), QStringLiteral("hopane 191")));
-        QVERIFY(user->createRatio(QStringLiteral("R-1"), QStringLiteral("Ts/(Ts+Tm)"), QStringLiteral("Ts/(Ts+Tm)"),
-                                  QStringLiteral("Ts/(Ts+Tm)"), 3, QStringLiteral("Maturity"), QStringLiteral("GC-MS"),
-                                  QStringLiteral("Peak height ratio"), QStringLiteral("Hopanes"),
-                                  QStringLiteral("191"), QStringLiteral("Seifert and Moldowan 1978")));
+        QVERIFY(user->createEIC("m/z 191", "191"));
+        QVERIFY(user->createJoint("USR-1", "m/z 191", "hopane 191"));
+        QVERIFY(user->createRatio("R-1", "Ts/(Ts+Tm)", "Ts/(Ts+Tm)", "Ts/(Ts+Tm)", 3, "Maturity", "GC-MS",
+                                  "Peak height ratio", "Hopanes", "191", "Seifert and Moldowan 1978"));
         const QString longValue(20000, QChar(0x00e9));
-        QVERIFY(user->aliasCreate(compound->compound(), QStringLiteral("CAS"), QStringLiteral("Vendor; \"B\""),
-                                  longValue));
+        QVERIFY(user->aliasCreate(compound->compound(), "CAS", "Vendor; \"B\"", longValue));
         QVERIFY(user->getConnector()->setSerialNumber(QStringLiteral("USR-42")));
         QVERIFY(user->flush());
 
@@ -168,8 +165,7 @@ private slots:
         QCOMPARE(reopened->getAllJoints().size(), 1);
         QCOMPARE(reopened->getAllRatios().size(), 1);
         QCOMPARE(reopened->getRatio(QStringLiteral("R-1"))->name(), QStringLiteral("Ts/(Ts+Tm)"));
-        Sedra::TToviAlias* alias = reopened->getAlias(dynamic_cast<const VNObject2Tovi*>(found), QStringLiteral("CAS"),
-                                                      QStringLiteral("Vendor; \"B\""));
+        Sedra::TToviAlias* alias = reopened->getAlias(dynamic_cast<const VNObject2Tovi*>(found), "CAS", "Vendor; \"B\"");
         QVERIFY(alias);
         QCOMPARE(alias->getValue(), longValue);
         // The other databases of the folder saw none of it.
@@ -271,13 +267,11 @@ private slots:
     void removeAllObjectsEmptiesTheFile()
     {
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
-        Sedra::TToviCompound* compound = addCompound(db.get(), QStringLiteral("C1"), QStringLiteral("phytane"),
-                                                     QStringLiteral("Ph"));
+        Sedra::TToviCompound* compound = addCompound(db.get(), "C1", "phytane", "Ph");
         QVERIFY(compound);
-        QVERIFY(db->createEIC(QStringLiteral("m/z 183"), QStringLiteral("183")));
-        QVERIFY(db->createJoint(QStringLiteral("C1"), QStringLiteral("m/z 183"), QString()));
-        QVERIFY(db->aliasCreate(compound->compound(), QStringLiteral("CAS"), QStringLiteral("V"),
-                                QStringLiteral("638-36-8")));
+        QVERIFY(db->createEIC("m/z 183", "183"));
+        QVERIFY(db->createJoint("C1", "m/z 183", QString()));
+        QVERIFY(db->aliasCreate(compound->compound(), "CAS", "V", "638-36-8"));
         QVERIFY(db->removeAllObjects());
         QVERIFY(db->getAllCompounds().isEmpty());
         QVERIFY(db->getAllAlias().isEmpty());
@@ -298,8 +292,7 @@ private slots:
         QTemporaryDir other;
         m_data->setValue(QStringLiteral("TOVIDBDIR"), other.path());
         std::unique_ptr<VNDatabaseTovi> merged(makeTovi(10, false));
-        Sedra::TToviCompound* compound = addCompound(user.get(), QStringLiteral("C1"), QStringLiteral("pristane"),
-                                                     QStringLiteral("Pr"));
+        Sedra::TToviCompound* compound = addCompound(user.get(), "C1", "pristane", "Pr");
         QVERIFY(compound);
         const VNObject2* obj = compound->object();
         const QString userPath = QDir::cleanPath(m_dir->path());
