@@ -67,26 +67,6 @@ class TestTree : public QObject
     Q_OBJECT
 
 private slots:
-    void construction()
-    {
-        const Node root;
-        QCOMPARE(root.attribute, nullptr);
-        QCOMPARE(root.getParent(), nullptr);
-        QCOMPARE(root.getFirstSon(), nullptr);
-        QCOMPARE(root.getBrother(), nullptr);
-        QCOMPARE(root.getNbSons(), 0);
-        QCOMPARE(root.getNodeId(), -1);
-        QVERIFY(root.getEnable());
-        QVERIFY(root.isVisible());
-        QVERIFY(!root.isExpanded());
-        QVERIFY(!root.isAutoDelete());
-        QCOMPARE(root.getRoot(), &root);
-        QCOMPARE(root.getNbItems(), 1);
-        QCOMPARE(root.getNbSubLevels(), 1);
-        QVERIFY(root.getSons().isEmpty());
-        QVERIFY(root.getSonsAttributes().isEmpty());
-    }
-
     // Sons made one after the other stand in reverse order of creation.
     void headInsertionOrder()
     {
@@ -94,31 +74,14 @@ private slots:
         Node* a = new Node(&root, 1);
         Node* b = new Node(&root, 2);
         Node* c = new Node(&root, 3);
-        QCOMPARE(root.getNbSons(), 3);
         QCOMPARE(sonIds(root), QList<int>({3, 2, 1}));
-        QCOMPARE(root.getSon(0), c);
-        QCOMPARE(root.getSon(1), b);
-        QCOMPARE(root.getSon(2), a);
-        QCOMPARE(root.getFirstSon(), c);
-        QCOMPARE(c->getBrother(), b);
-        QCOMPARE(a->getBrother(), nullptr);
-        QCOMPARE(a->getParent(), &root);
+        QCOMPARE(QList<Node*>({root.getSon(0), root.getSon(1), root.getSon(2)}), QList<Node*>({c, b, a}));
         QCOMPARE(a->getRoot(), &root);
         QVERIFY(consistent(&root));
-    }
-
-    void sonIndexOutOfRange()
-    {
-        Node root;
-        new Node(&root, 1);
-        new Node(&root, 2);
-        QCOMPARE(root.getSon(2), nullptr);
-        QCOMPARE(root.getSon(3), nullptr);
-        QCOMPARE(root.getSon(INT_MAX), nullptr);
-        QCOMPARE(root.getSon(-1), nullptr);
-        QCOMPARE(root.getSon(INT_MIN), nullptr);
-        const Node leaf;
-        QCOMPARE(leaf.getSon(0), nullptr);
+        // Indices past either end give nothing.
+        for (int index : {3, INT_MAX, -1, INT_MIN})
+            QCOMPARE(root.getSon(index), nullptr);
+        QCOMPARE(Node().getSon(0), nullptr);
     }
 
     void attributesAndCounts()
@@ -133,6 +96,8 @@ private slots:
         Node* grandson = new Node(first, 3);
         new Node(grandson, 4);
         QCOMPARE(root.getSonsAttributes(), QList<Item*>({&y, &x}));
+        QCOMPARE(Node().getNbItems(), 1);
+        QCOMPARE(Node().getNbSubLevels(), 1);
         QCOMPARE(root.getNbItems(), 5);
         QCOMPARE(root.getNbSubLevels(), 4);
         QCOMPARE(first->getNbItems(), 3);
@@ -160,8 +125,7 @@ private slots:
 
     void chains()
     {
-        Node leaf;
-        QVERIFY(leaf.getUniqueSons());
+        QVERIFY(Node().getUniqueSons());
         Node chain;
         Node* link = new Node(new Node(&chain));
         QVERIFY(chain.getUniqueSons());
@@ -183,9 +147,7 @@ private slots:
         Node* grandson = new Node(son);
         Node* great = new Node(grandson);
 
-        Node lonely;
-        QVERIFY(lonely.getSonsEnable());
-        QVERIFY(lonely.getParentsEnable());
+        QVERIFY(Node().getSonsEnable() && Node().getParentsEnable());
 
         son->setSonsEnable(false, false);
         QVERIFY(son->getEnable());
@@ -195,18 +157,15 @@ private slots:
         QVERIFY(root.getSonsEnable()); // direct sons only
 
         root.setSonsEnable(false, false);
-        QVERIFY(!son->getEnable() && !other->getEnable());
-        QVERIFY(root.getEnable());
+        QVERIFY(!son->getEnable() && !other->getEnable() && root.getEnable());
         QVERIFY(great->getEnable()); // grandsons untouched without recursion
         QVERIFY(!great->getParentsEnable());
-        QVERIFY(!root.getSonsEnable());
 
         root.setSonsEnable(true, true);
         QVERIFY(son->getEnable() && grandson->getEnable() && great->getEnable());
         QVERIFY(great->getParentsEnable());
         root.setSonsEnable(false, true);
-        QVERIFY(!son->getEnable() && !grandson->getEnable() && !great->getEnable());
-        QVERIFY(root.getEnable());
+        QVERIFY(!son->getEnable() && !grandson->getEnable() && !great->getEnable() && root.getEnable());
 
         // The node's own flag does not count in getParentsEnable.
         root.setSonsEnable(true, true);
@@ -215,18 +174,6 @@ private slots:
         grandson->setEnable(false);
         QVERIFY(!great->getParentsEnable());
         QVERIFY(grandson->getParentsEnable());
-    }
-
-    void plainFlags()
-    {
-        Node root;
-        Node* son = new Node(&root);
-        root.setExpanded(true);
-        root.setVisible(false);
-        QVERIFY(root.isExpanded());
-        QVERIFY(!root.isVisible());
-        QVERIFY(!son->isExpanded());
-        QVERIFY(son->isVisible());
     }
 
     // Destroying a son unlinks it wherever it stands in the list.
@@ -238,13 +185,10 @@ private slots:
         Node* c = new Node(&root, 3);
         new Node(b, 20);
         delete b; // middle, with a son of its own
-        QCOMPARE(root.getNbSons(), 2);
         QCOMPARE(sonIds(root), QList<int>({3, 1}));
         delete c; // first
         QCOMPARE(sonIds(root), QList<int>({1}));
-        QCOMPARE(root.getFirstSon(), a);
         delete a; // last and only
-        QCOMPARE(root.getNbSons(), 0);
         QCOMPARE(root.getFirstSon(), nullptr);
         QVERIFY(consistent(&root));
     }
@@ -291,7 +235,6 @@ private slots:
         b->setParent(&right); // from the middle
         QCOMPARE(sonIds(left), QList<int>({3, 1}));
         QCOMPARE(sonIds(right), QList<int>({2, 4}));
-        QCOMPARE(b->getParent(), &right);
 
         c->setParent(&right); // from the head, to the head
         QCOMPARE(sonIds(left), QList<int>({1}));
@@ -303,7 +246,6 @@ private slots:
         a->setParent(nullptr); // detached; the caller owns it now
         std::unique_ptr<Node> detached(a);
         QCOMPARE(left.getNbSons(), 0);
-        QCOMPARE(a->getParent(), nullptr);
         QCOMPARE(a->getRoot(), a);
 
         // Moving a node moves its subtree; auto-delete is not inherited here.
@@ -332,8 +274,6 @@ private slots:
         QCOMPARE(sonIds(root), QList<int>({2, 10, 1}));
         root.insertAfter(new Node(nullptr, 11), a); // after the last
         QCOMPARE(sonIds(root), QList<int>({2, 10, 1, 11}));
-        QCOMPARE(root.getNbSons(), 4);
-        QCOMPARE(root.getSon(3)->getParent(), &root);
         QVERIFY(consistent(&root));
 
         // Refusals: null arguments, a reference that is not a son.
@@ -350,9 +290,7 @@ private slots:
         // Without sons the node goes in as the first one, whatever the reference.
         Node empty;
         empty.insertAfter(loose.get(), outsider);
-        QCOMPARE(empty.getFirstSon(), loose.get());
-        QCOMPARE(loose->getParent(), &empty);
-        loose.release();
+        QCOMPARE(empty.getFirstSon(), loose.release());
         QVERIFY(consistent(&empty));
     }
 
@@ -365,7 +303,6 @@ private slots:
         QCOMPARE(sonIds(root), QList<int>({2, 10, 1}));
         root.insertBefore(new Node(nullptr, 11), b); // before the first: new head
         QCOMPARE(sonIds(root), QList<int>({11, 2, 10, 1}));
-        QCOMPARE(root.getNbSons(), 4);
         QVERIFY(consistent(&root));
 
         auto loose = std::make_unique<Node>(nullptr, 12);
@@ -379,9 +316,8 @@ private slots:
 
         Node empty;
         empty.insertBefore(loose.get(), outsider);
-        QCOMPARE(empty.getFirstSon(), loose.get());
-        loose.release();
-        QCOMPARE(empty.getNbSons(), 1);
+        QCOMPARE(empty.getFirstSon(), loose.release());
+        QVERIFY(consistent(&empty));
     }
 
     // The clone shares the attributes, reverses every son list, is always
@@ -404,19 +340,14 @@ private slots:
 
         Node* copy = source.clone();
         QCOMPARE(copy->getParent(), nullptr);
-        QCOMPARE(copy->getNodeId(), 0);
         QCOMPARE(copy->attribute, source.attribute);
-        QVERIFY(copy->isVisible());
-        QVERIFY(copy->isExpanded());
-        QVERIFY(!copy->isAutoDelete());
+        QVERIFY(copy->isVisible() && copy->isExpanded() && !copy->isAutoDelete());
         QCOMPARE(sonIds(*copy), QList<int>({1, 2}));
         Node* xCopy = copy->getSon(0);
         QVERIFY(xCopy != x);
         QCOMPARE(xCopy->attribute, x->attribute);
-        QVERIFY(!xCopy->getEnable());
-        QVERIFY(!xCopy->isAutoDelete());
+        QVERIFY(!xCopy->getEnable() && !xCopy->isAutoDelete());
         QCOMPARE(sonIds(*xCopy), QList<int>({11, 12}));
-        QCOMPARE(copy->getNbItems(), source.getNbItems());
         QVERIFY(consistent(copy));
 
         delete copy;
@@ -443,18 +374,16 @@ private slots:
         Node* n2 = new Node(&root, 2);
         Node* n1 = new Node(&root, 1);
         new Node(n2, 21);
-        Node* n12 = new Node(n1, 12);
+        new Node(n1, 12);
         Node* n11 = new Node(n1, 11);
         Node* n111 = new Node(n11, 111);
-        Q_UNUSED(n12)
 
         QCOMPARE(walk(root, &root), QList<int>({0, 1, 11, 111, 12, 2, 21}));
         // Started inside subtree 1, from subtree 1's own node: runs on into 2.
         QCOMPARE(walk(*n1, n1), QList<int>({1, 11, 111, 12, 2, 21}));
         // From a deep last son: the next brother of the nearest ancestor with one.
         QCOMPARE(n11->getNextNode(n111)->getNodeId(), 12);
-        Node* lastOfSubtree = n1->getSon(1); // 12
-        QCOMPARE(n1->getNextNode(lastOfSubtree), n2);
+        QCOMPARE(n1->getNextNode(n1->getSon(1)), n2); // from 12, the last of subtree 1
         QCOMPARE(root.getNextNode(n2->getFirstSon()), nullptr); // the last node of the whole tree
         // The caller plays no part: a stranger tree's node gives the same answers.
         Node stranger;
@@ -474,40 +403,10 @@ private slots:
         copy = *son;
         QCOMPARE(copy.getParent(), &root); // links copied, no relinking
         QCOMPARE(copy.attribute, &item);
-        QCOMPARE(copy.getNodeId(), 4);
         QVERIFY(copy.isExpanded());
-        QCOMPARE(root.getNbSons(), 1);
         // Detach the copy's links by hand so that its destruction touches nothing.
         copy = Node();
-        QCOMPARE(copy.getParent(), nullptr);
         QCOMPARE(root.getSons(), QList<Node*>{son});
-    }
-
-    // A wide and deep tree: counts hold and destruction frees everything.
-    void largeTree()
-    {
-        int deaths = 0;
-        {
-            Node root;
-            root.setAutoDelete(true);
-            for (int i = 0; i < 200; ++i) {
-                Node* category = new Node(&root, i);
-                category->attribute = new Item(&deaths);
-                for (int j = 0; j < 50; ++j)
-                    new Node(category, i * 1000 + j);
-            }
-            QCOMPARE(root.getNbItems(), 1 + 200 + 200 * 50);
-            QCOMPARE(root.getNbSubLevels(), 3);
-            QCOMPARE(root.getNode(199049)->getParent()->getNodeId(), 199);
-            int walked = 0;
-            for (Node* node = &root; node; node = root.getNextNode(node))
-                ++walked;
-            QCOMPARE(walked, root.getNbItems());
-            std::unique_ptr<Node> copy(root.clone());
-            QCOMPARE(copy->getNbItems(), root.getNbItems());
-            QCOMPARE(copy->getSon(0)->getNodeId(), 0);
-        }
-        QCOMPARE(deaths, 200);
     }
 };
 
