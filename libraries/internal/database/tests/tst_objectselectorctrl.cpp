@@ -103,10 +103,8 @@ private slots:
         QCOMPARE(visibleIds(*model), QStringList({"PAR-1"}));
         ctrl->searchRequested(" pristane"); // no trimming
         QVERIFY(visibleIds(*model).isEmpty());
-        ctrl->searchRequested("xyz");
-        QVERIFY(visibleIds(*model).isEmpty());
         QVERIFY(categoriesVisible(*model)); // top-level nodes always show
-        QCOMPARE(model->filterValue("MasterName"), QStringLiteral("xyz"));
+        QCOMPARE(model->filterValue("MasterName"), QStringLiteral(" pristane"));
 
         ctrl->stopSearchRequested();
         QCOMPARE(visibleIds(*model), kAllObjects);
@@ -123,16 +121,13 @@ private slots:
         ObjectSelectorItem* son = sample::makeItem("351", "C31 22S", "compound", true);
         son->setProperty("MasterName", "17a,21b(H)-Homohopane 22S");
         sample::Node* sonNode = sample::appendNode(groupNode, son);
-        ObjectSelectorItem* bare = sample::makeItem("352", "no name", "compound", true);
-        sample::Node* bareNode = sample::appendNode(groupNode, bare); // carries no MasterName
+        sample::Node* bareNode = sample::appendNode(groupNode, sample::makeItem("352", "no name", "compound", true)); // no MasterName
 
         ctrl->searchRequested("22S");
-        QVERIFY(!groupNode->isVisible());
-        QVERIFY(sonNode->isVisible());
-        QVERIFY(!bareNode->isVisible());
+        QCOMPARE(QList<bool>({groupNode->isVisible(), sonNode->isVisible(), bareNode->isVisible()}),
+                 QList<bool>({false, true, false}));
         ctrl->searchRequested("homohopanes");
-        QVERIFY(groupNode->isVisible());
-        QVERIFY(!sonNode->isVisible());
+        QCOMPARE(QList<bool>({groupNode->isVisible(), sonNode->isVisible()}), QList<bool>({true, false}));
 
         // An item at the top level without any name still shows.
         sample::Node* loose = sample::appendNode(&model->root(), sample::makeItem("9", "Loose", QString(), true));
@@ -181,7 +176,6 @@ private slots:
 
     void singleAndMultipleSelection()
     {
-        QCOMPARE(ctrl->getSelectionMode(), ObjectSelectorCtrl::SingleSelection);
         ctrl->toggleCheckRequested(sample::find(*model, "21"), true);
         ctrl->toggleCheckRequested(sample::find(*model, "22"), true);
         QCOMPARE(sample::ids(ctrl->getSelectedItems(nullptr)), QStringList({"22"}));
@@ -254,7 +248,6 @@ private slots:
         none.clearSearch();
         none.toggleCheckRequested(sample::find(*model, "21"), true);
         QVERIFY(!sample::find(*model, "21")->isChecked());
-        QVERIFY(none.model() == nullptr);
 
         OtherModel other;
         none.setModel(&other);
@@ -268,7 +261,6 @@ private slots:
     {
         QWidget parent;
         ObjectSelectorEditorInterface* view = ctrl->initView(&parent);
-        QVERIFY(view);
         QCOMPARE(ctrl->editor(), view);
         auto* editor = dynamic_cast<ObjectSelectorEditor*>(view);
         QVERIFY(editor && editor->parent() == &parent);

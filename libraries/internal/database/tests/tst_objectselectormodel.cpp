@@ -100,12 +100,9 @@ private slots:
     {
         ObjectSelectorItem item;
         ObjectSelectorItemInterface& face = item;
-        QVERIFY(face.isExpanded());
-        QVERIFY(!face.isCheckable());
-        QVERIFY(!face.isChecked());
-        QVERIFY(face.title().isEmpty() && face.id().isEmpty() && face.pixmap().isNull());
-        QCOMPARE(item.property("ISREADONLY").toBool(), false);
+        QVERIFY(face.isExpanded() && !face.isCheckable() && !face.isChecked());
 
+        // The property names are what views and saved states read.
         const QMetaObject* meta = item.metaObject();
         const QStringList expected{"ISCHECKABLE", "ISCHECKED", "TITLE", "ICON", "ISEXPANDED", "id", "ISREADONLY"};
         QStringList declared;
@@ -116,10 +113,6 @@ private slots:
         QVERIFY(item.setProperty("id", QStringLiteral("629-78-7")));
         QCOMPARE(face.id(), QStringLiteral("629-78-7"));
         QVERIFY(!item.property("ID").isValid());
-        item.setProperty("ISREADONLY", true);
-        QCOMPARE(item.property("ISREADONLY").toBool(), true);
-        face.setTitle(QStringLiteral("Pristane"));
-        QCOMPARE(item.property("TITLE").toString(), QStringLiteral("Pristane"));
         QVERIFY(QMetaType::type("ObjectSelectorItem*") != QMetaType::UnknownType);
         QVERIFY(item.dynamicPropertyNames().isEmpty());
     }
@@ -213,57 +206,45 @@ private slots:
         QVERIFY(!sample::find(model, "1")->isChecked()); // category is not checkable
     }
 
-    void decodeRefusals_data()
+    // A refused state leaves the ticks alone; an accepted one whose selection
+    // is garbage reads as an empty selection.
+    void decodeRefusalsAndGarbage_data()
     {
         QTest::addColumn<QString>("xml");
-        QTest::newRow("version 1.0") << fragment("1.0", payload({"12"}));
-        QTest::newRow("version 2.0 with spaces") << fragment(" 2.0", payload({"12"}));
-        QTest::newRow("no version") << QStringLiteral("<ObjectSelectorModel><SelectedItems>x</SelectedItems></ObjectSelectorModel>");
-        QTest::newRow("no element") << QStringLiteral("<Other><Version>2.0</Version></Other>");
-        QTest::newRow("empty") << QString();
-    }
-
-    void decodeRefusals()
-    {
-        QFETCH(QString, xml);
-        ObjectSelectorModel model;
-        sample::fill(model);
-        tick(model, {"13", "PAR-4"});
-        QDomDocument doc;
-        QDomElement e = wrap(doc, xml);
-        QVERIFY(!model.decode(e));
-        QCOMPARE(checkedIds(model), QStringList({"13", "PAR-4"}));
-        QDomElement null;
-        QVERIFY(!model.decode(null));
-        QCOMPARE(checkedIds(model), QStringList({"13", "PAR-4"}));
-    }
-
-    void decodeGarbageReadsAsEmpty_data()
-    {
-        QTest::addColumn<QString>("selected");
-        QTest::newRow("not base64") << QStringLiteral("!!!* not base64 *!!!");
-        QTest::newRow("empty") << QString();
-        QTest::newRow("truncated stream") << payload({"12", "21"}, 14);
-        QTest::newRow("count too large") << QString::fromLatin1(QByteArray("\x7f\xff\xff\xff", 4).toBase64());
-        QTest::newRow("count 2^32-1") << QString::fromLatin1(QByteArray("\xff\xff\xff\xff\x00\x00\x00\x0a", 8).toBase64());
+        QTest::addColumn<bool>("accepted");
+        QTest::newRow("version 1.0") << fragment("1.0", payload({"12"})) << false;
+        QTest::newRow("version 2.0 with spaces") << fragment(" 2.0", payload({"12"})) << false;
+        QTest::newRow("no version") << QStringLiteral("<ObjectSelectorModel><SelectedItems>x</SelectedItems></ObjectSelectorModel>") << false;
+        QTest::newRow("no element") << QStringLiteral("<Other><Version>2.0</Version></Other>") << false;
+        QTest::newRow("no content") << QString() << false;
+        const auto bytes = [](const char* data, int size) {
+            return fragment("2.0", QString::fromLatin1(QByteArray(data, size).toBase64()));
+        };
+        QTest::newRow("not base64") << fragment("2.0", "!!!* not base64 *!!!") << true;
+        QTest::newRow("empty") << fragment("2.0", QString()) << true;
+        QTest::newRow("truncated stream") << fragment("2.0", payload({"12", "21"}, 14)) << true;
+        QTest::newRow("count too large") << bytes("\x7f\xff\xff\xff", 4) << true;
+        QTest::newRow("count 2^32-1") << bytes("\xff\xff\xff\xff\x00\x00\x00\x0a", 8) << true;
         QImage image(4, 4, QImage::Format_RGB32);
         image.fill(Qt::darkGreen); // written out whole: no unset pixels
-        QTest::newRow("image variant") << payload({QVariant(image)});
-        QTest::newRow("nested list") << payload({QVariant(QVariantList{"12"})});
-        QTest::newRow("huge nested list")
-            << QString::fromLatin1(QByteArray("\x00\x00\x00\x01\x00\x00\x00\x09\x00\x7f\xff\xff\xff", 13).toBase64());
+        QTest::newRow("image variant") << fragment("2.0", payload({QVariant(image)})) << true;
+        QTest::newRow("nested list") << fragment("2.0", payload({QVariant(QVariantList{"12"})})) << true;
+        QTest::newRow("huge nested list") << bytes("\x00\x00\x00\x01\x00\x00\x00\x09\x00\x7f\xff\xff\xff", 13) << true;
     }
 
-    void decodeGarbageReadsAsEmpty()
+    void decodeRefusalsAndGarbage()
     {
-        QFETCH(QString, selected);
+        QFETCH(QString, xml);
+        QFETCH(bool, accepted);
         ObjectSelectorModel model;
         sample::fill(model);
         tick(model, {"13", "PAR-4"});
+        QDomElement null;
+        QVERIFY(!model.decode(null));
         QDomDocument doc;
-        QDomElement e = wrap(doc, fragment("2.0", selected));
-        QVERIFY(model.decode(e));
-        QVERIFY(checkedIds(model).isEmpty());
+        QDomElement e = wrap(doc, xml);
+        QCOMPARE(model.decode(e), accepted);
+        QCOMPARE(checkedIds(model), accepted ? QStringList() : QStringList({"13", "PAR-4"}));
     }
 
     void decodeAcceptsNonStringIds()
@@ -307,11 +288,9 @@ private slots:
 
         QVERIFY(!model.enableFilter("TITLE")); // declared properties are not filters
         QVERIFY(!model.enableFilter("family"));
-        QVERIFY(!model.updateFilterValue("CAS", "629"));
-        QVERIFY(model.filterValue("CAS").isNull());
+        QVERIFY(!model.updateFilterValue("CAS", "629")); // not active yet
 
         QVERIFY(model.enableFilter("CAS"));
-        QVERIFY(model.filterValue("CAS").isNull());
         QVERIFY(model.updateFilterValue("CAS", "629"));
         QVERIFY(!model.enableFilter("CAS")); // already active: value kept
         QCOMPARE(model.filterValue("CAS"), QStringLiteral("629"));
@@ -357,7 +336,6 @@ private slots:
 
         QMap<QString, QString> shown;
         model.visibleFilters(dynamic_cast<QObject*>(sample::find(model, "34")), shown);
-        QCOMPARE(shown.value("Name"), QString::fromUtf8("17\u03B1(H),21\u03B2(H)-Hopane"));
         QCOMPARE(shown.value("CAS"), QStringLiteral("13849-96-9"));
         QCOMPARE(shown.value("Compound formula"), QStringLiteral("C30H52"));
         QVERIFY(!shown.contains("Parameter formula"));
