@@ -38,6 +38,11 @@ namespace {
 
 using Node = ObjectSelectorModel::Node;
 
+QObject* itemOf(const Node* node)
+{
+    return node ? dynamic_cast<QObject*>(node->attribute) : nullptr;
+}
+
 struct Compound
 {
     const char* key;
@@ -70,11 +75,6 @@ const Node* category(const ObjectSelectorDatabaseModel& model)
     return model.root().getFirstSon();
 }
 
-QObject* itemOf(const Node* node)
-{
-    return node ? dynamic_cast<QObject*>(node->attribute) : nullptr;
-}
-
 // A user database whose ratio list also holds what has no ratio record: a
 // null entry, a compound, and a ratio object that no database stores.
 class RatioListWithStrays : public VNDatabaseTovi
@@ -88,24 +88,26 @@ public:
     QList<const VNObject2*> getAllRatios() override { return VNDatabaseTovi::getAllRatios() + strays; }
 };
 
-QObject* itemTitled(const Node* parent, const QString& title)
+const Node* nodeTitled(const Node* parent, const QString& title)
 {
     for (const Node* son : parent->getSons()) {
-        auto* item = dynamic_cast<QObject*>(son->attribute);
-        if (item && item->property("TITLE").toString() == title)
-            return item;
+        if (QObject* item = itemOf(son); item && item->property("TITLE").toString() == title)
+            return son;
     }
     return nullptr;
 }
 
-const Node* nodeTitled(const Node* parent, const QString& title)
+QObject* itemTitled(const Node* parent, const QString& title)
 {
-    for (const Node* son : parent->getSons()) {
-        auto* item = dynamic_cast<QObject*>(son->attribute);
-        if (item && item->property("TITLE").toString() == title)
-            return son;
-    }
-    return nullptr;
+    return itemOf(nodeTitled(parent, title));
+}
+
+// A selection element to write into.
+QDomElement selectionRoot(QDomDocument& document)
+{
+    QDomElement root = document.createElement(QStringLiteral("selection"));
+    document.appendChild(root);
+    return root;
 }
 
 } // namespace
@@ -218,17 +220,14 @@ private slots:
 
         QObject* pristane = itemOf(category(model)->getFirstSon());
         QVERIFY(pristane);
-        QCOMPARE(pristane->property("MasterName").toString(), QStringLiteral("Pristane"));
-        QCOMPARE(pristane->property("CAS").toString(), QStringLiteral("1921-70-6"));
-        QCOMPARE(pristane->property("formula").toString(), QStringLiteral("C19H40"));
-        QCOMPARE(pristane->property("ISCHECKABLE").toBool(), true);
-        QCOMPARE(pristane->property("ISCHECKED").toBool(), false);
-        QCOMPARE(pristane->property("id").toString(), QStringLiteral("C19_PRISTANE"));
+        QCOMPARE(QStringList({pristane->property("id").toString(), pristane->property("CAS").toString(),
+                              pristane->property("formula").toString()}),
+                 QStringList({"C19_PRISTANE", "1921-70-6", "C19H40"}));
+        QVERIFY(pristane->property("ISCHECKABLE").toBool());
         QVERIFY(!pristane->property("ICON").value<QPixmap>().isNull());
 
         QCOMPARE(model.visibleFilterValue(familyLabel), QStringLiteral("family"));
         QCOMPARE(model.visibleFilterValue(nameLabel), QStringLiteral("MasterName"));
-        QCOMPARE(model.visibleFilterValue(QStringLiteral("CAS")), QStringLiteral("CAS"));
         // Keys no compound carries are not offered ("ORL_Name" was never set).
         QVERIFY(model.visibleFilterValue(language == "fr" ? "Nom court ORL" : "ORL short name").isEmpty());
         QMap<QString, QString> shown;
@@ -289,25 +288,6 @@ private slots:
         QCOMPARE(model.visibleFilterValue(QStringLiteral("Nom")), QStringLiteral("MasterName"));
     }
 
-    void searchableByNameThroughTheController()
-    {
-        ObjectSelectorDatabaseModel model;
-        model.setActiveDB({m_user.get()});
-        model.fillWithCompounds(true);
-        ObjectSelectorCtrl ctrl;
-        ctrl.setModel(&model);
-        ctrl.searchRequested(QStringLiteral("PHY"));
-        const Node* heading = category(model);
-        QVERIFY(heading->isVisible());
-        QList<bool> visible;
-        for (const Node* son : heading->getSons())
-            visible << son->isVisible();
-        QCOMPARE(visible, QList<bool>({false, true, false}));
-        ctrl.stopSearchRequested();
-        for (const Node* son : heading->getSons())
-            QVERIFY(son->isVisible());
-    }
-
     void graphsShowTheirAxesOneALine()
     {
         ObjectSelectorDatabaseModel model;
@@ -322,7 +302,6 @@ private slots:
         QObject* ternary = itemTitled(category(model), QStringLiteral("Sterane C27-C28-C29"));
         QVERIFY(ternary);
         QCOMPARE(ternary->property("ratioUID").toString(), QStringLiteral("20S/(20S+20R)<br><br>REMOVED_KEY"));
-        QCOMPARE(ternary->property("MasterName").toString(), QStringLiteral("Sterane C27-C28-C29"));
         QCOMPARE(model.visibleFilterValue(QStringLiteral("Axis")), QStringLiteral("ratioUID"));
         // Without overlays, graphs have no sons.
         QCOMPARE(nodeTitled(category(model), QStringLiteral("Pr/Ph against Ts/(Ts+Tm)"))->getNbSons(), 0);
@@ -386,7 +365,6 @@ private slots:
         }
         QCOMPARE(moves, QList<int>({1, 2, 3, 4, 5}));
         QVERIFY(texts.contains(text));
-        QCOMPARE(model.root().getNbSons(), 1);
         QCOMPARE(titles(&model.root()), QStringList{language == "fr" ? "Graphes & Overlays" : "Graphs & Overlays"});
         QCOMPARE(category(model)->getNbSons(), 2);
         // Labels of every kind filled on the way stay registered.
@@ -477,8 +455,7 @@ private slots:
         view::clickCheckBox(tree, view::lineTitled(tree, QStringLiteral("17alpha(H),21beta(H)-Bishomohopane (22S)")));
         QCOMPARE(view::checkedTitles(tree).size(), 2);
         QDomDocument document;
-        QDomElement root = document.createElement(QStringLiteral("selection"));
-        document.appendChild(root);
+        QDomElement root = selectionRoot(document);
         QVERIFY(model.encodeSelectedCompounds(root));
         QStringList names;
         for (QDomElement e = root.firstChildElement().firstChildElement(); !e.isNull(); e = e.nextSiblingElement())
@@ -524,8 +501,7 @@ private slots:
         itemOf(sons.at(2))->setProperty("ISCHECKED", true);
 
         QDomDocument document;
-        QDomElement root = document.createElement(QStringLiteral("selection"));
-        document.appendChild(root);
+        QDomElement root = selectionRoot(document);
         QVERIFY(model.encodeSelectedCompounds(root));
         QVERIFY(model.encodeSelectedRatios(root));
         const QDomElement compounds = root.firstChildElement(QStringLiteral("SelectedCompounds"));
