@@ -29,6 +29,12 @@ inline QStringList descriptionOf(const VNGraphData& d)
             d.getExpectedUnit(), d.getExpectedAnalysisType(), d.getLiteratureReference(), d.getComments()};
 }
 
+// The description an overlay document carries.
+inline QStringList descriptionOf(const VNDataModelOverlay& o)
+{
+    return {o.getToVIName(), o.getProcessType(), o.getLiteratureReference()};
+}
+
 // The document an overlay is stored as: its description under a document
 // element. Null when the overlay cannot write itself.
 inline QDomDocument overlayDocumentOf(const VNDataModelOverlay& overlay)

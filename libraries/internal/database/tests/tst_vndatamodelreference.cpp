@@ -39,7 +39,6 @@ private slots:
         m_merged = new VNDatabaseTovi(Sedra::DatabaseToviMerged);
         QVERIFY(m_merged->loadDatabase());
         VNDatabaseToviMGR::getInstance()->setDb(m_merged);
-        QCOMPARE(VNDatabaseToviMGR::getInstance()->db(Sedra::DatabaseToviMerged), m_merged);
         QVERIFY(m_merged->createRatio(QStringLiteral("PR_PH"), QStringLiteral("Pr/Ph"), QStringLiteral("Pr/Ph"),
                                       QStringLiteral("Pristane/Phytane"), 1, QStringLiteral("Source rock"),
                                       QStringLiteral("GC"), QString(), QStringLiteral("Isoprenoids"), QString(),
@@ -117,16 +116,14 @@ private slots:
         VNDataModelOverlay overlayBack;
         QAbstractItemModelTester overlayBackTester(&overlayBack, QAbstractItemModelTester::FailureReportingMode::QtTest);
         QVERIFY(overlayBack.decode(storedOverlay));
-        QCOMPARE(overlayBack.getToVIName(), overlay.getToVIName());
-        QCOMPARE(overlayBack.getProcessType(), overlay.getProcessType());
-        QCOMPARE(overlayBack.getLiteratureReference(), overlay.getLiteratureReference());
+        QCOMPARE(descriptionOf(overlayBack), descriptionOf(overlay));
         QCOMPARE(overlayBack.getGraph(), graphObject);
 
         // Objects of another kind have no such record: nothing changes.
         const VNObject2* ratio = m_merged->getRatio(QStringLiteral("PR_PH"));
         QVERIFY(!overlayBack.decode(ratio));
         QVERIFY(!overlayBack.decode(stored));
-        QCOMPARE(overlayBack.getToVIName(), overlay.getToVIName());
+        QCOMPARE(descriptionOf(overlayBack), descriptionOf(overlay));
         QVERIFY(!back.decode(ratio));
         QVERIFY(!back.decode(static_cast<const VNObject2*>(nullptr)));
         const VNObject2ToviGraph unstored(QStringLiteral("Unstored"), QStringLiteral("UNSTORED"));
