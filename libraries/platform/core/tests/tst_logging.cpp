@@ -17,8 +17,7 @@ class CapturedStream
 public:
     CapturedStream()
         : m_file(std::tmpfile())
-    {
-    }
+    {}
     ~CapturedStream()
     {
         if (m_file)
@@ -41,17 +40,6 @@ private:
     std::FILE* m_file;
 };
 
-// A typed operation whose helper is missing: it raises the assertion and
-// returns its neutral value, as storage operations do.
-int countRecords(const void* mapper)
-{
-    if (!mapper) {
-        t_assert("mapper != 0", "vndatabase", 42, true);
-        return -1;
-    }
-    return 7;
-}
-
 } // namespace
 
 class TestLogging : public QObject
@@ -61,44 +49,32 @@ class TestLogging : public QObject
 private slots:
     void init() { TAssert::clear(); }
 
-    void levelNames()
-    {
-        QCOMPARE(MessageLoggerInterface::levelName(MessageLoggerInterface::LevelDebug), QStringLiteral("Debug"));
-        QCOMPARE(MessageLoggerInterface::levelName(MessageLoggerInterface::LevelInformation),
-                 QStringLiteral("Information"));
-        QCOMPARE(MessageLoggerInterface::levelName(MessageLoggerInterface::LevelWarning), QStringLiteral("Warning"));
-        QCOMPARE(MessageLoggerInterface::levelName(MessageLoggerInterface::LevelError), QStringLiteral("Error"));
-    }
-
     void printLoggerWritesOneLinePerMessage()
     {
         CapturedStream out;
         QVERIFY(out.stream());
         TPrintLogger logger(out.stream());
-        MessageLoggerInterface::Debug(QStringLiteral("hidden by default"), &logger);
-        MessageLoggerInterface::Information(QStringLiteral("Loading <b>compounds</b>"), &logger);
-        MessageLoggerInterface::Warning(QStringLiteral("Ratio <i>Pr/Ph</i> &amp; CPI &lt;missing&gt;"), &logger);
-        MessageLoggerInterface::Error(QStringLiteral("line one<br>line two<br/>three<BR />four"), &logger);
+        MessageLoggerInterface::Debug("hidden by default", &logger);
+        MessageLoggerInterface::Information("Loading <b>compounds</b>", &logger);
+        MessageLoggerInterface::Warning("Ratio <i>Pr/Ph</i> &amp; CPI &lt;missing&gt;", &logger);
+        MessageLoggerInterface::Error("line one<br>line two<br/>three<BR />four", &logger);
         logger.setMinimumLevel(MessageLoggerInterface::LevelDebug);
-        MessageLoggerInterface::Debug(QStringLiteral("now shown"), &logger);
+        MessageLoggerInterface::Debug("now shown", &logger);
         QCOMPARE(out.text(), QStringLiteral("[Information] Loading compounds\n"
                                             "[Warning] Ratio Pr/Ph & CPI <missing>\n"
                                             "[Error] line one line two three four\n"
                                             "[Debug] now shown\n"));
 
-        logger.setMinimumLevel(MessageLoggerInterface::LevelError);
-        QCOMPARE(logger.minimumLevel(), MessageLoggerInterface::LevelError);
-
         TPrintLogger silent(nullptr);
-        silent.log(MessageLoggerInterface::LevelError, QStringLiteral("goes nowhere"));
+        silent.log(MessageLoggerInterface::LevelError, "goes nowhere");
     }
 
     void plainText()
     {
-        QCOMPARE(TPrintLogger::plainText(QStringLiteral("<b>x</b> &amp; y")), QStringLiteral("x & y"));
+        QCOMPARE(TPrintLogger::plainText("<b>x</b> &amp; y"), "x & y");
         // An escaped entity stays the text it stands for.
-        QCOMPARE(TPrintLogger::plainText(QStringLiteral("&amp;lt;b&amp;gt;")), QStringLiteral("&lt;b&gt;"));
-        QCOMPARE(TPrintLogger::plainText(QStringLiteral("say &quot;hi&quot;")), QStringLiteral("say \"hi\""));
+        QCOMPARE(TPrintLogger::plainText("&amp;lt;b&amp;gt;"), "&lt;b&gt;");
+        QCOMPARE(TPrintLogger::plainText("say &quot;hi&quot;"), "say \"hi\"");
         QCOMPARE(TPrintLogger::plainText(QString()), QString());
     }
 
@@ -110,27 +86,25 @@ private slots:
         {
             TRecordingLogger outer;
             QCOMPARE(MessageLoggerInterface::returnMe(), &outer);
-            MessageLoggerInterface::Warning(QStringLiteral("w1"));
+            MessageLoggerInterface::Warning("w1");
             {
                 TRecordingLogger inner;
-                MessageLoggerInterface::Error(QStringLiteral("e1"));
+                MessageLoggerInterface::Error("e1");
                 QCOMPARE(inner.count(), 1);
-                QVERIFY(inner.contains(MessageLoggerInterface::LevelError, QStringLiteral("e1")));
+                QVERIFY(inner.contains(MessageLoggerInterface::LevelError, "e1"));
             }
             QCOMPARE(MessageLoggerInterface::returnMe(), &outer);
-            MessageLoggerInterface::Debug(QStringLiteral("d1"));
-            MessageLoggerInterface::Warning(QStringLiteral("w2"));
-            QCOMPARE(outer.messages(MessageLoggerInterface::LevelWarning),
-                     QStringList({QStringLiteral("w1"), QStringLiteral("w2")}));
-            QCOMPARE(outer.messages(MessageLoggerInterface::LevelDebug), QStringList{QStringLiteral("d1")});
-            QVERIFY(!outer.contains(MessageLoggerInterface::LevelError, QStringLiteral("w1")));
-            QCOMPARE(outer.entries().first(), TRecordingLogger::Entry(MessageLoggerInterface::LevelWarning,
-                                                                      QStringLiteral("w1")));
+            MessageLoggerInterface::Debug("d1");
+            MessageLoggerInterface::Warning("w2");
+            QCOMPARE(outer.messages(MessageLoggerInterface::LevelWarning), QStringList({"w1", "w2"}));
+            QCOMPARE(outer.messages(MessageLoggerInterface::LevelDebug), QStringList{"d1"});
+            QVERIFY(!outer.contains(MessageLoggerInterface::LevelError, "w1"));
+            QCOMPARE(outer.entries().first(), TRecordingLogger::Entry(MessageLoggerInterface::LevelWarning, "w1"));
 
             // An explicit logger bypasses the installed one.
             TRecordingLogger aside(false);
             QCOMPARE(MessageLoggerInterface::returnMe(), &outer);
-            MessageLoggerInterface::Information(QStringLiteral("i1"), &aside);
+            MessageLoggerInterface::Information("i1", &aside);
             QCOMPARE(aside.count(), 1);
             QCOMPARE(outer.count(), 3);
         }
@@ -146,7 +120,7 @@ private slots:
         auto second = std::make_unique<TRecordingLogger>();
         first.reset();
         QCOMPARE(MessageLoggerInterface::returnMe(), second.get());
-        MessageLoggerInterface::Warning(QStringLiteral("still recorded"));
+        MessageLoggerInterface::Warning("still recorded");
         QCOMPARE(second->count(), 1);
         second.reset();
         QCOMPARE(MessageLoggerInterface::returnMe(), printing);
@@ -161,20 +135,19 @@ private slots:
     void assertionRecordsLogsAndReturns()
     {
         TRecordingLogger logger;
-        QCOMPARE(countRecords(nullptr), -1);
-        QCOMPARE(countRecords(this), 7);
+        t_assert("mapper != 0", "vndatabase", 42, true); // returns: never aborts
         QCOMPARE(TAssert::count(), 1);
         const TAssert::Failure failure = TAssert::failures().first();
-        QCOMPARE(failure.expression, QStringLiteral("mapper != 0"));
-        QCOMPARE(failure.file, QStringLiteral("vndatabase"));
+        QCOMPARE(failure.expression, "mapper != 0");
+        QCOMPARE(failure.file, "vndatabase");
         QCOMPARE(failure.line, 42);
-        QVERIFY(TAssert::contains(QStringLiteral("mapper != 0"), QStringLiteral("vndatabase")));
-        QVERIFY(!TAssert::contains(QStringLiteral("mapper != 0"), QStringLiteral("vndatabasetovi")));
+        QVERIFY(TAssert::contains("mapper != 0", "vndatabase"));
+        QVERIFY(!TAssert::contains("mapper != 0", "vndatabasetovi"));
 
         const QStringList errors = logger.messages(MessageLoggerInterface::LevelError);
         QCOMPARE(errors.size(), 1);
-        QVERIFY(errors.first().contains(QStringLiteral("mapper != 0")));
-        QVERIFY(errors.first().contains(QStringLiteral("vndatabase:42")));
+        QVERIFY(errors.first().contains("mapper != 0"));
+        QVERIFY(errors.first().contains("vndatabase:42"));
 
         // Without logging it is still recorded; null texts are tolerated.
         t_assert("quiet", "file", 1, false);
@@ -185,7 +158,6 @@ private slots:
 
         TAssert::clear();
         QCOMPARE(TAssert::count(), 0);
-        QVERIFY(TAssert::failures().isEmpty());
     }
 };
 

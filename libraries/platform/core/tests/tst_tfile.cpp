@@ -1,4 +1,5 @@
 #include "filesizelimit.h"
+#include "testfiles.h"
 
 #include <tfile.h>
 #include <trecordinglogger.h>
@@ -12,18 +13,6 @@
 #include <QtTest>
 
 namespace {
-
-QByteArray readAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeAll(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
 
 QByteArray binaryContent(int size)
 {
@@ -44,23 +33,23 @@ private slots:
     void init()
     {
         QVERIFY(m_dir.isValid());
-        TTranslator::install(QStringLiteral("en"));
+        TTranslator::install("en");
     }
 
     void mkdirNeedsItsParent()
     {
         TRecordingLogger logger;
-        const QString one = m_dir.filePath(QStringLiteral("one"));
+        const QString one = m_dir.filePath("one");
         QVERIFY(TFile::mkdir(one, true));
         QVERIFY(QFileInfo(one).isDir());
         QVERIFY(TFile::mkdir(one, true)); // already there
         QCOMPARE(logger.count(), 0);
 
-        const QString deep = m_dir.filePath(QStringLiteral("two/three"));
+        const QString deep = m_dir.filePath("two/three");
         QVERIFY(!TFile::mkdir(deep, true));
         QVERIFY(!QFileInfo::exists(deep));
         QCOMPARE(logger.messages(MessageLoggerInterface::LevelWarning),
-                 QStringList{QStringLiteral("Error while creating directory <b>%1</b>").arg(deep)});
+                 QStringList{QString("Error while creating directory <b>%1</b>").arg(deep)});
 
         logger.clear();
         QVERIFY(!TFile::mkdir(deep, false));
@@ -70,7 +59,7 @@ private slots:
 
     void mkdirsMakesEveryLevel()
     {
-        const QString deep = m_dir.filePath(QStringLiteral("a/b/c/d"));
+        const QString deep = m_dir.filePath("a/b/c/d");
         QVERIFY(TFile::mkdirs(deep, true));
         QVERIFY(QFileInfo(deep).isDir());
         QVERIFY(TFile::mkdirs(deep, true));
@@ -80,17 +69,17 @@ private slots:
     // A regular file where a folder should be is refused by both, in both languages.
     void foldersBelowAFileAreRefused()
     {
-        const QString file = m_dir.filePath(QStringLiteral("file.txt"));
+        const QString file = m_dir.filePath("file.txt");
         QVERIFY(writeAll(file, "x"));
         TRecordingLogger logger;
         QVERIFY(!TFile::mkdir(file, true));
-        QVERIFY(!TFile::mkdirs(file + QStringLiteral("/sub/dir"), true));
-        TTranslator::install(QStringLiteral("fr"));
-        QVERIFY(!TFile::mkdirs(file + QStringLiteral("/sous"), true));
+        QVERIFY(!TFile::mkdirs(file + "/sub/dir", true));
+        TTranslator::install("fr");
+        QVERIFY(!TFile::mkdirs(file + "/sous", true));
         QCOMPARE(logger.messages(MessageLoggerInterface::LevelWarning),
-                 QStringList({QStringLiteral("Error while creating directory <b>%1</b>").arg(file),
-                              QStringLiteral("Error while creating directory <b>%1/sub/dir</b>").arg(file),
-                              QStringLiteral("Echec de création du répertoire <b>%1/sous</b>").arg(file)}));
+                 QStringList({QString("Error while creating directory <b>%1</b>").arg(file),
+                              QString("Error while creating directory <b>%1/sub/dir</b>").arg(file),
+                              QString("Echec de création du répertoire <b>%1/sous</b>").arg(file)}));
         QCOMPARE(readAll(file), QByteArray("x"));
     }
 
@@ -98,23 +87,23 @@ private slots:
     void copyFileCopiesEveryByte()
     {
         const QByteArray content = binaryContent(2 * 1024 * 1024 + 123);
-        const QString source = m_dir.filePath(QStringLiteral("run.tcm"));
-        const QString target = m_dir.filePath(QStringLiteral("copy.tcm"));
+        const QString source = m_dir.filePath("run.tcm");
+        const QString target = m_dir.filePath("copy.tcm");
         QVERIFY(writeAll(source, content));
         QVERIFY(TFile::copyFile(source, target, true, true));
         QCOMPARE(readAll(target), content);
         QCOMPARE(readAll(source), content);
 
-        const QString empty = m_dir.filePath(QStringLiteral("empty"));
+        const QString empty = m_dir.filePath("empty");
         QVERIFY(writeAll(empty, QByteArray()));
-        QVERIFY(TFile::copyFile(empty, m_dir.filePath(QStringLiteral("empty-copy")), true, true));
-        QVERIFY(QFileInfo(m_dir.filePath(QStringLiteral("empty-copy"))).isFile());
+        QVERIFY(TFile::copyFile(empty, m_dir.filePath("empty-copy"), true, true));
+        QVERIFY(QFileInfo(m_dir.filePath("empty-copy")).isFile());
     }
 
     void copyFileExistingTarget()
     {
-        const QString source = m_dir.filePath(QStringLiteral("new.xml"));
-        const QString target = m_dir.filePath(QStringLiteral("old.xml"));
+        const QString source = m_dir.filePath("new.xml");
+        const QString target = m_dir.filePath("old.xml");
         QVERIFY(writeAll(source, "new content"));
         QVERIFY(writeAll(target, "old"));
 
@@ -122,7 +111,7 @@ private slots:
         QVERIFY(!TFile::copyFile(source, target, true, true));
         QCOMPARE(readAll(target), QByteArray("old"));
         QCOMPARE(logger.messages(MessageLoggerInterface::LevelWarning),
-                 QStringList{QStringLiteral("Unable to copy <b>%1</b> to <b>%2</b>").arg(source, target)});
+                 QStringList{QString("Unable to copy <b>%1</b> to <b>%2</b>").arg(source, target)});
 
         logger.clear();
         QVERIFY(!TFile::copyFile(source, target, true, false));
@@ -139,9 +128,9 @@ private slots:
 
     void copyFileRefusals()
     {
-        const QString missing = m_dir.filePath(QStringLiteral("missing.tcm"));
-        const QString target = m_dir.filePath(QStringLiteral("target.tcm"));
-        const QString source = m_dir.filePath(QStringLiteral("source.tcm"));
+        const QString missing = m_dir.filePath("missing.tcm");
+        const QString target = m_dir.filePath("target.tcm");
+        const QString source = m_dir.filePath("source.tcm");
         QVERIFY(writeAll(source, "data"));
 
         TRecordingLogger logger;
@@ -149,24 +138,24 @@ private slots:
         QVERIFY(!QFileInfo::exists(target));
         QVERIFY(!TFile::copyFile(m_dir.path(), target, false, false));
         QVERIFY(!QFileInfo::exists(target));
-        QVERIFY(!TFile::copyFile(source, m_dir.filePath(QStringLiteral("no/such/folder/t.tcm")), false, false));
+        QVERIFY(!TFile::copyFile(source, m_dir.filePath("no/such/folder/t.tcm"), false, false));
         QVERIFY(!TFile::copyFile(source, m_dir.path(), false, false));
         QCOMPARE(logger.count(), 1);
 
-        TTranslator::install(QStringLiteral("fr"));
+        TTranslator::install("fr");
         QVERIFY(!TFile::copyFile(missing, target, false, true));
         QCOMPARE(logger.messages(MessageLoggerInterface::LevelWarning).last(),
-                 QStringLiteral("Impossible de copier <b>%1</b> vers <b>%2</b>").arg(missing, target));
+                 QString("Impossible de copier <b>%1</b> vers <b>%2</b>").arg(missing, target));
     }
 
     // A copy that fails halfway (the file-size cap is hit) keeps the old
     // target whole and leaves no partial file.
     void failedCopyKeepsTheOldTarget()
     {
-        const QString folder = m_dir.filePath(QStringLiteral("capped"));
+        const QString folder = m_dir.filePath("capped");
         QVERIFY(QDir().mkdir(folder));
-        const QString source = m_dir.filePath(QStringLiteral("big.bin"));
-        const QString target = folder + QStringLiteral("/target.bin");
+        const QString source = m_dir.filePath("big.bin");
+        const QString target = folder + "/target.bin";
         QVERIFY(writeAll(source, binaryContent(256 * 1024)));
         QVERIFY(writeAll(target, "previous"));
         {
@@ -175,7 +164,7 @@ private slots:
             QVERIFY(!TFile::copyFile(source, target, false, false));
         }
         QCOMPARE(readAll(target), QByteArray("previous"));
-        QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("target.bin")});
+        QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList{"target.bin"});
     }
 
 private:

@@ -60,12 +60,12 @@ private slots:
 
     void unknownNamesAreNull()
     {
-        QVERIFY(TPixmapCache::find(QStringLiteral("noSuchIcon")).isNull());
+        QVERIFY(TPixmapCache::find("noSuchIcon").isNull());
         QVERIFY(TPixmapCache::find(QString()).isNull());
-        QVERIFY(TPixmapCache::find(QStringLiteral("GRAPHICON")).isNull());
-        QVERIFY(TPixmapCache::image(QStringLiteral("noSuchIcon")).isNull());
+        QVERIFY(TPixmapCache::find("GRAPHICON").isNull());
+        QVERIFY(TPixmapCache::image("noSuchIcon").isNull());
         // An unknown name is not remembered as a known one.
-        QVERIFY(TPixmapCache::find(QStringLiteral("noSuchIcon")).isNull());
+        QVERIFY(TPixmapCache::find("noSuchIcon").isNull());
     }
 };
 

@@ -18,42 +18,39 @@ class TestTranslator : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { TTranslator::install(QStringLiteral("en")); }
+    void cleanup() { TTranslator::install("en"); }
 
     void englishIsTheSource()
     {
-        QCOMPARE(TTranslator::currentLanguage(), QStringLiteral("en"));
-        QCOMPARE(hello(), QStringLiteral("Loading database..."));
-        TTranslator::install(QStringLiteral("en"));
-        QCOMPARE(hello(), QStringLiteral("Loading database..."));
+        QCOMPARE(TTranslator::currentLanguage(), "en");
+        QCOMPARE(hello(), "Loading database...");
     }
 
     void frenchIsTheDisambiguation()
     {
-        TTranslator::install(QStringLiteral("fr"));
-        QCOMPARE(TTranslator::currentLanguage(), QStringLiteral("fr"));
-        QCOMPARE(hello(), QStringLiteral("Chargement de la base de données..."));
+        TTranslator::install("fr");
+        QCOMPARE(TTranslator::currentLanguage(), "fr");
+        QCOMPARE(hello(), "Chargement de la base de données...");
         QCOMPARE(QCoreApplication::translate("SedraTr", "Read-only database", "Base de données en lecture seule"),
-                 QStringLiteral("Base de données en lecture seule"));
+                 "Base de données en lecture seule");
         // %n is still replaced in the French text.
-        QCOMPARE(QCoreApplication::translate("VNDatabase", "%n file(s)", "%n fichier(s)", 3),
-                 QStringLiteral("3 fichier(s)"));
+        QCOMPARE(QCoreApplication::translate("VNDatabase", "%n file(s)", "%n fichier(s)", 3), "3 fichier(s)");
         // Texts without a French form fall back to the English source.
-        QCOMPARE(QCoreApplication::translate("VNDatabase", "Untranslated"), QStringLiteral("Untranslated"));
-        QCOMPARE(QCoreApplication::translate("VNDatabase", "Untranslated", ""), QStringLiteral("Untranslated"));
+        QCOMPARE(QCoreApplication::translate("VNDatabase", "Untranslated"), "Untranslated");
+        QCOMPARE(QCoreApplication::translate("VNDatabase", "Untranslated", ""), "Untranslated");
         // Qt's own contexts use disambiguations that are not French texts.
-        QCOMPARE(QCoreApplication::translate("QLineEdit", "&Undo", "edit action"), QStringLiteral("&Undo"));
+        QCOMPARE(QCoreApplication::translate("QLineEdit", "&Undo", "edit action"), "&Undo");
     }
 
     void languageNames_data()
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<bool>("french");
-        QTest::newRow("fr") << QStringLiteral("fr") << true;
-        QTest::newRow("FR") << QStringLiteral("FR") << true;
-        QTest::newRow("fr_CA") << QStringLiteral("fr_CA") << true;
-        QTest::newRow("en_GB") << QStringLiteral("en_GB") << false;
-        QTest::newRow("de") << QStringLiteral("de") << false;
+        QTest::newRow("fr") << "fr" << true;
+        QTest::newRow("FR") << "FR" << true;
+        QTest::newRow("fr_CA") << "fr_CA" << true;
+        QTest::newRow("en_GB") << "en_GB" << false;
+        QTest::newRow("de") << "de" << false;
         QTest::newRow("empty") << QString() << false;
     }
 
@@ -62,7 +59,7 @@ private slots:
         QFETCH(QString, language);
         QFETCH(bool, french);
         TTranslator::install(language);
-        QCOMPARE(hello() == QStringLiteral("Chargement de la base de données..."), french);
+        QCOMPARE(hello() == "Chargement de la base de données...", french);
         TTranslator translator(language);
         QCOMPARE(translator.isFrench(), french);
         QVERIFY(!translator.isEmpty());
@@ -72,26 +69,26 @@ private slots:
     void switchingReplacesTheTranslator()
     {
         TApplicationData data;
-        TTranslator::install(QStringLiteral("fr"));
-        QCOMPARE(data.language(), QStringLiteral("fr"));
-        TTranslator::install(QStringLiteral("en"));
-        QCOMPARE(data.language(), QStringLiteral("en"));
-        QCOMPARE(hello(), QStringLiteral("Loading database..."));
+        TTranslator::install("fr");
+        QCOMPARE(data.language(), "fr");
+        TTranslator::install("en");
+        QCOMPARE(data.language(), "en");
+        QCOMPARE(hello(), "Loading database...");
         for (int i = 0; i < 5; ++i)
-            TTranslator::install(QStringLiteral("fr"));
-        QCOMPARE(hello(), QStringLiteral("Chargement de la base de données..."));
+            TTranslator::install("fr");
+        QCOMPARE(hello(), "Chargement de la base de données...");
         QCOMPARE(QCoreApplication::instance()->findChildren<TTranslator*>().size(), 1);
     }
 
     void directCalls()
     {
-        const TTranslator french(QStringLiteral("fr"));
-        QCOMPARE(french.translate("Ctx", "Yes", "Oui"), QStringLiteral("Oui"));
+        const TTranslator french("fr");
+        QCOMPARE(french.translate("Ctx", "Yes", "Oui"), "Oui");
         QVERIFY(french.translate("Ctx", "Yes", nullptr).isNull());
         QVERIFY(french.translate("QDialog", "Yes", "Oui").isNull());
-        QCOMPARE(french.translate(nullptr, "Yes", "Oui"), QStringLiteral("Oui"));
-        QCOMPARE(french.translate("Q", "Yes", "Oui"), QStringLiteral("Oui"));
-        const TTranslator english(QStringLiteral("en"));
+        QCOMPARE(french.translate(nullptr, "Yes", "Oui"), "Oui");
+        QCOMPARE(french.translate("Q", "Yes", "Oui"), "Oui");
+        const TTranslator english("en");
         QVERIFY(english.translate("Ctx", "Yes", "Oui").isNull());
     }
 };
