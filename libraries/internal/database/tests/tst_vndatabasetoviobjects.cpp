@@ -35,10 +35,8 @@ const QString kNoValue = QStringLiteral("-9999");
 
 Sedra::TToviRatio* addRatio(VNDatabaseTovi* db, const QString& id, const QString& name, int order = 1)
 {
-    return db->createRatio(id, name, name + QStringLiteral(" (display)"), QStringLiteral("Pr/Ph"), order,
-                           QStringLiteral("Redox"), QStringLiteral("GC-MS"), QStringLiteral("Peak area ratio"),
-                           QStringLiteral("Isoprenoids"), QStringLiteral("57;71"),
-                           QStringLiteral("Didyk et al. 1978"));
+    return db->createRatio(id, name, name + QStringLiteral(" (display)"), "Pr/Ph", order, "Redox", "GC-MS",
+                           "Peak area ratio", "Isoprenoids", "57;71", "Didyk et al. 1978");
 }
 
 const VNObject2Tovi* tovi(const Sedra::TDatabaseObject* record)
@@ -236,33 +234,31 @@ private slots:
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
         Sedra::TToviCompound* compound = addCompound(db.get(), "C1", "pristane", "Pr");
         const VNObject2Tovi* object = tovi(compound);
-        QVERIFY(db->aliasCreate(object, QStringLiteral("CAS"), QStringLiteral("A"), QStringLiteral("1921-70-6")));
+        QVERIFY(db->aliasCreate(object, "CAS", "A", "1921-70-6"));
         QCOMPARE(compound->masterName(), QStringLiteral("pristane"));
-        QVERIFY(!db->aliasCreate(object, QStringLiteral("CAS"), QStringLiteral("A"), QStringLiteral("dup")));
+        QVERIFY(!db->aliasCreate(object, "CAS", "A", "dup"));
 
         // "masterName" on creation renames the compound, at once and for good.
-        QVERIFY(db->aliasCreate(object, QStringLiteral("masterName"), QStringLiteral("A"),
-                                QStringLiteral("2,6,10,14-tetramethylpentadecane")));
+        QVERIFY(db->aliasCreate(object, "masterName", "A", "2,6,10,14-tetramethylpentadecane"));
         QCOMPARE(compound->masterName(), QStringLiteral("2,6,10,14-tetramethylpentadecane"));
         // Not on update, and not for another spelling of the field.
-        QVERIFY(db->aliasUpdate(object, QStringLiteral("masterName"), QStringLiteral("A"), QStringLiteral("Pr")));
+        QVERIFY(db->aliasUpdate(object, "masterName", "A", "Pr"));
         QCOMPARE(compound->masterName(), QStringLiteral("2,6,10,14-tetramethylpentadecane"));
-        QVERIFY(db->aliasCreate(object, QStringLiteral("MasterName"), QStringLiteral("B"), QStringLiteral("iC19")));
+        QVERIFY(db->aliasCreate(object, "MasterName", "B", "iC19"));
         QCOMPARE(compound->masterName(), QStringLiteral("2,6,10,14-tetramethylpentadecane"));
 
-        Sedra::TToviAlias* alias = db->getAlias(object, QStringLiteral("CAS"), QStringLiteral("A"));
+        Sedra::TToviAlias* alias = db->getAlias(object, "CAS", "A");
         QVERIFY(alias);
         QVERIFY(db->aliasUpdate(alias, QStringLiteral("1921-70-6 (checked)")));
-        QCOMPARE(db->getAlias(object, QStringLiteral("CAS"), QStringLiteral("A"))->getValue(),
-                 QStringLiteral("1921-70-6 (checked)"));
+        QCOMPARE(db->getAlias(object, "CAS", "A")->getValue(), QStringLiteral("1921-70-6 (checked)"));
         QVERIFY(!db->aliasUpdate(static_cast<const Sedra::TToviAlias*>(nullptr), QStringLiteral("x")));
         QVERIFY(TAssert::contains(QStringLiteral("alias != nullptr && alias->getParent() != nullptr"),
                                   QStringLiteral("vndatabasetovi")));
 
-        QCOMPARE(db->getAliasVendors(), (QStringList{QStringLiteral("A"), QStringLiteral("B")}));
+        QCOMPARE(db->getAliasVendors(), (QStringList{"A", "B"}));
         QCOMPARE(db->getAllAlias().size(), 3);
-        QVERIFY(db->aliasDeleteSingleItem(object, QStringLiteral("MasterName"), QStringLiteral("B")));
-        QVERIFY(!db->aliasDeleteSingleItem(object, QStringLiteral("MasterName"), QStringLiteral("B")));
+        QVERIFY(db->aliasDeleteSingleItem(object, "MasterName", "B"));
+        QVERIFY(!db->aliasDeleteSingleItem(object, "MasterName", "B"));
         QCOMPARE(db->getAliasVendors(), QStringList{QStringLiteral("A")});
         QVERIFY(db->aliasDeleteByVendor(QStringLiteral("A")));
         QVERIFY(db->getAliasVendors().isEmpty());
