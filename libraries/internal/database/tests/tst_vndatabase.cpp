@@ -182,15 +182,6 @@ const QString ObsoleteEn = QStringLiteral("Project structure is obsolete - Addin
 const QString CannotOpenEn = QStringLiteral("The database file <b>%1</b> cannot be opened: ");
 const QString CannotOpenFr = QStringLiteral("Le fichier de base de données <b>%1</b> ne peut pas être ouvert : ");
 
-// The two rows of a refusal test: the language and the message expected in it.
-void languageRows(const QString& english, const QString& french)
-{
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("en") << "en" << english;
-    QTest::newRow("fr") << "fr" << french;
-}
-
 // An analysis folder that appeared on disk, unknown to the header.
 bool addAnalysisFolder(const QString& project, const QString& name)
 {
@@ -490,8 +481,10 @@ private slots:
 
     void moduleInUseRefuses_data()
     {
-        languageRows(QStringLiteral("Impossible to synchronize a project while a module is being used"),
-                     QStringLiteral("Impossible de synchroniser un projet lorsqu'un module est en cours d'utilisation"));
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("en") << "en" << "Impossible to synchronize a project while a module is being used";
+        QTest::newRow("fr") << "fr" << "Impossible de synchroniser un projet lorsqu'un module est en cours d'utilisation";
     }
 
     void moduleInUseRefuses()
