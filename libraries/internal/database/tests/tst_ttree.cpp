@@ -149,23 +149,21 @@ private slots:
 
         QVERIFY(Node().getSonsEnable() && Node().getParentsEnable());
 
-        son->setSonsEnable(false, false);
-        QVERIFY(son->getEnable());
-        QVERIFY(!grandson->getEnable());
-        QVERIFY(great->getEnable());
-        QVERIFY(!son->getSonsEnable());
-        QVERIFY(root.getSonsEnable()); // direct sons only
-
-        root.setSonsEnable(false, false);
-        QVERIFY(!son->getEnable() && !other->getEnable() && root.getEnable());
-        QVERIFY(great->getEnable()); // grandsons untouched without recursion
-        QVERIFY(!great->getParentsEnable());
-
+        const auto enabled = [&] {
+            return QList<bool>(
+                {root.getEnable(), son->getEnable(), other->getEnable(), grandson->getEnable(), great->getEnable()});
+        };
+        son->setSonsEnable(false, false); // direct sons only
+        QCOMPARE(enabled(), QList<bool>({true, true, true, false, true}));
+        QVERIFY(!son->getSonsEnable() && root.getSonsEnable());
+        root.setSonsEnable(false, false); // grandsons untouched without recursion
+        QCOMPARE(enabled(), QList<bool>({true, false, false, false, true}));
+        QVERIFY(!great->getParentsEnable() && !root.getSonsEnable());
         root.setSonsEnable(true, true);
-        QVERIFY(son->getEnable() && grandson->getEnable() && great->getEnable());
+        QCOMPARE(enabled(), QList<bool>({true, true, true, true, true}));
         QVERIFY(great->getParentsEnable());
         root.setSonsEnable(false, true);
-        QVERIFY(!son->getEnable() && !grandson->getEnable() && !great->getEnable() && root.getEnable());
+        QCOMPARE(enabled(), QList<bool>({true, false, false, false, false}));
 
         // The node's own flag does not count in getParentsEnable.
         root.setSonsEnable(true, true);
@@ -265,59 +263,41 @@ private slots:
         QVERIFY(consistent(&right));
     }
 
-    void insertAfter()
+    void insertAfterAndBefore()
     {
         Node root;
         Node* a = new Node(&root, 1);
         Node* b = new Node(&root, 2); // 2 1
         root.insertAfter(new Node(nullptr, 10), b);
-        QCOMPARE(sonIds(root), QList<int>({2, 10, 1}));
         root.insertAfter(new Node(nullptr, 11), a); // after the last
         QCOMPARE(sonIds(root), QList<int>({2, 10, 1, 11}));
+        root.insertBefore(new Node(nullptr, 12), a);
+        root.insertBefore(new Node(nullptr, 13), b); // before the first: new head
+        QCOMPARE(sonIds(root), QList<int>({13, 2, 10, 12, 1, 11}));
         QVERIFY(consistent(&root));
 
         // Refusals: null arguments, a reference that is not a son.
         Node stranger(nullptr, 50);
         Node* outsider = new Node(&stranger);
-        auto loose = std::make_unique<Node>(nullptr, 12);
+        auto loose = std::make_unique<Node>(nullptr, 20);
         root.insertAfter(nullptr, a);
-        root.insertAfter(loose.get(), nullptr);
-        root.insertAfter(loose.get(), outsider);
+        root.insertBefore(nullptr, a);
+        for (Node* reference : {static_cast<Node*>(nullptr), outsider}) {
+            root.insertAfter(loose.get(), reference);
+            root.insertBefore(loose.get(), reference);
+        }
         root.insertAfter(loose.get(), &root);
-        QCOMPARE(sonIds(root), QList<int>({2, 10, 1, 11}));
+        QCOMPARE(sonIds(root), QList<int>({13, 2, 10, 12, 1, 11}));
         QCOMPARE(loose->getParent(), nullptr);
 
         // Without sons the node goes in as the first one, whatever the reference.
-        Node empty;
-        empty.insertAfter(loose.get(), outsider);
-        QCOMPARE(empty.getFirstSon(), loose.release());
-        QVERIFY(consistent(&empty));
-    }
-
-    void insertBefore()
-    {
-        Node root;
-        Node* a = new Node(&root, 1);
-        Node* b = new Node(&root, 2); // 2 1
-        root.insertBefore(new Node(nullptr, 10), a);
-        QCOMPARE(sonIds(root), QList<int>({2, 10, 1}));
-        root.insertBefore(new Node(nullptr, 11), b); // before the first: new head
-        QCOMPARE(sonIds(root), QList<int>({11, 2, 10, 1}));
-        QVERIFY(consistent(&root));
-
-        auto loose = std::make_unique<Node>(nullptr, 12);
-        Node stranger;
-        Node* outsider = new Node(&stranger);
-        root.insertBefore(nullptr, a);
-        root.insertBefore(loose.get(), nullptr);
-        root.insertBefore(loose.get(), outsider);
-        QCOMPARE(sonIds(root), QList<int>({11, 2, 10, 1}));
-        QCOMPARE(loose->getParent(), nullptr);
-
-        Node empty;
-        empty.insertBefore(loose.get(), outsider);
-        QCOMPARE(empty.getFirstSon(), loose.release());
-        QVERIFY(consistent(&empty));
+        Node emptyAfter, emptyBefore;
+        auto other = std::make_unique<Node>(nullptr, 21);
+        emptyAfter.insertAfter(loose.get(), outsider);
+        emptyBefore.insertBefore(other.get(), outsider);
+        QCOMPARE(emptyAfter.getFirstSon(), loose.release());
+        QCOMPARE(emptyBefore.getFirstSon(), other.release());
+        QVERIFY(consistent(&emptyAfter) && consistent(&emptyBefore));
     }
 
     // The clone shares the attributes, reverses every son list, is always
