@@ -82,8 +82,8 @@ void TestToviGraph::graphsAreNumberedFileRecordsUnderTheWorkingPath()
         QVERIFY2(g->relativePath().startsWith(VNObject2ToviGraph::folderName() + QLatin1Char('/')),
                  qPrintable(g->relativePath()));
         QCOMPARE(g->relativeFolderPath(), VNObject2ToviGraph::folderName());
+        // Clean and under the folder: no ".." left to climb with.
         QVERIFY2(drawingOf(g).startsWith(root), qPrintable(drawingOf(g)));
-        QVERIFY(!drawingOf(g).split(QLatin1Char('/')).contains(QStringLiteral("..")));
         QCOMPARE(QDir::cleanPath(drawingOf(g)), drawingOf(g));
     }
     // The file depends on the identifier only: two databases of one working
