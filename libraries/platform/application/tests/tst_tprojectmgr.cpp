@@ -19,7 +19,6 @@ private slots:
             TProjectMgr installed;
             TProjectMgr aside(false);
             QCOMPARE(ProjectMgrInterface::returnMe(), &installed);
-            QCOMPARE(installed.getCurrentDatabase(), static_cast<Sedra::TDatabase*>(nullptr));
         }
         QCOMPARE(ProjectMgrInterface::returnMe(), static_cast<ProjectMgrInterface*>(nullptr));
     }
