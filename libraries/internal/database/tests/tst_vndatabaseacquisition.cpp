@@ -251,6 +251,7 @@ private slots:
         delete spectrum;
         QVERIFY(!project.db()->isMulticanal(tic));
         QVERIFY(!project.db()->isMulticanal(nullptr));
+        QVERIFY(project.db()->isMulticanal(analysis)); // spectra without ion channels count too
     }
 
     void importCsvAndAndi_data()

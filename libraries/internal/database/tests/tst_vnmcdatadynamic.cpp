@@ -138,6 +138,7 @@ private slots:
         TCMFileRegistry::forget(path);
         QFile file(path);
         QVERIFY(file.resize(file.size() / 2));
+        QVERIFY(!VNDatabase::getMCData(analysis));
         VNMCDataDynamic damaged(analysis);
         QCOMPARE(damaged.nbScans(), 0);
         QVERIFY(!damaged.toTic());
