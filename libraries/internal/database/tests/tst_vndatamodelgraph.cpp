@@ -234,18 +234,6 @@ private slots:
         QVERIFY(VNGraphDocument::create(VNDataModelGraph(Plavo::VIEW_NONE)).isNull());
     }
 
-    void ratioKeysOfHandWrittenDocuments()
-    {
-        const QString kind7 = QStringLiteral("<dataValue type=\"7\">%1</dataValue>");
-        const QString name = QStringLiteral("<dataValue type=\"1\">%1</dataValue>");
-        // The first value of kind 7 that carries a text; none gives "".
-        const QDomDocument document = parse(viewerXml(
-            "3", axisXml(kind7.arg("") + kind7.arg("C27")) + axisXml(name.arg("C28 only by name"))
-                     + axisXml(kind7.arg("C29") + kind7.arg("other"))));
-        QVERIFY(!document.isNull());
-        QCOMPARE(VNGraphDocument::getRatioUids(document), QStringList({"C27", "", "C29"}));
-    }
-
     void malformedDocumentsAreRefused_data()
     {
         QTest::addColumn<QString>("xml");
