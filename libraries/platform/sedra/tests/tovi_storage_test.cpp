@@ -51,26 +51,22 @@ std::unique_ptr<TToviCompound> model(const QString& masterName, const QString& t
     return made;
 }
 
-struct Kinds
+// A reference database with its record kinds at hand.
+struct Reference : ToviTestDatabase
 {
-    explicit Kinds(const ToviTestDatabase& db)
-        : compounds(db.get<TToviCompoundMapper>(VNObjectTypeCompound))
-        , ratios(db.get<TToviRatioMapper>(VNObjectTypeRatio))
-        , ions(db.get<TToviEICMapper>(VNObjectTypeIon))
-        , joints(db.get<TToviJointMapper>(VNObjectTypeJoint))
-        , aliases(db.get<TToviAliasMapper>(VNObjectTypeAlias))
-    {
-    }
+    using ToviTestDatabase::ToviTestDatabase;
+
     // A compound made from a model with these names, under `id`.
     TToviCompound* compound(const QString& id, const QString& masterName, const QString& toviKey) const
     {
         return compounds->createCompound(model(masterName, toviKey).get(), id);
     }
-    TToviCompoundMapper* compounds;
-    TToviRatioMapper* ratios;
-    TToviEICMapper* ions;
-    TToviJointMapper* joints;
-    TToviAliasMapper* aliases;
+
+    TToviCompoundMapper* compounds = get<TToviCompoundMapper>(VNObjectTypeCompound);
+    TToviRatioMapper* ratios = get<TToviRatioMapper>(VNObjectTypeRatio);
+    TToviEICMapper* ions = get<TToviEICMapper>(VNObjectTypeIon);
+    TToviJointMapper* joints = get<TToviJointMapper>(VNObjectTypeJoint);
+    TToviAliasMapper* aliases = get<TToviAliasMapper>(VNObjectTypeAlias);
 };
 
 // A ratio with only its key, master name and display order.
@@ -132,14 +128,13 @@ void TestToviStorage::compoundsAreFoundByEveryKeyAndSurviveReload()
 {
     const QString path = folder();
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+        Reference db(DatabaseToviUser, path, &m_factory);
         QVERIFY(db.opened);
-        Kinds k(db);
-        QVERIFY(k.compounds && k.ratios && k.ions && k.joints && k.aliases);
+        QVERIFY(db.compounds && db.ratios && db.ions && db.joints && db.aliases);
         auto pristane = model(QStringLiteral("Pristane"), QStringLiteral("Pr;iC19"), QStringLiteral("1921-70-6"));
         auto phytane = model(QStringLiteral("Phytane"), QStringLiteral("Ph"), QStringLiteral("638-36-8"));
-        TToviCompound* pr = k.compounds->createCompound(pristane.get(), QStringLiteral("C-PR"));
-        TToviCompound* ph = k.compounds->createCompound(phytane.get(), QString());
+        TToviCompound* pr = db.compounds->createCompound(pristane.get(), QStringLiteral("C-PR"));
+        TToviCompound* ph = db.compounds->createCompound(phytane.get(), QString());
         QVERIFY(pr && ph);
         QVERIFY2(ph->compoundId().startsWith(QLatin1String("USR-C")), qPrintable(ph->compoundId()));
         // Every key the selector lists is stored.
@@ -155,71 +150,69 @@ void TestToviStorage::compoundsAreFoundByEveryKeyAndSurviveReload()
         // The model stays free and unchanged.
         QVERIFY(!pristane->compound()->db());
         // A new master name moves the compound in the name index; its alias stays.
-        QVERIFY(k.aliases->aliasCreate(ph->object(), QStringLiteral("masterName"), QStringLiteral("V"),
+        QVERIFY(db.aliases->aliasCreate(ph->object(), QStringLiteral("masterName"), QStringLiteral("V"),
                                        QStringLiteral("Phytan")));
         ph->setMasterName(QStringLiteral("Phytane (renamed)"));
-        QCOMPARE(k.compounds->getCompoundByName(QStringLiteral("Phytane (renamed)")), ph->object());
-        QVERIFY(!k.compounds->getCompoundByName(QStringLiteral("Phytane")));
+        QCOMPARE(db.compounds->getCompoundByName(QStringLiteral("Phytane (renamed)")), ph->object());
+        QVERIFY(!db.compounds->getCompoundByName(QStringLiteral("Phytane")));
         QVERIFY(db.headerDb()->saveObjectToFile(ph, true));
     }
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    Kinds k(db);
-    QCOMPARE(k.compounds->compoundList().size(), 2);
-    TToviCompound* pr = k.compounds->compound(QStringLiteral("C-PR"));
+    Reference db(DatabaseToviUser, path, &m_factory);
+    QCOMPARE(db.compounds->compoundList().size(), 2);
+    TToviCompound* pr = db.compounds->compound(QStringLiteral("C-PR"));
     QVERIFY(pr);
-    QCOMPARE(k.compounds->get(QStringLiteral("C-PR")), pr->object());
-    QCOMPARE(k.compounds->getCompoundByName(QStringLiteral("Pristane")), pr->object());
-    QCOMPARE(k.compounds->compound(pr->object()), pr);
-    QCOMPARE(k.compounds->getByToViKey({QStringLiteral("Pr"), QStringLiteral("iC19")}), pr);
-    QVERIFY(!k.compounds->getByToViKey({QStringLiteral("Pr")}));
-    QVERIFY(!k.compounds->getByToViKey({QStringLiteral("iC19"), QStringLiteral("Pr")}));
+    QCOMPARE(db.compounds->get(QStringLiteral("C-PR")), pr->object());
+    QCOMPARE(db.compounds->getCompoundByName(QStringLiteral("Pristane")), pr->object());
+    QCOMPARE(db.compounds->compound(pr->object()), pr);
+    QCOMPARE(db.compounds->getByToViKey({QStringLiteral("Pr"), QStringLiteral("iC19")}), pr);
+    QVERIFY(!db.compounds->getByToViKey({QStringLiteral("Pr")}));
+    QVERIFY(!db.compounds->getByToViKey({QStringLiteral("iC19"), QStringLiteral("Pr")}));
     QCOMPARE((QStringList{pr->compound()->toviKey(), pr->cas(), pr->carbons(), pr->name()}),
              (QStringList{"Pr;iC19", "1921-70-6", "19", "Pristane"}));
-    QCOMPARE(k.compounds->compoundList().first(), pr);
-    const VNObject2* renamed = k.compounds->getCompoundByName(QStringLiteral("Phytane (renamed)"));
-    QVERIFY(renamed && !k.compounds->getCompoundByName(QStringLiteral("Phytane")));
-    QCOMPARE(k.aliases->aliasesOf(renamed).size(), 1);
+    QCOMPARE(db.compounds->compoundList().first(), pr);
+    const VNObject2* renamed = db.compounds->getCompoundByName(QStringLiteral("Phytane (renamed)"));
+    QVERIFY(renamed && !db.compounds->getCompoundByName(QStringLiteral("Phytane")));
+    QCOMPARE(db.aliases->aliasesOf(renamed).size(), 1);
 
     // Removal takes the compound from memory and file.
-    QVERIFY(k.compounds->remove(pr->object(), true, true));
-    QVERIFY(!k.compounds->compound(QStringLiteral("C-PR")));
-    QVERIFY(!k.compounds->getByToViKey({QStringLiteral("Pr"), QStringLiteral("iC19")}));
+    QVERIFY(db.compounds->remove(pr->object(), true, true));
+    QVERIFY(!db.compounds->compound(QStringLiteral("C-PR")));
+    QVERIFY(!db.compounds->getByToViKey({QStringLiteral("Pr"), QStringLiteral("iC19")}));
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeCompound), 1);
 }
 
 void TestToviStorage::compoundCreationRefusals()
 {
-    ToviTestDatabase db(DatabaseToviDelivered, folder(), &m_factory);
-    Kinds k(db);
+    Reference db(DatabaseToviDelivered, folder(), &m_factory);
     auto first = model(QStringLiteral("Hopane"), QStringLiteral("H30"));
-    QVERIFY(k.compounds->createCompound(first.get(), QStringLiteral("X")));
+    QVERIFY(db.compounds->createCompound(first.get(), QStringLiteral("X")));
     // An identifier is never reused, whatever the model.
-    QVERIFY(!k.compounds->createCompound(first.get(), QStringLiteral("X")));
-    QCOMPARE(k.compounds->count(), 1);
+    QVERIFY(!db.compounds->createCompound(first.get(), QStringLiteral("X")));
+    QCOMPARE(db.compounds->count(), 1);
     // Without a model the identifier names the compound.
-    TToviCompound* bare = k.compounds->createCompound(nullptr, QString());
+    TToviCompound* bare = db.compounds->createCompound(nullptr, QString());
     QVERIFY(bare);
     QVERIFY(bare->compoundId().startsWith(QLatin1String("ORL-C")));
     QCOMPARE(bare->masterName(), bare->compoundId());
     // Keys made in a row never collide (a taken key is refused), even around
     // a key given by hand.
-    QVERIFY(k.compounds->createCompound(nullptr, QStringLiteral("ORL-C000004")));
+    QVERIFY(db.compounds->createCompound(nullptr, QStringLiteral("ORL-C000004")));
     for (int i = 0; i < 5; ++i)
-        QVERIFY(k.compounds->createCompound(nullptr, QString()));
+        QVERIFY(db.compounds->createCompound(nullptr, QString()));
     // Reference keys that are all empty identify nothing and match nothing.
     auto blank = model(QStringLiteral("Unknown"), QStringLiteral(";"));
-    QVERIFY(k.compounds->createCompound(blank.get(), QString()));
-    QVERIFY(!k.compounds->getByToViKey({QString(), QString()}));
-    QVERIFY(!k.compounds->getByToViKey({QString()}));
-    QVERIFY(!k.compounds->getByToViKey({}));
+    QVERIFY(db.compounds->createCompound(blank.get(), QString()));
+    QVERIFY(!db.compounds->getByToViKey({QString(), QString()}));
+    QVERIFY(!db.compounds->getByToViKey({QString()}));
+    QVERIFY(!db.compounds->getByToViKey({}));
     // The reference keys of a stored compound are its identity: fixed.
-    TToviCompound* hopane = k.compounds->compound(QStringLiteral("X"));
+    TToviCompound* hopane = db.compounds->compound(QStringLiteral("X"));
     QVERIFY(!hopane->setToviKey(QStringLiteral("other")));
     QVERIFY(hopane->setToviKey(QStringLiteral("H30")));
-    QCOMPARE(k.compounds->getByToViKey({QStringLiteral("H30")}), hopane);
+    QCOMPARE(db.compounds->getByToViKey({QStringLiteral("H30")}), hopane);
     // Joints and aliases are made from their objects only.
-    QVERIFY(!k.joints->create(QStringLiteral("j")));
-    QVERIFY(!k.aliases->create(QStringLiteral("a")));
+    QVERIFY(!db.joints->create(QStringLiteral("j")));
+    QVERIFY(!db.aliases->create(QStringLiteral("a")));
 }
 
 void TestToviStorage::generatedKeysNeverComeBack()
@@ -228,63 +221,59 @@ void TestToviStorage::generatedKeysNeverComeBack()
     // given to the next one, in this session or after reopening.
     const QString path = folder();
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-        Kinds k(db);
-        const QStringList keys{nextRatioKey(k.ratios), nextRatioKey(k.ratios), nextRatioKey(k.ratios)};
+        Reference db(DatabaseToviUser, path, &m_factory);
+        const QStringList keys{nextRatioKey(db.ratios), nextRatioKey(db.ratios), nextRatioKey(db.ratios)};
         QCOMPARE(keys, (QStringList{"USR-R000001", "USR-R000002", "USR-R000003"}));
-        QVERIFY(k.ratios->remove(k.ratios->get(keys.last()), true, true));
-        QCOMPARE(nextRatioKey(k.ratios), QStringLiteral("USR-R000004"));
-        QVERIFY(k.ratios->remove(k.ratios->get(QStringLiteral("USR-R000004")), true, true));
+        QVERIFY(db.ratios->remove(db.ratios->get(keys.last()), true, true));
+        QCOMPARE(nextRatioKey(db.ratios), QStringLiteral("USR-R000004"));
+        QVERIFY(db.ratios->remove(db.ratios->get(QStringLiteral("USR-R000004")), true, true));
         // Inside a batch too.
         TToviBatch batch(&db);
-        QCOMPARE(nextRatioKey(k.ratios), QStringLiteral("USR-R000005"));
+        QCOMPARE(nextRatioKey(db.ratios), QStringLiteral("USR-R000005"));
         QVERIFY(batch.commit());
-        QVERIFY(k.ratios->remove(k.ratios->get(QStringLiteral("USR-R000005")), true, true));
+        QVERIFY(db.ratios->remove(db.ratios->get(QStringLiteral("USR-R000005")), true, true));
     }
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    Kinds k(db);
-    QCOMPARE(k.ratios->count(), 2);
-    QCOMPARE(nextRatioKey(k.ratios), QStringLiteral("USR-R000006"));
+    Reference db(DatabaseToviUser, path, &m_factory);
+    QCOMPARE(db.ratios->count(), 2);
+    QCOMPARE(nextRatioKey(db.ratios), QStringLiteral("USR-R000006"));
     // A key given by hand in the generated range is stepped over.
-    QVERIFY(plainRatio(k.ratios, QStringLiteral("USR-R000007"), QStringLiteral("hand"), 7));
-    QCOMPARE(nextRatioKey(k.ratios), QStringLiteral("USR-R000008"));
+    QVERIFY(plainRatio(db.ratios, QStringLiteral("USR-R000007"), QStringLiteral("hand"), 7));
+    QCOMPARE(nextRatioKey(db.ratios), QStringLiteral("USR-R000008"));
 }
 
 void TestToviStorage::ratiosKeepTheirElevenValuesAndDisplayOrder()
 {
     const QString path = folder();
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-        Kinds k(db);
-        TToviRatio* prph = k.ratios->createRatio(QStringLiteral("R001"), QStringLiteral("Pr/Ph"),
+        Reference db(DatabaseToviUser, path, &m_factory);
+        TToviRatio* prph = db.ratios->createRatio(QStringLiteral("R001"), QStringLiteral("Pr/Ph"),
                                                  QStringLiteral("Pr / Ph"), QStringLiteral("Pr/Ph"), 20,
                                                  QStringLiteral("Redox"), QStringLiteral("GC-MS"),
                                                  QStringLiteral("Peak area ratio"), QStringLiteral("Saturates"),
                                                  QStringLiteral("57;71"), QStringLiteral("Didyk et al. 1978"));
         QVERIFY(prph);
-        QVERIFY(plainRatio(k.ratios, QStringLiteral("R002"), QStringLiteral("CPI"), 10));
+        QVERIFY(plainRatio(db.ratios, QStringLiteral("R002"), QStringLiteral("CPI"), 10));
         // A second ratio of the same master name, and one placed at the end.
-        QVERIFY(plainRatio(k.ratios, QStringLiteral("R003"), QStringLiteral("Pr/Ph"), 20));
-        TToviRatio* last = plainRatio(k.ratios, QString(), QStringLiteral("Ts/(Ts+Tm)"), -1);
+        QVERIFY(plainRatio(db.ratios, QStringLiteral("R003"), QStringLiteral("Pr/Ph"), 20));
+        TToviRatio* last = plainRatio(db.ratios, QString(), QStringLiteral("Ts/(Ts+Tm)"), -1);
         QVERIFY(last);
         QCOMPARE(last->displayOrder(), 21);
         QVERIFY(last->ratioId().startsWith(QLatin1String("USR-R")));
         // Refusals: a taken identifier, an empty master name.
-        QVERIFY(!plainRatio(k.ratios, QStringLiteral("R001"), QStringLiteral("x"), 1));
-        QVERIFY(!plainRatio(k.ratios, QStringLiteral("R009"), QString(), 1));
+        QVERIFY(!plainRatio(db.ratios, QStringLiteral("R001"), QStringLiteral("x"), 1));
+        QVERIFY(!plainRatio(db.ratios, QStringLiteral("R009"), QString(), 1));
         // Aliases: a ratio is found by an alias value, a compound with the same
         // alias value is not a ratio.
-        TToviCompound* c = k.compound(QStringLiteral("C-PR"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
-        QVERIFY(k.aliases->aliasCreate(prph->object(), QStringLiteral("masterName"), QStringLiteral("A"),
+        TToviCompound* c = db.compound(QStringLiteral("C-PR"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
+        QVERIFY(db.aliases->aliasCreate(prph->object(), QStringLiteral("masterName"), QStringLiteral("A"),
                                        QStringLiteral("pristane/phytane")));
-        QVERIFY(k.aliases->aliasCreate(prph->object(), QStringLiteral("masterName"), QStringLiteral("B"),
+        QVERIFY(db.aliases->aliasCreate(prph->object(), QStringLiteral("masterName"), QStringLiteral("B"),
                                        QStringLiteral("pristane/phytane")));
-        QVERIFY(k.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("A"),
+        QVERIFY(db.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("A"),
                                        QStringLiteral("pristane/phytane")));
     }
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    Kinds k(db);
-    TToviRatio* prph = k.ratios->ratio(QStringLiteral("R001"));
+    Reference db(DatabaseToviUser, path, &m_factory);
+    TToviRatio* prph = db.ratios->ratio(QStringLiteral("R001"));
     QVERIFY(prph);
     const QStringList stored{prph->masterName(), prph->displayFormula(), prph->formula(),
                              QString::number(prph->displayOrder()), QString::number(prph->ratio()->displayOrder()),
@@ -298,24 +287,24 @@ void TestToviStorage::ratiosKeepTheirElevenValuesAndDisplayOrder()
                             TToviRatio::KeyLiteratureReference})
         QVERIFY2(prph->hasProperty(QLatin1String(key)), key);
 
-    QCOMPARE(k.ratios->getByMasterName(QStringLiteral("Pr/Ph")), prph);
-    QCOMPARE(k.ratios->getAllByMasterName(QStringLiteral("Pr/Ph")),
-             (QList<TToviRatio*>{prph, k.ratios->ratio(QStringLiteral("R003"))}));
-    QVERIFY(k.ratios->getAllByMasterName(QStringLiteral("nothing")).isEmpty());
+    QCOMPARE(db.ratios->getByMasterName(QStringLiteral("Pr/Ph")), prph);
+    QCOMPARE(db.ratios->getAllByMasterName(QStringLiteral("Pr/Ph")),
+             (QList<TToviRatio*>{prph, db.ratios->ratio(QStringLiteral("R003"))}));
+    QVERIFY(db.ratios->getAllByMasterName(QStringLiteral("nothing")).isEmpty());
 
     QStringList ordered;
-    for (const TToviRatio* r : k.ratios->listByDisplayOrder())
+    for (const TToviRatio* r : db.ratios->listByDisplayOrder())
         ordered.append(r->masterName());
     QCOMPARE(ordered, QStringList({QStringLiteral("CPI"), QStringLiteral("Pr/Ph"), QStringLiteral("Pr/Ph"),
                                    QStringLiteral("Ts/(Ts+Tm)")}));
 
-    QCOMPARE(k.ratios->getByAliasesValue(QStringLiteral("pristane/phytane")), QList<const VNObject2*>{prph->object()});
-    QVERIFY(k.ratios->getByAliasesValue(QStringLiteral("Pristane/Phytane")).isEmpty());
+    QCOMPARE(db.ratios->getByAliasesValue(QStringLiteral("pristane/phytane")), QList<const VNObject2*>{prph->object()});
+    QVERIFY(db.ratios->getByAliasesValue(QStringLiteral("Pristane/Phytane")).isEmpty());
 
     // Removing a ratio removes its aliases.
-    QVERIFY(k.ratios->remove(prph->object(), true, true));
-    QVERIFY(k.ratios->getByAliasesValue(QStringLiteral("pristane/phytane")).isEmpty());
-    QCOMPARE(k.aliases->getByValue(QStringLiteral("pristane/phytane")).size(), 1);
+    QVERIFY(db.ratios->remove(prph->object(), true, true));
+    QVERIFY(db.ratios->getByAliasesValue(QStringLiteral("pristane/phytane")).isEmpty());
+    QCOMPARE(db.aliases->getByValue(QStringLiteral("pristane/phytane")).size(), 1);
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeAlias), 1);
 }
 
@@ -323,57 +312,54 @@ void TestToviStorage::ionsAndJointsFollowTheirCompoundAndIon()
 {
     const QString path = folder();
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-        Kinds k(db);
-        TToviCompound* pr = k.compound(QStringLiteral("C-PR"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
-        TToviCompound* ph = k.compound(QStringLiteral("C-PH"), QStringLiteral("Phytane"), QStringLiteral("Ph"));
-        TToviEIC* ion57 = k.ions->createEIC(QStringLiteral("m/z 57"), QStringLiteral("57"));
-        TToviEIC* ion71 = k.ions->createEIC(QStringLiteral("m/z 71"), QStringLiteral("71"), QStringLiteral("I71"));
+        Reference db(DatabaseToviUser, path, &m_factory);
+        TToviCompound* pr = db.compound(QStringLiteral("C-PR"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
+        TToviCompound* ph = db.compound(QStringLiteral("C-PH"), QStringLiteral("Phytane"), QStringLiteral("Ph"));
+        TToviEIC* ion57 = db.ions->createEIC(QStringLiteral("m/z 57"), QStringLiteral("57"));
+        TToviEIC* ion71 = db.ions->createEIC(QStringLiteral("m/z 71"), QStringLiteral("71"), QStringLiteral("I71"));
         QVERIFY(pr && ph && ion57 && ion71);
         // The same ion name twice is one key: refused.
-        QVERIFY(!k.ions->createEIC(QStringLiteral("m/z 57"), QStringLiteral("58")));
-        QVERIFY(!k.ions->createEIC(QString(), QStringLiteral("58")));
+        QVERIFY(!db.ions->createEIC(QStringLiteral("m/z 57"), QStringLiteral("58")));
+        QVERIFY(!db.ions->createEIC(QString(), QStringLiteral("58")));
 
-        TToviJoint* j1 = k.joints->createJoint(pr, ion57, QString());
-        TToviJoint* j2 = k.joints->createJoint(pr, ion71, QStringLiteral("Pristane by 71"));
-        TToviJoint* j3 = k.joints->createJoint(ph, ion57, QString());
+        TToviJoint* j1 = db.joints->createJoint(pr, ion57, QString());
+        TToviJoint* j2 = db.joints->createJoint(pr, ion71, QStringLiteral("Pristane by 71"));
+        TToviJoint* j3 = db.joints->createJoint(ph, ion57, QString());
         QVERIFY(j1 && j2 && j3);
         QCOMPARE(j1->name(), QStringLiteral("Pristane / m/z 57"));
-        QVERIFY(!k.joints->createJoint(pr, ion57, QStringLiteral("again")));
-        QVERIFY(!k.joints->createJoint(nullptr, ion57, QString()));
+        QVERIFY(!db.joints->createJoint(pr, ion57, QStringLiteral("again")));
+        QVERIFY(!db.joints->createJoint(nullptr, ion57, QString()));
         // A record of another database is not ours to join.
-        ToviTestDatabase other(DatabaseToviMerged, path, &m_factory);
-        Kinds o(other);
-        TToviEIC* foreign = o.ions->createEIC(QStringLiteral("m/z 85"), QStringLiteral("85"));
+        Reference other(DatabaseToviMerged, path, &m_factory);
+        TToviEIC* foreign = other.ions->createEIC(QStringLiteral("m/z 85"), QStringLiteral("85"));
         QVERIFY(foreign);
-        QVERIFY(!k.joints->createJoint(pr, foreign, QString()));
+        QVERIFY(!db.joints->createJoint(pr, foreign, QString()));
     }
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    Kinds k(db);
-    QCOMPARE(k.joints->jointList().size(), 3);
-    TToviJoint* j2 = k.joints->get(QStringLiteral("C-PR"), QStringLiteral("I71"));
+    Reference db(DatabaseToviUser, path, &m_factory);
+    QCOMPARE(db.joints->jointList().size(), 3);
+    TToviJoint* j2 = db.joints->get(QStringLiteral("C-PR"), QStringLiteral("I71"));
     QVERIFY(j2);
     QCOMPARE(j2->name(), QStringLiteral("Pristane by 71"));
     // By the ion's name as well as by its key.
-    QCOMPARE(k.joints->get(QStringLiteral("C-PR"), QStringLiteral("m/z 71")), j2);
-    QVERIFY(!k.joints->get(QStringLiteral("C-PH"), QStringLiteral("m/z 71")));
+    QCOMPARE(db.joints->get(QStringLiteral("C-PR"), QStringLiteral("m/z 71")), j2);
+    QVERIFY(!db.joints->get(QStringLiteral("C-PH"), QStringLiteral("m/z 71")));
     // Read back, each joint knows its compound and its ion again.
-    for (const TToviJoint* j : k.joints->jointList()) {
+    for (const TToviJoint* j : db.joints->jointList()) {
         QVERIFY(j->joint()->compound() && j->joint()->eic());
         QCOMPARE(j->joint()->compound()->key(), j->compoundKey());
         QCOMPARE(j->joint()->eic()->key(), j->eicKey());
     }
-    QCOMPARE(k.ions->getEICByName(QStringLiteral("m/z 71"))->ionId(), QStringLiteral("I71"));
-    QCOMPARE(k.joints->jointsOfEIC(QStringLiteral("m/z 57")).size(), 2);
+    QCOMPARE(db.ions->getEICByName(QStringLiteral("m/z 71"))->ionId(), QStringLiteral("I71"));
+    QCOMPARE(db.joints->jointsOfEIC(QStringLiteral("m/z 57")).size(), 2);
 
     // An ion removed by the database itself takes its joints along.
-    const VNObject2* ion57 = k.ions->get(QStringLiteral("m/z 57"));
+    const VNObject2* ion57 = db.ions->get(QStringLiteral("m/z 57"));
     QVERIFY(db.removeObject(ion57, true));
-    QCOMPARE(k.joints->jointList().size(), 1);
+    QCOMPARE(db.joints->jointList().size(), 1);
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeJoint), 1);
     // A compound removed takes its remaining joint.
-    QVERIFY(k.compounds->remove(k.compounds->get(QStringLiteral("C-PR")), true, true));
-    QVERIFY(k.joints->jointList().isEmpty());
+    QVERIFY(db.compounds->remove(db.compounds->get(QStringLiteral("C-PR")), true, true));
+    QVERIFY(db.joints->jointList().isEmpty());
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeJoint), 0);
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeIon), 1);
 }
@@ -383,59 +369,56 @@ void TestToviStorage::aliasesPerVendor()
     const QString path = folder();
     const QString field = QStringLiteral("masterName");
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-        Kinds k(db);
-        TToviCompound* pr = k.compound(QStringLiteral("C-PR"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
-        TToviCompound* ph = k.compound(QStringLiteral("C-PH"), QStringLiteral("Phytane"), QStringLiteral("Ph"));
-        QVERIFY(k.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorA"), QStringLiteral("Pristan")));
-        QVERIFY(k.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorB"), QStringLiteral("PRIST")));
-        QVERIFY(k.aliases->aliasCreate(ph->object(), field, QStringLiteral("VendorA"), QStringLiteral("Phytan")));
-        QVERIFY(k.aliases->aliasCreate(ph->object(), QStringLiteral("CAS"), QStringLiteral("VendorC"),
+        Reference db(DatabaseToviUser, path, &m_factory);
+        TToviCompound* pr = db.compound(QStringLiteral("C-PR"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
+        TToviCompound* ph = db.compound(QStringLiteral("C-PH"), QStringLiteral("Phytane"), QStringLiteral("Ph"));
+        QVERIFY(db.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorA"), QStringLiteral("Pristan")));
+        QVERIFY(db.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorB"), QStringLiteral("PRIST")));
+        QVERIFY(db.aliases->aliasCreate(ph->object(), field, QStringLiteral("VendorA"), QStringLiteral("Phytan")));
+        QVERIFY(db.aliases->aliasCreate(ph->object(), QStringLiteral("CAS"), QStringLiteral("VendorC"),
                                        QStringLiteral("638-36-8")));
         // One value per (object, field, vendor); an object must be ours.
-        QVERIFY(!k.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorA"), QStringLiteral("other")));
-        QVERIFY(!k.aliases->aliasCreate(pr->object(), QString(), QStringLiteral("VendorA"), QStringLiteral("x")));
-        QVERIFY(!k.aliases->aliasCreate(nullptr, field, QStringLiteral("VendorA"), QStringLiteral("x")));
+        QVERIFY(!db.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorA"), QStringLiteral("other")));
+        QVERIFY(!db.aliases->aliasCreate(pr->object(), QString(), QStringLiteral("VendorA"), QStringLiteral("x")));
+        QVERIFY(!db.aliases->aliasCreate(nullptr, field, QStringLiteral("VendorA"), QStringLiteral("x")));
         TToviCompound loose;
-        QVERIFY(!k.aliases->aliasCreate(loose.object(), field, QStringLiteral("VendorA"), QStringLiteral("x")));
+        QVERIFY(!db.aliases->aliasCreate(loose.object(), field, QStringLiteral("VendorA"), QStringLiteral("x")));
     }
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    Kinds k(db);
-    const VNObject2* pr = k.compounds->get(QStringLiteral("C-PR"));
-    const VNObject2* ph = k.compounds->get(QStringLiteral("C-PH"));
-    QCOMPARE(k.aliases->aliasList().size(), 4);
-    QCOMPARE(k.aliases->vendorList(), (QStringList{"VendorA", "VendorB", "VendorC"}));
-    TToviAlias* a = k.aliases->getAlias(pr, field, QStringLiteral("VendorA"));
+    Reference db(DatabaseToviUser, path, &m_factory);
+    const VNObject2* pr = db.compounds->get(QStringLiteral("C-PR"));
+    const VNObject2* ph = db.compounds->get(QStringLiteral("C-PH"));
+    QCOMPARE(db.aliases->aliasList().size(), 4);
+    QCOMPARE(db.aliases->vendorList(), (QStringList{"VendorA", "VendorB", "VendorC"}));
+    TToviAlias* a = db.aliases->getAlias(pr, field, QStringLiteral("VendorA"));
     QVERIFY(a);
     QCOMPARE(a->getValue(), QStringLiteral("Pristan"));
     QCOMPARE(a->getParent()->object(), pr);
-    QCOMPARE(k.compounds->compound(pr)->getDependantObjects().size(), 2);
-    QVERIFY(!k.aliases->getAlias(pr, field, QStringLiteral("VendorC")));
-    QVERIFY(!k.aliases->getAlias(pr, field, QStringLiteral("vendora")));
+    QCOMPARE(db.compounds->compound(pr)->getDependantObjects().size(), 2);
+    QVERIFY(!db.aliases->getAlias(pr, field, QStringLiteral("VendorC")));
+    QVERIFY(!db.aliases->getAlias(pr, field, QStringLiteral("vendora")));
 
     // Update in place, with arguments that live in the alias being replaced.
-    QVERIFY(k.aliases->aliasUpdate(pr, a->getField(), a->getVendor(), QStringLiteral("2,6,10,14-TMPD")));
-    QVERIFY(k.aliases->getByValue(QStringLiteral("Pristan")).isEmpty());
-    QCOMPARE(k.aliases->getByValue(QStringLiteral("2,6,10,14-TMPD")).size(), 1);
-    QVERIFY(k.aliases->aliasUpdate(pr, field, QStringLiteral("VendorA"), QStringLiteral("2,6,10,14-TMPD")));
-    QVERIFY(!k.aliases->aliasUpdate(pr, field, QStringLiteral("VendorZ"), QStringLiteral("x")));
-    QCOMPARE(k.aliases->aliasList().size(), 4);
+    QVERIFY(db.aliases->aliasUpdate(pr, a->getField(), a->getVendor(), QStringLiteral("2,6,10,14-TMPD")));
+    QVERIFY(db.aliases->getByValue(QStringLiteral("Pristan")).isEmpty());
+    QCOMPARE(db.aliases->getByValue(QStringLiteral("2,6,10,14-TMPD")).size(), 1);
+    QVERIFY(db.aliases->aliasUpdate(pr, field, QStringLiteral("VendorA"), QStringLiteral("2,6,10,14-TMPD")));
+    QVERIFY(!db.aliases->aliasUpdate(pr, field, QStringLiteral("VendorZ"), QStringLiteral("x")));
+    QCOMPARE(db.aliases->aliasList().size(), 4);
 
     // One alias, then a whole vendor.
-    QVERIFY(k.aliases->removeAlias(pr, field, QStringLiteral("VendorB")));
-    QVERIFY(!k.aliases->removeAlias(pr, field, QStringLiteral("VendorB")));
-    QVERIFY(k.aliases->removeVendor(QStringLiteral("VendorA")));
-    QVERIFY(k.aliases->removeVendor(QStringLiteral("nobody")));
-    QCOMPARE(k.aliases->vendorList(), QStringList{"VendorC"});
-    QVERIFY(k.aliases->aliasesOf(pr).isEmpty());
-    QCOMPARE(k.aliases->aliasesOf(ph).size(), 1);
+    QVERIFY(db.aliases->removeAlias(pr, field, QStringLiteral("VendorB")));
+    QVERIFY(!db.aliases->removeAlias(pr, field, QStringLiteral("VendorB")));
+    QVERIFY(db.aliases->removeVendor(QStringLiteral("VendorA")));
+    QVERIFY(db.aliases->removeVendor(QStringLiteral("nobody")));
+    QCOMPARE(db.aliases->vendorList(), QStringList{"VendorC"});
+    QVERIFY(db.aliases->aliasesOf(pr).isEmpty());
+    QCOMPARE(db.aliases->aliasesOf(ph).size(), 1);
 
     // What was written is what a new reader finds.
-    ToviTestDatabase again(DatabaseToviUser, path, &m_factory);
-    Kinds r(again);
-    QCOMPARE(r.aliases->vendorList(), QStringList{"VendorC"});
-    QCOMPARE(r.aliases->aliasList().size(), 1);
-    QCOMPARE(r.aliases->aliasList().first()->getValue(), QStringLiteral("638-36-8"));
+    Reference again(DatabaseToviUser, path, &m_factory);
+    QCOMPARE(again.aliases->vendorList(), QStringList{"VendorC"});
+    QCOMPARE(again.aliases->aliasList().size(), 1);
+    QCOMPARE(again.aliases->aliasList().first()->getValue(), QStringLiteral("638-36-8"));
 }
 
 void TestToviStorage::awkwardTextRoundTrips_data()
@@ -455,31 +438,29 @@ void TestToviStorage::awkwardTextRoundTrips()
     QFETCH(QString, text);
     const QString path = folder();
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-        Kinds k(db);
+        Reference db(DatabaseToviUser, path, &m_factory);
         auto m = model(text, text);
         m->setFormula(text);
-        QVERIFY(k.compounds->createCompound(m.get(), text));
-        TToviRatio* r = k.ratios->createRatio(text, text, text, text, 1, text, text, text, text, text, text);
+        QVERIFY(db.compounds->createCompound(m.get(), text));
+        TToviRatio* r = db.ratios->createRatio(text, text, text, text, 1, text, text, text, text, text, text);
         QVERIFY(r);
-        QVERIFY(k.ions->createEIC(text, text));
-        QVERIFY(k.aliases->aliasCreate(r->object(), text, text, text));
+        QVERIFY(db.ions->createEIC(text, text));
+        QVERIFY(db.aliases->aliasCreate(r->object(), text, text, text));
     }
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    Kinds k(db);
-    TToviCompound* c = k.compounds->compound(text);
-    TToviRatio* r = k.ratios->ratio(text);
-    const TToviEIC* ion = k.ions->getEICByName(text);
-    const TToviAlias* a = k.aliases->getAlias(r ? r->object() : nullptr, text, text);
+    Reference db(DatabaseToviUser, path, &m_factory);
+    TToviCompound* c = db.compounds->compound(text);
+    TToviRatio* r = db.ratios->ratio(text);
+    const TToviEIC* ion = db.ions->getEICByName(text);
+    const TToviAlias* a = db.aliases->getAlias(r ? r->object() : nullptr, text, text);
     QVERIFY(c && r && ion && a);
     QCOMPARE((QStringList{c->masterName(), c->formula(), c->toviKey(), r->literatureReference(), ion->value(),
                           a->getValue()}),
              (QStringList{text, text, text, text, text, text}));
-    QCOMPARE(k.compounds->getCompoundByName(text), c->object());
-    QCOMPARE(k.compounds->getByToViKey(text.split(QLatin1Char(';'))), c);
-    QCOMPARE(k.ratios->getByMasterName(text), r);
-    QCOMPARE(k.ratios->getByAliasesValue(text), QList<const VNObject2*>({r->object()}));
-    QCOMPARE(k.aliases->vendorList(), QStringList({text}));
+    QCOMPARE(db.compounds->getCompoundByName(text), c->object());
+    QCOMPARE(db.compounds->getByToViKey(text.split(QLatin1Char(';'))), c);
+    QCOMPARE(db.ratios->getByMasterName(text), r);
+    QCOMPARE(db.ratios->getByAliasesValue(text), QList<const VNObject2*>({r->object()}));
+    QCOMPARE(db.aliases->vendorList(), QStringList({text}));
 }
 
 void TestToviStorage::damagedFilesAreRefused_data()
@@ -502,7 +483,7 @@ void TestToviStorage::damagedFilesAreRefused()
     const QString file = QDir(path).filePath(THeaderConnector::fileNameForType(DatabaseToviUser));
     QVERIFY(writeFile(file, content));
     TRecordingLogger logger;
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    Reference db(DatabaseToviUser, path, &m_factory);
     QVERIFY(!db.opened);
     QVERIFY(!db.headerDb()->lastError().isEmpty());
     const QStringList warnings = logger.messages(MessageLoggerInterface::LevelWarning);
@@ -512,8 +493,7 @@ void TestToviStorage::damagedFilesAreRefused()
                                               : QStringLiteral("cannot be opened")),
              qPrintable(warnings.first()));
     // Nothing can be created and nothing is written over the file.
-    Kinds k(db);
-    QVERIFY(!k.compound(QStringLiteral("a"), QStringLiteral("a"), QStringLiteral("a")));
+    QVERIFY(!db.compound(QStringLiteral("a"), QStringLiteral("a"), QStringLiteral("a")));
     QVERIFY(!db.tovi() || !db.tovi()->graphOverlaySync());
     QFile check(file);
     QVERIFY(check.open(QIODevice::ReadOnly));
@@ -536,30 +516,28 @@ void TestToviStorage::readOnlyDatabaseRefusesChanges()
     TTranslator::install(language);
     const QString path = folder();
     {
-        ToviTestDatabase db(DatabaseToviDelivered, path, &m_factory);
-        Kinds k(db);
-        TToviCompound* c = k.compound(QStringLiteral("C1"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
-        QVERIFY(k.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("V"),
+        Reference db(DatabaseToviDelivered, path, &m_factory);
+        TToviCompound* c = db.compound(QStringLiteral("C1"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
+        QVERIFY(db.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("V"),
                                        QStringLiteral("x")));
         QVERIFY(db.tovi()->writeSerialNumber(QStringLiteral("ORL-1")));
     }
     TRecordingLogger logger;
-    ToviTestDatabase db(DatabaseToviDelivered, path, &m_factory, true);
+    Reference db(DatabaseToviDelivered, path, &m_factory, true);
     QVERIFY(db.opened);
-    Kinds k(db);
-    const VNObject2* c = k.compounds->get(QStringLiteral("C1"));
+    const VNObject2* c = db.compounds->get(QStringLiteral("C1"));
     QVERIFY(c);
-    QVERIFY(!k.compounds->createCompound(nullptr, QStringLiteral("C2")));
-    QVERIFY(!plainRatio(k.ratios, QStringLiteral("R"), QStringLiteral("R"), 1));
-    QVERIFY(!k.ions->createEIC(QStringLiteral("none"), QStringLiteral("-9999")));
-    QVERIFY(!k.aliases->aliasCreate(c, QStringLiteral("CAS"), QStringLiteral("V"), QStringLiteral("y")));
-    QVERIFY(!k.aliases->aliasUpdate(c, QStringLiteral("masterName"), QStringLiteral("V"), QStringLiteral("y")));
-    QVERIFY(!k.aliases->removeVendor(QStringLiteral("V")));
-    QVERIFY(!k.compounds->remove(c, true, true));
+    QVERIFY(!db.compounds->createCompound(nullptr, QStringLiteral("C2")));
+    QVERIFY(!plainRatio(db.ratios, QStringLiteral("R"), QStringLiteral("R"), 1));
+    QVERIFY(!db.ions->createEIC(QStringLiteral("none"), QStringLiteral("-9999")));
+    QVERIFY(!db.aliases->aliasCreate(c, QStringLiteral("CAS"), QStringLiteral("V"), QStringLiteral("y")));
+    QVERIFY(!db.aliases->aliasUpdate(c, QStringLiteral("masterName"), QStringLiteral("V"), QStringLiteral("y")));
+    QVERIFY(!db.aliases->removeVendor(QStringLiteral("V")));
+    QVERIFY(!db.compounds->remove(c, true, true));
     QVERIFY(!db.tovi()->writeSerialNumber(QStringLiteral("changed")));
     QCOMPARE(db.tovi()->serialNumber(), QStringLiteral("ORL-1"));
     QVERIFY(logger.contains(MessageLoggerInterface::LevelWarning, refusal));
-    QCOMPARE(k.aliases->getAlias(c, QStringLiteral("masterName"), QStringLiteral("V"))->getValue(),
+    QCOMPARE(db.aliases->getAlias(c, QStringLiteral("masterName"), QStringLiteral("V"))->getValue(),
              QStringLiteral("x"));
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeCompound), 1);
 }
@@ -568,8 +546,7 @@ void TestToviStorage::batchWritesOnceAtTheEnd()
 {
     const QString path = folder();
     // A bare connector: the mappers tell it its database.
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory, false, false);
-    Kinds k(db);
+    Reference db(DatabaseToviUser, path, &m_factory, false, false);
     QVERIFY(!db.tovi()->referenceDatabase());
     {
         TToviBatch batch(&db);
@@ -578,29 +555,29 @@ void TestToviStorage::batchWritesOnceAtTheEnd()
         for (int i = 0; i < 300; ++i) {
             m->setMasterName(QStringLiteral("compound %1").arg(i));
             m->setToviKey(QStringLiteral("k%1").arg(i));
-            TToviCompound* c = k.compounds->createCompound(m.get(), QString());
+            TToviCompound* c = db.compounds->createCompound(m.get(), QString());
             QVERIFY(c);
-            QVERIFY(k.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("V"),
+            QVERIFY(db.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("V"),
                                            QStringLiteral("alias %1").arg(i)));
         }
         {
             TToviBatch nested(&db);
-            QVERIFY(k.ions->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
+            QVERIFY(db.ions->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
             QVERIFY(nested.commit());
         }
         // Records removed or changed before the end of the batch are written
         // as they stand then.
-        TToviCompound* gone = k.compounds->createCompound(nullptr, QStringLiteral("gone"));
+        TToviCompound* gone = db.compounds->createCompound(nullptr, QStringLiteral("gone"));
         QVERIFY(gone);
-        QVERIFY(k.aliases->aliasCreate(gone->object(), QStringLiteral("f"), QStringLiteral("W"), QStringLiteral("v")));
-        QVERIFY(k.compounds->remove(gone->object(), true, true));
-        const VNObject2* c7 = k.aliases->getByValue(QStringLiteral("alias 7")).first()->getParent()->object();
-        QVERIFY(k.aliases->aliasUpdate(c7, QStringLiteral("masterName"), QStringLiteral("V"), QStringLiteral("seven")));
+        QVERIFY(db.aliases->aliasCreate(gone->object(), QStringLiteral("f"), QStringLiteral("W"), QStringLiteral("v")));
+        QVERIFY(db.compounds->remove(gone->object(), true, true));
+        const VNObject2* c7 = db.aliases->getByValue(QStringLiteral("alias 7")).first()->getParent()->object();
+        QVERIFY(db.aliases->aliasUpdate(c7, QStringLiteral("masterName"), QStringLiteral("V"), QStringLiteral("seven")));
         QCOMPARE(db.tovi()->referenceDatabase(), &db);
         // Nothing is in the file before the outermost batch ends.
         QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeCompound), 0);
         QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeIon), 0);
-        QCOMPARE(k.compounds->count(), 300);
+        QCOMPARE(db.compounds->count(), 300);
         QVERIFY(batch.commit());
         QVERIFY(batch.commit());
     }
@@ -609,16 +586,15 @@ void TestToviStorage::batchWritesOnceAtTheEnd()
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeIon), 1);
     QVERIFY(!db.headerDb()->hasPendingChanges());
     // Outside a batch every creation is written at once.
-    QVERIFY(k.compounds->createCompound(nullptr, QString()));
+    QVERIFY(db.compounds->createCompound(nullptr, QString()));
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeCompound), 301);
-    ToviTestDatabase again(DatabaseToviUser, path, &m_factory);
-    Kinds r(again);
-    QCOMPARE(r.compounds->getByToViKey({QStringLiteral("k299")})->masterName(), QStringLiteral("compound 299"));
-    QVERIFY(r.aliases->getByValue(QStringLiteral("alias 7")).isEmpty());
-    QCOMPARE(r.aliases->getByValue(QStringLiteral("seven")).size(), 1);
-    QCOMPARE(r.aliases->getByValue(QStringLiteral("alias 8")).size(), 1);
-    QVERIFY(!r.compounds->compound(QStringLiteral("gone")));
-    QCOMPARE(r.aliases->vendorList(), QStringList({QStringLiteral("V")}));
+    Reference again(DatabaseToviUser, path, &m_factory);
+    QCOMPARE(again.compounds->getByToViKey({QStringLiteral("k299")})->masterName(), QStringLiteral("compound 299"));
+    QVERIFY(again.aliases->getByValue(QStringLiteral("alias 7")).isEmpty());
+    QCOMPARE(again.aliases->getByValue(QStringLiteral("seven")).size(), 1);
+    QCOMPARE(again.aliases->getByValue(QStringLiteral("alias 8")).size(), 1);
+    QVERIFY(!again.compounds->compound(QStringLiteral("gone")));
+    QCOMPARE(again.aliases->vendorList(), QStringList({QStringLiteral("V")}));
 
     // A batch that outlives its database ends without touching it; one
     // whose header was bound anew ends by a plain flush.
@@ -627,9 +603,9 @@ void TestToviStorage::batchWritesOnceAtTheEnd()
     QVERIFY(orphan.isActive());
     delete doomed;
     QVERIFY(!orphan.commit());
-    ToviTestDatabase rebound(DatabaseToviMerged, path, &m_factory);
+    Reference rebound(DatabaseToviMerged, path, &m_factory);
     TToviBatch stale(&rebound);
-    QVERIFY(Kinds(rebound).ions->createEIC(QStringLiteral("m/z 217"), QStringLiteral("217")));
+    QVERIFY(rebound.ions->createEIC(QStringLiteral("m/z 217"), QStringLiteral("217")));
     QVERIFY(rebound.headerDb()->setCurrentProject(&rebound));
     QVERIFY(stale.commit());
 }
