@@ -1,3 +1,5 @@
+#include "testfiles.h"
+
 #include <tacquisitionrun.h>
 #include <tandimsfile.h>
 #include <tcmfile.h>
@@ -51,9 +53,7 @@ private:
     QString write(const QString& name, const QByteArray& content)
     {
         const QString path = m_dir.filePath(name);
-        QFile f(path);
-        if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            f.write(content);
+        writeAll(path, content);
         return path;
     }
 
@@ -61,7 +61,7 @@ private:
     void expectRefusal(bool (*reader)(const QString&, TAcquisitionRun*), const QString& path, const QString& english,
                        const QString& french)
     {
-        for (const QString& language : {QStringLiteral("en"), QStringLiteral("fr")}) {
+        for (const QString language : {"en", "fr"}) {
             TTranslator::install(language);
             TRecordingLogger logger;
             TAcquisitionRun run;
@@ -152,9 +152,7 @@ private slots:
     {
         const QString good = m_dir.filePath("good.cdf");
         QVERIFY(TAndiMSFile::write(good, sample()));
-        QFile f(good);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray bytes = f.readAll();
+        const QByteArray bytes = readAll(good);
 
         expectRefusal(&TAndiMSFile::read, m_dir.filePath("absent.cdf"), "cannot be opened", "ne peut pas être ouvert");
         expectRefusal(&TAndiMSFile::read, write("text.cdf", "time,mass\n"), "not a netCDF file", "pas un fichier netCDF");
@@ -186,28 +184,16 @@ private slots:
         renamed[at] = 'q';
         expectRefusal(&TAndiMSFile::read, write("renamed.cdf", renamed), "<b>point_count</b> is missing",
                       "<b>point_count</b> est absente");
-    }
 
-    void andiInconsistentIndex()
-    {
-        // A scan pointing past the data, written through the netCDF writer
-        // itself by editing a consistent run after the check would be refused;
-        // instead the index is patched in the file: scan_index is the third
-        // variable and its values are big-endian ints.
-        TAcquisitionRun run = sample();
-        const QString path = m_dir.filePath("index.cdf");
-        QVERIFY(TAndiMSFile::write(path, run));
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QByteArray bytes = f.readAll();
-        f.close();
-        // The points of scan 0 start at 0: find the counts (40 each) of point_count and make one huge.
+        // A scan whose points lie past the data: the count of scan 0 (40, a
+        // big-endian int of point_count, before two more 40s) made huge.
         QByteArray forty(4, '\0');
         forty[3] = 40;
-        const int at = bytes.indexOf(forty + forty + forty);
-        QVERIFY(at > 0);
-        bytes[at] = 0x7f;
-        expectRefusal(&TAndiMSFile::read, write("index.cdf", bytes), "outside the data", "hors des données");
+        QByteArray index = bytes;
+        const int counts = index.indexOf(forty + forty + forty);
+        QVERIFY(counts > 0);
+        index[counts] = 0x7f;
+        expectRefusal(&TAndiMSFile::read, write("index.cdf", index), "outside the data", "hors des données");
     }
 
     void csvRoundTrip()
@@ -226,9 +212,9 @@ private slots:
         TAcquisitionRun run;
         // Long layout, tab separated, seconds, unsorted masses and a duplicate.
         QVERIFY(TCSVRunFile::read(write("long.txt", "Time (s)\tm/z\tIntensity\n"
-                                                     "60\t71.1\t5\n60\t57.07\t10\n60\t57.07\t2\n"
-                                                     "# a comment\n\n"
-                                                     "66\t43\t1,5\n"),
+                                                    "60\t71.1\t5\n60\t57.07\t10\n60\t57.07\t2\n"
+                                                    "# a comment\n\n"
+                                                    "66\t43\t1,5\n"),
                                   &run));
         QCOMPARE(run.scanCount(), 2);
         QCOMPARE(run.rtimes.at(0), 1.0);

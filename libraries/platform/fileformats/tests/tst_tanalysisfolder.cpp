@@ -1,4 +1,6 @@
 // Analysis folders made from imports, and the shared open acquisition files.
+#include "testfiles.h"
+
 #include <tacquisitionrun.h>
 #include <tandimsfile.h>
 #include <tanalysisfolder.h>
@@ -34,13 +36,6 @@ class TestAnalysisFolder : public QObject
         return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
-    static void writeText(const QString& path, const QByteArray& text)
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(text);
-    }
-
 private slots:
     void importsEveryFormatIntoAWholeFolder_data()
     {
@@ -55,23 +50,28 @@ private slots:
         QFETCH(int, format);
         QTemporaryDir dir;
         const TAcquisitionRun run = smallRun(TSyntheticRun::FullScan);
-        const QString source = dir.filePath(QStringLiteral("export"));
+        const QString source = dir.filePath("export");
         switch (format) {
-        case TAnalysisFolder::TextFormat: QVERIFY(TCSVRunFile::write(source, run)); break;
-        case TAnalysisFolder::AndiFormat: QVERIFY(TAndiMSFile::write(source, run)); break;
-        default: QVERIFY(TCMFile::save(source, run)); break;
+        case TAnalysisFolder::TextFormat:
+            QVERIFY(TCSVRunFile::write(source, run));
+            break;
+        case TAnalysisFolder::AndiFormat:
+            QVERIFY(TAndiMSFile::write(source, run));
+            break;
+        default:
+            QVERIFY(TCMFile::save(source, run));
+            break;
         }
         QCOMPARE(int(TAnalysisFolder::sniff(source)), format);
 
-        const QString analyses = dir.filePath(QStringLiteral("Analyses"));
+        const QString analyses = dir.filePath("Analyses");
         QString error;
-        QVERIFY2(TAnalysisFolder::importFile(source, analyses, QStringLiteral("Well 3 - 2450 m"), &error),
-                 qPrintable(error));
-        QCOMPARE(entries(analyses), QStringList{QStringLiteral("Well 3 - 2450 m")});
-        QCOMPARE(entries(TAnalysisFolder::folderPath(analyses, QStringLiteral("Well 3 - 2450 m"))),
-                 (QStringList{QStringLiteral("acquisition.xml"), QStringLiteral("Well 3 - 2450 m.tcm")}));
+        QVERIFY2(TAnalysisFolder::importFile(source, analyses, "Well 3 - 2450 m", &error), qPrintable(error));
+        QCOMPARE(entries(analyses), QStringList{"Well 3 - 2450 m"});
+        QCOMPARE(entries(TAnalysisFolder::folderPath(analyses, "Well 3 - 2450 m")),
+                 (QStringList{"acquisition.xml", "Well 3 - 2450 m.tcm"}));
 
-        TCMFile file(TAnalysisFolder::tcmPath(analyses, QStringLiteral("Well 3 - 2450 m")));
+        TCMFile file(TAnalysisFolder::tcmPath(analyses, "Well 3 - 2450 m"));
         QVERIFY(file.verify());
         TAcquisitionRun back;
         QVERIFY(file.toRun(&back));
@@ -81,8 +81,8 @@ private slots:
             QVERIFY(qAbs(back.rtimes[i] - run.rtimes[i]) < 1e-6);
 
         TDescriptionAcquisition description;
-        QVERIFY(description.load(QDir(TAnalysisFolder::folderPath(analyses, QStringLiteral("Well 3 - 2450 m")))
-                                     .filePath(QStringLiteral("acquisition.xml"))));
+        QVERIFY(
+            description.load(QDir(TAnalysisFolder::folderPath(analyses, "Well 3 - 2450 m")).filePath("acquisition.xml")));
         QCOMPARE(description.scanCount(), run.scanCount());
     }
 
@@ -91,59 +91,51 @@ private slots:
     {
         TRecordingLogger logger;
         QTemporaryDir dir;
-        const QString analyses = dir.filePath(QStringLiteral("Analyses"));
+        const QString analyses = dir.filePath("Analyses");
         QVERIFY(QDir().mkpath(analyses));
-        QVERIFY(TAnalysisFolder::write(smallRun(TSyntheticRun::FullScan), analyses, QStringLiteral("A1")));
-        const QByteArray before = [&] {
-            QFile f(TAnalysisFolder::tcmPath(analyses, QStringLiteral("A1")));
-            f.open(QIODevice::ReadOnly);
-            return f.readAll();
-        }();
+        QVERIFY(TAnalysisFolder::write(smallRun(TSyntheticRun::FullScan), analyses, "A1"));
+        const QByteArray before = readAll(TAnalysisFolder::tcmPath(analyses, "A1"));
 
-        const QString bad = dir.filePath(QStringLiteral("bad.csv"));
-        writeText(bad, "time,spectrum\n1.0,57:10 71:20\n0.5,57:12\n");
+        const QString bad = dir.filePath("bad.csv");
+        QVERIFY(writeAll(bad, "time,spectrum\n1.0,57:10 71:20\n0.5,57:12\n"));
         QString error;
-        QVERIFY(!TAnalysisFolder::importFile(bad, analyses, QStringLiteral("A2"), &error));
+        QVERIFY(!TAnalysisFolder::importFile(bad, analyses, "A2", &error));
         QVERIFY(!logger.messages(MessageLoggerInterface::LevelError).isEmpty());
 
-        const QString truncated = dir.filePath(QStringLiteral("truncated.cdf"));
+        const QString truncated = dir.filePath("truncated.cdf");
         QVERIFY(TAndiMSFile::write(truncated, smallRun(TSyntheticRun::FullScan)));
         QFile cut(truncated);
         QVERIFY(cut.open(QIODevice::ReadWrite));
         QVERIFY(cut.resize(cut.size() / 2));
         cut.close();
-        QVERIFY(!TAnalysisFolder::importFile(truncated, analyses, QStringLiteral("A3"), &error));
-        QVERIFY(!TAnalysisFolder::importFile(dir.filePath(QStringLiteral("missing.csv")), analyses,
-                                             QStringLiteral("A4"), &error));
+        QVERIFY(!TAnalysisFolder::importFile(truncated, analyses, "A3", &error));
+        QVERIFY(!TAnalysisFolder::importFile(dir.filePath("missing.csv"), analyses, "A4", &error));
 
         // A taken name keeps the analysis that has it.
-        QVERIFY(!TAnalysisFolder::write(smallRun(TSyntheticRun::MSMS), analyses, QStringLiteral("A1"), &error));
-        QVERIFY(error.contains(QLatin1String("exists")));
+        QVERIFY(!TAnalysisFolder::write(smallRun(TSyntheticRun::MSMS), analyses, "A1", &error));
+        QVERIFY(error.contains("exists"));
         // Names that would leave the analyses folder or hide the analysis.
-        for (const QString& name : {QString(), QStringLiteral("../up"), QStringLiteral("a/b"), QStringLiteral(".."),
-                                    QStringLiteral(".hidden"), QStringLiteral("  ")})
+        for (const QString& name : QStringList{QString(), "../up", "a/b", "..", ".hidden", "  "})
             QVERIFY2(!TAnalysisFolder::write(smallRun(TSyntheticRun::FullScan), analyses, name), qPrintable(name));
         // An inconsistent run (times going backwards) is refused before anything is written.
         TAcquisitionRun broken = smallRun(TSyntheticRun::FullScan);
         std::swap(broken.rtimes[3], broken.rtimes[40]);
-        QVERIFY(!TAnalysisFolder::write(broken, analyses, QStringLiteral("A5"), &error));
+        QVERIFY(!TAnalysisFolder::write(broken, analyses, "A5", &error));
 
-        QCOMPARE(entries(analyses), QStringList{QStringLiteral("A1")});
-        QFile after(TAnalysisFolder::tcmPath(analyses, QStringLiteral("A1")));
-        QVERIFY(after.open(QIODevice::ReadOnly));
-        QCOMPARE(after.readAll(), before);
+        QCOMPARE(entries(analyses), QStringList{"A1"});
+        QCOMPARE(readAll(TAnalysisFolder::tcmPath(analyses, "A1")), before);
     }
 
     void readOnlyParentIsRefusedCleanly()
     {
         QTemporaryDir dir;
-        const QString analyses = dir.filePath(QStringLiteral("Analyses"));
+        const QString analyses = dir.filePath("Analyses");
         QVERIFY(QDir().mkpath(analyses));
         QFile::setPermissions(analyses, QFile::ReadOwner | QFile::ExeOwner);
         if (QFileInfo(analyses).isWritable())
             QSKIP("running with rights that ignore permissions");
         QString error;
-        QVERIFY(!TAnalysisFolder::write(smallRun(TSyntheticRun::FullScan), analyses, QStringLiteral("A"), &error));
+        QVERIFY(!TAnalysisFolder::write(smallRun(TSyntheticRun::FullScan), analyses, "A", &error));
         QVERIFY(!error.isEmpty());
         QFile::setPermissions(analyses, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QVERIFY(entries(analyses).isEmpty());
@@ -155,13 +147,13 @@ private slots:
     {
         TCMFileRegistry::clear();
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("run.tcm"));
+        const QString path = dir.filePath("run.tcm");
         QVERIFY(!TCMFileRegistry::file(path));
         QVERIFY(TCMFile::save(path, smallRun(TSyntheticRun::FullScan, 50)));
 
         TCMFile* first = TCMFileRegistry::file(path);
         QVERIFY(first);
-        QCOMPARE(TCMFileRegistry::file(dir.filePath(QStringLiteral("./run.tcm"))), first);
+        QCOMPARE(TCMFileRegistry::file(dir.filePath("./run.tcm")), first);
         QVERIFY(first->loadContent(-1, -1, 0, 49));
         TCMFileRegistry::release(path);
         QVERIFY(!first->isLoaded());
@@ -174,10 +166,7 @@ private slots:
         QVERIFY(second);
         QCOMPARE(second->nbScans(), 80);
 
-        QFile damaged(path);
-        QVERIFY(damaged.open(QIODevice::WriteOnly));
-        damaged.write("not an acquisition");
-        damaged.close();
+        QVERIFY(writeAll(path, "not an acquisition"));
         QVERIFY(!TCMFileRegistry::file(path));
         QVERIFY(QFile::remove(path));
         QVERIFY(!TCMFileRegistry::file(path));

@@ -1,3 +1,5 @@
+#include "testfiles.h"
+
 #include <tacquisitionrun.h>
 #include <tcmfile.h>
 #include <tdescriptionacquisition.h>
@@ -21,19 +23,6 @@ quint32 crc32(const unsigned char* data, int size)
             crc = (crc & 1u) ? 0xEDB88320u ^ (crc >> 1) : crc >> 1;
     }
     return crc ^ 0xFFFFFFFFu;
-}
-
-QByteArray readAll(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void writeAll(const QString& path, const QByteArray& bytes)
-{
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(f.write(bytes), qint64(bytes.size()));
 }
 
 // Patches a header field and keeps the header checksum right, so that the
@@ -214,11 +203,7 @@ private slots:
         TCMFile::Spectrum spectrum;
         for (int s : {0, 1, run.scanCount() / 2, run.scanCount() - 1}) {
             QCOMPARE(file.allIonsAtScan(&spectrum, s), run.pointsAtScan(s));
-            auto it = spectrum.cbegin();
-            for (int p = 0; p < run.pointsAtScan(s); ++p, ++it) {
-                QCOMPARE(it->first, (unsigned long)run.massesAtScan(s)[p]);
-                QCOMPARE(it->second, expectedAbundance(run.abundancesAtScan(s)[p]));
-            }
+            QVERIFY(spectrum == referenceAverage(run, s, s)); // one scan: its own rounded points
         }
         const int first = run.scanCount() / 3;
         const int last = first + 57;
@@ -239,7 +224,6 @@ private slots:
         TDescriptionAcquisition description;
         QVERIFY(description.load(QFileInfo(tcm).dir().filePath("acquisition.xml")));
         QVERIFY(description == TDescriptionAcquisition::fromRun(run));
-        QCOMPARE(description.acquisitionSystem(), run.acquisitionSystem);
         if (kind == TSyntheticRun::MSMS) {
             QCOMPARE(run.acquisitionSystem, quint32(768));
             QVERIFY(run.transitions.contains(qMakePair(412.0f, 191.0f)));
@@ -251,7 +235,6 @@ private slots:
     void massWindows()
     {
         TCMFile file(m_full);
-        QVERIFY(!file.mzRangeExist(56.5f, 57.5f) || file.isOpen());
         QVERIFY(file.mzRangeExist(float(file.lowMass()), float(file.lowMass())));
         QVERIFY(!file.mzRangeExist(float(file.highMass()) + 1, float(file.highMass()) + 5));
         QVERIFY(!file.mzRangeExist(100, 50));
@@ -341,8 +324,8 @@ private slots:
         TCMFile::Spectrum s;
         QCOMPARE(g.allIonsAtScan(&s, 1), 0);
         QCOMPARE(g.averageAtScanRange(&s, 0, 2), 2);
-        QCOMPARE(s[5700], 7ul);  // (10 + 0 + 10) / 3 rounded
-        QCOMPARE(s[7100], 7ul);  // 20 / 3 rounded
+        QCOMPARE(s[5700], 7ul); // (10 + 0 + 10) / 3 rounded
+        QCOMPARE(s[7100], 7ul); // 20 / 3 rounded
 
         // Inconsistent runs are not written, and nothing is left behind.
         TAcquisitionRun bad = gaps;
@@ -360,14 +343,14 @@ private slots:
         const QString cut = path("cut.tcm");
         // Every cut of the header and then a cut every 997 bytes.
         for (int size = 0; size < bytes.size(); size += size < 160 ? 1 : 997) {
-            writeAll(cut, bytes.left(size));
+            QVERIFY(writeAll(cut, bytes.left(size)));
             TCMFile file(cut);
             QVERIFY2(!file.isOpen(), qPrintable(QString("opened a file cut at %1").arg(size)));
             QVERIFY(!file.loadContent(-1, -1, 0, 0));
             QCOMPARE(file.nbScans(), -1);
         }
         // Bytes added at the end are refused too: the size is part of the header.
-        writeAll(cut, bytes + QByteArray(8, '\0'));
+        QVERIFY(writeAll(cut, bytes + QByteArray(8, '\0')));
         QVERIFY(!TCMFile(cut).isOpen());
         QVERIFY(!TCMFile(path("missing.tcm")).isOpen());
     }
@@ -377,9 +360,8 @@ private slots:
         const QByteArray bytes = readAll(m_full);
         const QString bad = path("bad.tcm");
         auto refused = [&](const QByteArray& content, const char* expected) {
-            writeAll(bad, content);
-            TCMFile file(bad);
-            if (file.isOpen())
+            TCMFile file;
+            if (!writeAll(bad, content) || file.open(bad))
                 return false;
             return QString(expected).isEmpty() || file.errorString().contains(QLatin1String(expected));
         };
@@ -417,10 +399,10 @@ private slots:
         // Scan 10 points past the data: the header is fine, loading refuses.
         QByteArray past = bytes;
         put<quint64>(past, index + 10 * 16, field<quint64>(bytes, 32));
-        writeAll(bad, past);
+        QVERIFY(writeAll(bad, past));
         TCMFile file(bad);
         QVERIFY(file.isOpen());
-        QVERIFY(file.loadContent(-1, -1, 0, 9));  // scans before it are usable
+        QVERIFY(file.loadContent(-1, -1, 0, 9)); // scans before it are usable
         QVERIFY(!file.loadContent(-1, -1, 0, 20));
         QVERIFY(file.errorString().contains("outside"));
         QVERIFY(!file.verify());
@@ -428,14 +410,14 @@ private slots:
         // A huge count.
         QByteArray huge = bytes;
         put<quint32>(huge, index + 3 * 16 + 8, 0xFFFFFFF0u);
-        writeAll(bad, huge);
+        QVERIFY(writeAll(bad, huge));
         QVERIFY(file.open(bad));
         QVERIFY(!file.loadContent(-1, -1, 3, 3));
 
         // Scan 5 overlapping scan 4.
         QByteArray overlap = bytes;
         put<quint64>(overlap, index + 5 * 16, field<quint64>(bytes, int(index + 4 * 16)) + 1);
-        writeAll(bad, overlap);
+        QVERIFY(writeAll(bad, overlap));
         QVERIFY(file.open(bad));
         QVERIFY(!file.loadContent(-1, -1, 0, 10));
         QVERIFY(file.errorString().contains("overlaps"));
@@ -446,7 +428,7 @@ private slots:
         QByteArray disorder = bytes;
         const quint64 firstPoint = field<quint64>(bytes, int(index + 2 * 16));
         put<quint32>(disorder, keys + firstPoint * 4, 0xFFFFFFFFu);
-        writeAll(bad, disorder);
+        QVERIFY(writeAll(bad, disorder));
         QVERIFY(file.open(bad));
         QVERIFY(file.loadContent(-1, -1, 0, file.nbScans() - 1));
         TCMFile::Spectrum spectrum;

@@ -1,3 +1,5 @@
+#include "testfiles.h"
+
 #include <tacquisitionrun.h>
 #include <tcmfile.h>
 #include <tdescriptionacquisition.h>
@@ -18,9 +20,7 @@ private:
     QString write(const QString& name, const QByteArray& content)
     {
         const QString path = m_dir.filePath(name);
-        QFile f(path);
-        if (f.open(QIODevice::WriteOnly))
-            f.write(content);
+        writeAll(path, content);
         return path;
     }
 
@@ -82,18 +82,18 @@ private slots:
                                         << "version <b>9</b>" << "version <b>9</b>";
         QTest::newRow("bad scans") << QByteArray("<acquisition><scans>many</scans></acquisition>")
                                    << "<b>many</b> of <b>scans</b>" << "<b>many</b> de <b>scans</b>";
-        QTest::newRow("fractional scans") << QByteArray("<acquisition><scans>2.5</scans></acquisition>")
-                                          << "<b>scans</b>" << "<b>scans</b>";
-        QTest::newRow("negative mass") << QByteArray("<acquisition><lowMass>-3</lowMass></acquisition>")
-                                       << "<b>lowMass</b>" << "<b>lowMass</b>";
+        QTest::newRow("fractional scans") << QByteArray("<acquisition><scans>2.5</scans></acquisition>") << "<b>scans</b>"
+                                          << "<b>scans</b>";
+        QTest::newRow("negative mass") << QByteArray("<acquisition><lowMass>-3</lowMass></acquisition>") << "<b>lowMass</b>"
+                                       << "<b>lowMass</b>";
         QTest::newRow("bad date") << QByteArray("<acquisition><date>yesterday</date></acquisition>") << "<b>date</b>"
                                   << "<b>date</b>";
-        QTest::newRow("reversed times")
-            << QByteArray("<acquisition><startTime>10</startTime><endTime>5</endTime></acquisition>")
-            << "ends before it starts" << "finit avant de commencer";
-        QTest::newRow("unnamed signal")
-            << QByteArray("<acquisition><signals><signal><name> </name></signal></signals></acquisition>")
-            << "has no name" << "n'a pas de nom";
+        QTest::newRow("reversed times") << QByteArray(
+            "<acquisition><startTime>10</startTime><endTime>5</endTime></acquisition>")
+                                        << "ends before it starts" << "finit avant de commencer";
+        QTest::newRow("unnamed signal") << QByteArray(
+            "<acquisition><signals><signal><name> </name></signal></signals></acquisition>")
+                                        << "has no name" << "n'a pas de nom";
         QTest::newRow("bad transition") << QByteArray("<acquisition><transitions><transition><parent>414</parent>"
                                                       "<daughter>x</daughter></transition></transitions></acquisition>")
                                         << "<b>414->x</b>" << "<b>414->x</b>";
@@ -105,7 +105,7 @@ private slots:
         QFETCH(QString, english);
         QFETCH(QString, french);
         const QString path = write("bad.xml", content);
-        for (const QString& language : {QStringLiteral("en"), QStringLiteral("fr")}) {
+        for (const QString language : {"en", "fr"}) {
             TTranslator::install(language);
             TRecordingLogger logger;
             TDescriptionAcquisition d;
