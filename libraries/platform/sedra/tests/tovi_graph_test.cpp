@@ -1,12 +1,9 @@
 #include "tovi_testdatabase.h"
 
 #include <tabstractmapper.h>
-#include <ttovialiasmapper.h>
 #include <ttovibatch.h>
 #include <ttovigraph.h>
-#include <ttovigraphmapper.h>
 #include <ttovioverlay.h>
-#include <ttovioverlaymapper.h>
 
 #include <vnobject2tovigraph.h>
 #include <vnobject2tovioverlay.h>
@@ -61,24 +58,21 @@ void TestToviGraph::initTestCase()
 void TestToviGraph::graphsAreNumberedFileRecordsUnderTheWorkingPath()
 {
     const QString path = folder();
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
-    QVERIFY(graphs);
-    TToviGraph* first = graphs->createGraph(QString());
-    TToviGraph* second = graphs->createGraph(QString());
-    TToviGraph* named = graphs->createGraph(QStringLiteral("../../escape me"));
+    ToviKinds db(DatabaseToviUser, path, &m_factory);
+    QVERIFY(db.graphs && db.overlays);
+    TToviGraph* first = db.graphs->createGraph(QString());
+    TToviGraph* second = db.graphs->createGraph(QString());
+    TToviGraph* named = db.graphs->createGraph(QStringLiteral("../../escape me"));
     QVERIFY(first && second && named);
     QVERIFY(first->identifier() != second->identifier());
     QCOMPARE(first->name(), first->identifier());
-    QCOMPARE(first->number(), 1);
-    QCOMPARE(second->number(), 2);
-    QCOMPARE(named->number(), 3);
-    QVERIFY(!graphs->createGraph(QStringLiteral("../../escape me")));
+    QCOMPARE((QList<int>{first->number(), second->number(), named->number()}), (QList<int>{1, 2, 3}));
+    QVERIFY(!db.graphs->createGraph(QStringLiteral("../../escape me")));
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeGraph), 3);
     // Every drawing lies in the graph folder under the working path, even for
     // an identifier that tries to climb out of it.
     const QString root = QDir(path).filePath(VNObject2ToviGraph::folderName()) + QLatin1Char('/');
-    for (const TToviGraph* g : graphs->graphList()) {
+    for (const TToviGraph* g : db.graphs->graphList()) {
         QVERIFY2(g->relativePath().startsWith(VNObject2ToviGraph::folderName() + QLatin1Char('/')),
                  qPrintable(g->relativePath()));
         QCOMPARE(g->relativeFolderPath(), VNObject2ToviGraph::folderName());
@@ -88,16 +82,16 @@ void TestToviGraph::graphsAreNumberedFileRecordsUnderTheWorkingPath()
     }
     // The file depends on the identifier only: two databases of one working
     // folder name one file for one graph.
-    ToviTestDatabase merged(DatabaseToviMerged, path, &m_factory);
-    TToviGraph* copy = merged.get<TToviGraphMapper>(VNObjectTypeGraph)->createGraph(first->identifier());
+    ToviKinds merged(DatabaseToviMerged, path, &m_factory);
+    TToviGraph* copy = merged.graphs->createGraph(first->identifier());
     QVERIFY(copy);
     QCOMPARE(drawingOf(copy), drawingOf(first));
     QCOMPARE(copy->number(), 1);
     // Numbers go on after the largest one, also after a removal.
-    QVERIFY(graphs->remove(first->object(), true, true));
-    QCOMPARE(graphs->createGraph(QString())->number(), 4);
+    QVERIFY(db.graphs->remove(first->object(), true, true));
+    QCOMPARE(db.graphs->createGraph(QString())->number(), 4);
     // The generic creation of the storage makes the same records.
-    QVERIFY(dynamic_cast<TToviGraph*>(graphs->create(QString())));
+    QVERIFY(dynamic_cast<TToviGraph*>(db.graphs->create(QString())));
 }
 
 void TestToviGraph::graphInformationKeepsItsFieldsAcrossReload()
@@ -106,8 +100,8 @@ void TestToviGraph::graphInformationKeepsItsFieldsAcrossReload()
     QString id;
     TToviGraph::GraphInformation info;
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-        TToviGraph* g = db.get<TToviGraphMapper>(VNObjectTypeGraph)->createGraph(QString());
+        ToviKinds db(DatabaseToviUser, path, &m_factory);
+        TToviGraph* g = db.graphs->createGraph(QString());
         info.toviName = QStringLiteral("Pr/n-C17 vs Ph/n-C18");
         info.number = 77; // kept by the storage, not taken from here
         info.literatureReference = QStringLiteral("Shanmugam 1985; \"AAPG Bulletin\"");
@@ -123,8 +117,8 @@ void TestToviGraph::graphInformationKeepsItsFieldsAcrossReload()
         QVERIFY(db.headerDb()->saveObjectToFile(g, true));
         id = g->identifier();
     }
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    TToviGraph* g = db.get<TToviGraphMapper>(VNObjectTypeGraph)->graph(id);
+    ToviKinds db(DatabaseToviUser, path, &m_factory);
+    TToviGraph* g = db.graphs->graph(id);
     QVERIFY(g);
     info.number = 1;
     QCOMPARE(fieldsOf(g->getGraphInformation()), fieldsOf(info));
@@ -145,47 +139,43 @@ void TestToviGraph::overlaysBelongToTheirGraph()
     const QString path = folder();
     QString graphId;
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-        auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
-        auto* overlays = db.get<TToviOverlayMapper>(VNObjectTypeOverlay);
-        TToviGraph* g = graphs->createGraph(QString());
-        TToviGraph* other = graphs->createGraph(QString());
+        ToviKinds db(DatabaseToviUser, path, &m_factory);
+        TToviGraph* g = db.graphs->createGraph(QString());
+        TToviGraph* other = db.graphs->createGraph(QString());
         graphId = g->identifier();
-        TToviOverlay* o1 = overlays->overlayCreate(g->graph(), QString());
-        TToviOverlay* o2 = overlays->overlayCreate(g->graph(), QStringLiteral("immature zone"));
+        TToviOverlay* o1 = db.overlays->overlayCreate(g->graph(), QString());
+        TToviOverlay* o2 = db.overlays->overlayCreate(g->graph(), QStringLiteral("immature zone"));
         QVERIFY(o1 && o2);
-        QVERIFY(overlays->overlayCreate(other->graph(), QString()));
-        QVERIFY(!overlays->overlayCreate(g->graph(), QStringLiteral("immature zone")));
-        QVERIFY(!overlays->overlayCreate(nullptr, QString()));
-        QVERIFY(!overlays->create(QStringLiteral("x")));
+        QVERIFY(db.overlays->overlayCreate(other->graph(), QString()));
+        QVERIFY(!db.overlays->overlayCreate(g->graph(), QStringLiteral("immature zone")));
+        QVERIFY(!db.overlays->overlayCreate(nullptr, QString()));
+        QVERIFY(!db.overlays->create(QStringLiteral("x")));
         // A graph of another database is not ours.
-        ToviTestDatabase foreign(DatabaseToviMerged, path, &m_factory);
-        TToviGraph* theirs = foreign.get<TToviGraphMapper>(VNObjectTypeGraph)->createGraph(QString());
-        QVERIFY(!overlays->overlayCreate(theirs->graph(), QString()));
+        ToviKinds foreign(DatabaseToviMerged, path, &m_factory);
+        TToviGraph* theirs = foreign.graphs->createGraph(QString());
+        QVERIFY(!db.overlays->overlayCreate(theirs->graph(), QString()));
         QCOMPARE(o1->getParent(), g);
         QCOMPARE(o2->relativeFolderPath(), VNObject2ToviGraph::folderName() + QLatin1Char('/') + g->identifier());
         o2->setEquation(QStringLiteral("y = 2x + 1"));
         o2->setToVIName(QStringLiteral("Immature"));
         QVERIFY(db.headerDb()->saveObjectToFile(o2, true));
-        QCOMPARE(overlays->overlaysOf(g->graph()), QList<const VNObject2*>({o1->object(), o2->object()}));
+        QCOMPARE(db.overlays->overlaysOf(g->graph()), QList<const VNObject2*>({o1->object(), o2->object()}));
         QCOMPARE(TAbstractMapper::getObjectChildLst(g->graph(), VNObjectTypeOverlay).size(), 2);
-        QCOMPARE(overlays->overlayList().size(), 3);
+        QCOMPARE(db.overlays->overlayList().size(), 3);
     }
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
-    auto* overlays = db.get<TToviOverlayMapper>(VNObjectTypeOverlay);
-    TToviGraph* g = graphs->graph(graphId);
+    ToviKinds db(DatabaseToviUser, path, &m_factory);
+    TToviGraph* g = db.graphs->graph(graphId);
     QVERIFY(g);
-    QCOMPARE(overlays->overlaysOf(g->graph()).size(), 2);
-    TToviOverlay* o2 = overlays->overlay(QStringLiteral("immature zone"));
+    QCOMPARE(db.overlays->overlaysOf(g->graph()).size(), 2);
+    TToviOverlay* o2 = db.overlays->overlay(QStringLiteral("immature zone"));
     QVERIFY(o2);
     QCOMPARE(o2->graph(), g->graph());
     QCOMPARE(o2->getEquation(), QStringLiteral("y = 2x + 1"));
     QCOMPARE(o2->getToVIName(), QStringLiteral("Immature"));
-    QCOMPARE(overlays->overlay(o2->object()), o2);
+    QCOMPARE(db.overlays->overlay(o2->object()), o2);
     // Removing the graph removes its overlays, in memory and in the file.
-    QVERIFY(graphs->remove(g->graph(), true, true));
-    QCOMPARE(overlays->overlayList().size(), 1);
+    QVERIFY(db.graphs->remove(g->graph(), true, true));
+    QCOMPARE(db.overlays->overlayList().size(), 1);
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeOverlay), 1);
 }
 
@@ -194,16 +184,13 @@ void TestToviGraph::syncDropsRecordsWithoutDrawing()
     const QString path = folder();
     QString keptId, lostId, keptOverlay, lostOverlay, orphanOverlay;
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-        auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
-        auto* overlays = db.get<TToviOverlayMapper>(VNObjectTypeOverlay);
-        auto* aliases = db.get<TToviAliasMapper>(VNObjectTypeAlias);
-        TToviGraph* kept = graphs->createGraph(QString());
-        TToviGraph* lost = graphs->createGraph(QString());
-        TToviOverlay* ok = overlays->overlayCreate(kept->graph(), QString());
-        TToviOverlay* noFile = overlays->overlayCreate(kept->graph(), QString());
-        TToviOverlay* ofLost = overlays->overlayCreate(lost->graph(), QString());
-        QVERIFY(aliases->aliasCreate(lost->graph(), QStringLiteral("masterName"), QStringLiteral("V"),
+        ToviKinds db(DatabaseToviUser, path, &m_factory);
+        TToviGraph* kept = db.graphs->createGraph(QString());
+        TToviGraph* lost = db.graphs->createGraph(QString());
+        TToviOverlay* ok = db.overlays->overlayCreate(kept->graph(), QString());
+        TToviOverlay* noFile = db.overlays->overlayCreate(kept->graph(), QString());
+        TToviOverlay* ofLost = db.overlays->overlayCreate(lost->graph(), QString());
+        QVERIFY(db.aliases->aliasCreate(lost->graph(), QStringLiteral("masterName"), QStringLiteral("V"),
                                      QStringLiteral("lost graph")));
         QVERIFY(writeFile(drawingOf(kept), "<graph/>"));
         QVERIFY(writeFile(drawingOf(ok), "<graph/>"));
@@ -219,21 +206,21 @@ void TestToviGraph::syncDropsRecordsWithoutDrawing()
         QVERIFY(connector->graphOverlaySync());
         QCOMPARE(QSet<QString>(connector->lastSyncReport().removed.begin(), connector->lastSyncReport().removed.end()),
                  QSet<QString>({lostId, lostOverlay, orphanOverlay}));
-        QVERIFY(graphs->graph(keptId));
-        QVERIFY(!graphs->graph(lostId));
-        QCOMPARE(overlays->overlayList().size(), 1);
-        QVERIFY(aliases->aliasList().isEmpty());
+        QVERIFY(db.graphs->graph(keptId));
+        QVERIFY(!db.graphs->graph(lostId));
+        QCOMPARE(db.overlays->overlayList().size(), 1);
+        QVERIFY(db.aliases->aliasList().isEmpty());
         // The files are left as they were (another database may name them).
         QVERIFY(QFileInfo(drawingOf(ok)).isFile());
         // Agreeing records and files: nothing more to do.
         QVERIFY(connector->graphOverlaySync());
         QVERIFY(connector->lastSyncReport().removed.isEmpty());
     }
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
+    ToviKinds db(DatabaseToviUser, path, &m_factory);
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeGraph), 1);
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeOverlay), 1);
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeAlias), 0);
-    QVERIFY(db.get<TToviOverlayMapper>(VNObjectTypeOverlay)->overlay(keptOverlay));
+    QVERIFY(db.overlays->overlay(keptOverlay));
 }
 
 void TestToviGraph::syncOnTheFileAloneAndOnTamperedPaths()
@@ -241,11 +228,10 @@ void TestToviGraph::syncOnTheFileAloneAndOnTamperedPaths()
     const QString path = folder();
     QString good, bad, climbing;
     {
-        ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-        auto* graphs = db.get<TToviGraphMapper>(VNObjectTypeGraph);
-        TToviGraph* a = graphs->createGraph(QString());
-        TToviGraph* b = graphs->createGraph(QString());
-        TToviGraph* c = graphs->createGraph(QString());
+        ToviKinds db(DatabaseToviUser, path, &m_factory);
+        TToviGraph* a = db.graphs->createGraph(QString());
+        TToviGraph* b = db.graphs->createGraph(QString());
+        TToviGraph* c = db.graphs->createGraph(QString());
         QVERIFY(writeFile(drawingOf(a), "<graph/>"));
         QVERIFY(writeFile(drawingOf(c), "<graph/>"));
         good = a->identifier();
@@ -270,26 +256,26 @@ void TestToviGraph::syncOnTheFileAloneAndOnTamperedPaths()
              QSet<QString>({bad, climbing}));
     QCOMPARE(rowsOfKind(file, VNObjectTypeGraph), 1);
     QVERIFY(QFileInfo(outside).isFile());
-    ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
-    QVERIFY(db.get<TToviGraphMapper>(VNObjectTypeGraph)->graph(good));
-    QCOMPARE(db.get<TToviGraphMapper>(VNObjectTypeGraph)->count(), 1);
+    ToviKinds db(DatabaseToviUser, path, &m_factory);
+    QVERIFY(db.graphs->graph(good));
+    QCOMPARE(db.graphs->count(), 1);
 }
 
 void TestToviGraph::syncRefusesToChangeAReadOnlyDatabase()
 {
     const QString path = folder();
     {
-        ToviTestDatabase db(DatabaseToviDelivered, path, &m_factory);
-        TToviGraph* g = db.get<TToviGraphMapper>(VNObjectTypeGraph)->createGraph(QString());
+        ToviKinds db(DatabaseToviDelivered, path, &m_factory);
+        TToviGraph* g = db.graphs->createGraph(QString());
         QVERIFY(g);
-        QVERIFY(db.get<TToviGraphMapper>(VNObjectTypeGraph)->createGraph(QString()));
+        QVERIFY(db.graphs->createGraph(QString()));
         QVERIFY(writeFile(drawingOf(g), "<graph/>"));
     }
-    ToviTestDatabase db(DatabaseToviDelivered, path, &m_factory, true);
+    ToviKinds db(DatabaseToviDelivered, path, &m_factory, true);
     QVERIFY(db.opened);
     QVERIFY(!db.tovi()->graphOverlaySync());
     QVERIFY(!db.tovi()->lastSyncReport().error.isEmpty());
-    QCOMPARE(db.get<TToviGraphMapper>(VNObjectTypeGraph)->count(), 2);
+    QCOMPARE(db.graphs->count(), 2);
     QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeGraph), 2);
     // Without a header file there is nothing to agree with.
     THeaderToviConnector closed;
@@ -300,10 +286,10 @@ void TestToviGraph::copyContentBringsTheDrawing()
 {
     const QString sourcePath = folder();
     const QString targetPath = folder();
-    ToviTestDatabase source(DatabaseToviUser, sourcePath, &m_factory);
-    ToviTestDatabase target(DatabaseToviMerged, targetPath, &m_factory);
-    auto* from = source.get<TToviGraphMapper>(VNObjectTypeGraph);
-    auto* to = target.get<TToviGraphMapper>(VNObjectTypeGraph);
+    ToviKinds source(DatabaseToviUser, sourcePath, &m_factory);
+    ToviKinds target(DatabaseToviMerged, targetPath, &m_factory);
+    auto* from = source.graphs;
+    auto* to = target.graphs;
     QVERIFY(to->createGraph(QString()));
     TToviGraph* g = from->createGraph(QString());
     TToviGraph::GraphInformation info;
@@ -313,7 +299,7 @@ void TestToviGraph::copyContentBringsTheDrawing()
     g->setGraphInformation(info);
     const QByteArray drawing("<graph><axis>C27</axis><axis>C28</axis><axis>C29</axis></graph>");
     QVERIFY(writeFile(drawingOf(g), drawing));
-    TToviOverlay* o = source.get<TToviOverlayMapper>(VNObjectTypeOverlay)->overlayCreate(g->graph(), QString());
+    TToviOverlay* o = source.overlays->overlayCreate(g->graph(), QString());
     o->setEquation(QStringLiteral("no equation in model"));
     QVERIFY(writeFile(drawingOf(o), "<overlay/>"));
 
@@ -329,7 +315,7 @@ void TestToviGraph::copyContentBringsTheDrawing()
     QCOMPARE(written.readAll(), drawing);
     QVERIFY(drawingOf(copy).startsWith(targetPath));
     TToviOverlay* overlayCopy =
-        target.get<TToviOverlayMapper>(VNObjectTypeOverlay)->overlayCreate(copy->graph(), o->identifier());
+        target.overlays->overlayCreate(copy->graph(), o->identifier());
     QVERIFY(overlayCopy->copyContent(o));
     QCOMPARE(overlayCopy->getEquation(), QStringLiteral("no equation in model"));
     QVERIFY(QFileInfo(drawingOf(overlayCopy)).isFile());

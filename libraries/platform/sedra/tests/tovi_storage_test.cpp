@@ -2,16 +2,11 @@
 
 #include <tdbtransaction.h>
 #include <ttovialias.h>
-#include <ttovialiasmapper.h>
 #include <ttovibatch.h>
 #include <ttovicompound.h>
-#include <ttovicompoundmapper.h>
 #include <ttovieic.h>
-#include <ttovieicmapper.h>
 #include <ttovijoint.h>
-#include <ttovijointmapper.h>
 #include <ttoviratio.h>
-#include <ttoviratiomapper.h>
 
 #include <trecordinglogger.h>
 #include <ttranslator.h>
@@ -51,22 +46,15 @@ std::unique_ptr<TToviCompound> model(const QString& masterName, const QString& t
     return made;
 }
 
-// A reference database with its record kinds at hand.
-struct Reference : ToviTestDatabase
+struct Reference : ToviKinds
 {
-    using ToviTestDatabase::ToviTestDatabase;
+    using ToviKinds::ToviKinds;
 
     // A compound made from a model with these names, under `id`.
     TToviCompound* compound(const QString& id, const QString& masterName, const QString& toviKey) const
     {
         return compounds->createCompound(model(masterName, toviKey).get(), id);
     }
-
-    TToviCompoundMapper* compounds = get<TToviCompoundMapper>(VNObjectTypeCompound);
-    TToviRatioMapper* ratios = get<TToviRatioMapper>(VNObjectTypeRatio);
-    TToviEICMapper* ions = get<TToviEICMapper>(VNObjectTypeIon);
-    TToviJointMapper* joints = get<TToviJointMapper>(VNObjectTypeJoint);
-    TToviAliasMapper* aliases = get<TToviAliasMapper>(VNObjectTypeAlias);
 };
 
 // A ratio with only its key, master name and display order.

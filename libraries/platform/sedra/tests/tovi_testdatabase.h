@@ -4,6 +4,13 @@
 
 #include <theadertoviconnector.h>
 #include <tmapperfactory.h>
+#include <ttovialiasmapper.h>
+#include <ttovicompoundmapper.h>
+#include <ttovieicmapper.h>
+#include <ttovigraphmapper.h>
+#include <ttovijointmapper.h>
+#include <ttovioverlaymapper.h>
+#include <ttoviratiomapper.h>
 
 // A reference database as the module makes one: a folder, the shared mapper
 // factory, a reference connector, the header bound and read back.
@@ -44,4 +51,19 @@ public:
 
 private:
     bool m_ownConnector;
+};
+
+// The same database with each reference kind's mapper at hand (read once the
+// database has its factory).
+struct ToviKinds : ToviTestDatabase
+{
+    using ToviTestDatabase::ToviTestDatabase;
+
+    Sedra::TToviCompoundMapper* compounds = get<Sedra::TToviCompoundMapper>(VNObjectTypeCompound);
+    Sedra::TToviRatioMapper* ratios = get<Sedra::TToviRatioMapper>(VNObjectTypeRatio);
+    Sedra::TToviEICMapper* ions = get<Sedra::TToviEICMapper>(VNObjectTypeIon);
+    Sedra::TToviJointMapper* joints = get<Sedra::TToviJointMapper>(VNObjectTypeJoint);
+    Sedra::TToviAliasMapper* aliases = get<Sedra::TToviAliasMapper>(VNObjectTypeAlias);
+    Sedra::TToviGraphMapper* graphs = get<Sedra::TToviGraphMapper>(VNObjectTypeGraph);
+    Sedra::TToviOverlayMapper* overlays = get<Sedra::TToviOverlayMapper>(VNObjectTypeOverlay);
 };
