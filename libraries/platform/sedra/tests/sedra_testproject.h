@@ -5,7 +5,12 @@
 // connection of the test's own.
 
 #include <databasetype.h>
+#include <tanalysismapper.h>
 #include <tdatabase.h>
+#include <tdatasetmapper.h>
+#include <tsignalmapper.h>
+#include <tvariablemapper.h>
+#include <twellmapper.h>
 #include <theaderconnector.h>
 #include <theaderdatabase.h>
 #include <vnmapperfactory.h>
@@ -52,6 +57,11 @@ struct TestProject
     {
         return dynamic_cast<Mapper*>(db->mapper(type));
     }
+    Sedra::TAnalysisMapper* analyses() const { return mapper<Sedra::TAnalysisMapper>(VNObjectTypeAnalysis); }
+    Sedra::TSignalMapper* signalMapper() const { return mapper<Sedra::TSignalMapper>(VNObjectTypeSignal); }
+    Sedra::TWellMapper* wells() const { return mapper<Sedra::TWellMapper>(VNObjectTypeWell); }
+    Sedra::TDatasetMapper* datasets() const { return mapper<Sedra::TDatasetMapper>(VNObjectTypeDataset); }
+    Sedra::TVariableMapper* variables() const { return mapper<Sedra::TVariableMapper>(VNObjectTypeVariable); }
 
     QString headerFile() const
     {

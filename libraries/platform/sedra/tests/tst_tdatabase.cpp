@@ -72,10 +72,9 @@ void TestDatabase::synchronizeRegistersAndKeepsMissing()
     const QDir root(dir.path());
     {
         TestProject p(dir.path());
-        auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-        QVERIFY(analyses->createAnalysis(QStringLiteral("Kept")));
-        QVERIFY(analyses->createAnalysis(QStringLiteral("Gone")));
-        QVERIFY(p.db->objectFolderPath(analyses->get(QStringLiteral("Kept")), true).endsWith("Analyses/Kept"));
+        QVERIFY(p.analyses()->createAnalysis(QStringLiteral("Kept")));
+        QVERIFY(p.analyses()->createAnalysis(QStringLiteral("Gone")));
+        QVERIFY(p.db->objectFolderPath(p.analyses()->get(QStringLiteral("Kept")), true).endsWith("Analyses/Kept"));
     }
     // Found on disk: two analysis folders nobody registered, and a stray file.
     QVERIFY(root.mkpath(QStringLiteral("Analyses/Core 3")));
@@ -89,10 +88,9 @@ void TestDatabase::synchronizeRegistersAndKeepsMissing()
         TestProject p(dir.path());
         p.db->synchronizeSQLRoot();
         const TSyncReport& report = p.db->lastSynchronization();
-        auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
         if (language == QLatin1String("en")) {
             QCOMPARE(report.registered, (QStringList{QStringLiteral("Core 3"), QStringLiteral("Huile brute é")}));
-            auto* core = dynamic_cast<TFileObject*>(analyses->record(QStringLiteral("Core 3")));
+            auto* core = dynamic_cast<TFileObject*>(p.analyses()->record(QStringLiteral("Core 3")));
             QVERIFY(core);
             QCOMPARE(core->relativePath(), QStringLiteral("Analyses/Core 3/Core 3.tcm"));
             QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeAnalysis), 4);
@@ -104,8 +102,8 @@ void TestDatabase::synchronizeRegistersAndKeepsMissing()
         }
         // The analysis whose folder vanished is reported, every time, and kept.
         QCOMPARE(report.missing, QStringList{QStringLiteral("Gone")});
-        QVERIFY(analyses->exists(QStringLiteral("Gone")));
-        QCOMPARE(analyses->count(), 4);
+        QVERIFY(p.analyses()->exists(QStringLiteral("Gone")));
+        QCOMPARE(p.analyses()->count(), 4);
         const QString missing = language == QLatin1String("en") ? QStringLiteral("The folder of analysis <b>Gone</b> is missing")
                                                                 : QStringLiteral("Le dossier de l'analyse <b>Gone</b> est introuvable");
         const QStringList warnings = logger.messages(MessageLoggerInterface::LevelWarning);
@@ -116,8 +114,7 @@ void TestDatabase::synchronizeRegistersAndKeepsMissing()
     // A folder whose name an analysis elsewhere already has is not taken over.
     {
         TestProject p(dir.path());
-        auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-        QVERIFY(analyses->createAnalysisInFolder(QStringLiteral("Twin"), QStringLiteral("Analyses/Elsewhere"), true));
+        QVERIFY(p.analyses()->createAnalysisInFolder(QStringLiteral("Twin"), QStringLiteral("Analyses/Elsewhere"), true));
         QVERIFY(root.mkpath(QStringLiteral("Analyses/Twin")));
         // Names another system reads as a drive or a separator are not stored.
         QVERIFY(root.mkpath(QStringLiteral("Analyses/C:run")));
@@ -127,8 +124,8 @@ void TestDatabase::synchronizeRegistersAndKeepsMissing()
         QCOMPARE(p.db->lastSynchronization().skipped,
                  (QStringList{QStringLiteral("C:run"), QStringLiteral("Twin"), QStringLiteral("back\\slash")}));
         QVERIFY(p.db->lastSynchronization().registered.isEmpty());
-        QVERIFY(!analyses->exists(QStringLiteral("C:run")));
-        QCOMPARE(dynamic_cast<TFileObject*>(analyses->record(QStringLiteral("Twin")))->relativeFolderPath(),
+        QVERIFY(!p.analyses()->exists(QStringLiteral("C:run")));
+        QCOMPARE(dynamic_cast<TFileObject*>(p.analyses()->record(QStringLiteral("Twin")))->relativeFolderPath(),
                  QStringLiteral("Analyses/Elsewhere"));
     }
 }
@@ -146,12 +143,12 @@ void TestDatabase::synchronizeAskedBeforeMappersWaitsForThem()
     QVERIFY(p.db->lastSynchronization().registered.isEmpty());
     p.db->setMapperFactory(&TestProject::factory());
     QCOMPARE(p.db->lastSynchronization().registered, QStringList{QStringLiteral("Early")});
-    QVERIFY(p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis)->exists(QStringLiteral("Early")));
+    QVERIFY(p.analyses()->exists(QStringLiteral("Early")));
     QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeAnalysis), 1);
     // Once only: a new factory later does not synchronise again.
     QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("Analyses/Later")));
     p.db->setMapperFactory(&TestProject::factory());
-    QVERIFY(!p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis)->exists(QStringLiteral("Later")));
+    QVERIFY(!p.analyses()->exists(QStringLiteral("Later")));
 }
 
 void TestDatabase::awkwardNames_data()
@@ -179,38 +176,36 @@ void TestDatabase::awkwardNames()
     {
         TestProject p(root);
         QVERIFY(p.opened);
-        auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-        TFileObject* analysis = analyses->createAnalysis(name);
+        TFileObject* analysis = p.analyses()->createAnalysis(name);
         QVERIFY(analysis);
         analysis->setProperty(name, name);
         QVERIFY(p.db->headerDb()->saveObjectToFile(analysis, true));
-        QVERIFY(p.mapper<TSignalMapper>(VNObjectTypeSignal)->createSignal(asAnalysis(analysis), name));
-        QVERIFY(p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(name));
+        QVERIFY(p.signalMapper()->createSignal(asAnalysis(analysis), name));
+        QVERIFY(p.wells()->createWell(name));
         // Two names that make the same folder get two folders.
-        QVERIFY(analyses->createAnalysis(name + QStringLiteral(" ")));
+        QVERIFY(p.analyses()->createAnalysis(name + QStringLiteral(" ")));
     }
     TestProject p(root);
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    const VNObject2Analysis* analysis = analyses->getAnalysis(name);
+    const VNObject2Analysis* analysis = p.analyses()->getAnalysis(name);
     QVERIFY(analysis);
-    QCOMPARE(analyses->getByName(name), analysis);
+    QCOMPARE(p.analyses()->getByName(name), analysis);
     bool found = false;
     QCOMPARE(p.db->getObjectProperties(analysis, name, &found).value(), name);
     QVERIFY(found);
-    const VNObject2Signal* signal = p.mapper<TSignalMapper>(VNObjectTypeSignal)->getSignal(name, name);
+    const VNObject2Signal* signal = p.signalMapper()->getSignal(name, name);
     QVERIFY(signal);
     QCOMPARE(signal->analysis(), analysis);
-    QVERIFY(p.mapper<TWellMapper>(VNObjectTypeWell)->getWell(name));
+    QVERIFY(p.wells()->getWell(name));
     QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeAnalysis), 2);
 
     // Every path made from the name stays inside the project folder.
     const QString folder = p.db->objectFolderPath(analysis, true);
     QVERIFY2(isInside(folder, root + QStringLiteral("/Analyses")), qPrintable(folder));
     QVERIFY(QFileInfo(folder).isDir());
-    const QString other = p.db->objectFolderPath(analyses->get(name + QStringLiteral(" ")), false);
+    const QString other = p.db->objectFolderPath(p.analyses()->get(name + QStringLiteral(" ")), false);
     QVERIFY(isInside(other, root + QStringLiteral("/Analyses")));
     QVERIFY(other != folder);
-    const QString well = TAbstractMapper::objectFilePath(p.mapper<TWellMapper>(VNObjectTypeWell)->get(name), p.db.get());
+    const QString well = TAbstractMapper::objectFilePath(p.wells()->get(name), p.db.get());
     QVERIFY2(isInside(well, root + QStringLiteral("/Wells")), qPrintable(well));
     // Nothing was made outside the project folder.
     QCOMPARE(QDir(parent.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
@@ -223,48 +218,43 @@ void TestDatabase::lookUpsAfterReload()
     const int count = 300;
     {
         TestProject p(dir.path());
-        auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-        auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
-        auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
         for (int i = 0; i < count; ++i) {
-            const auto* a = asAnalysis(analyses->createAnalysis(QStringLiteral("A%1").arg(i), false));
-            QVERIFY(signalMapper->createSignal(a, QStringLiteral("TIC"), false));
-            QVERIFY(signalMapper->createSignal(a, QStringLiteral("m/z 217"), false));
-            QVERIFY(variables->createVariable(nullptr, QStringLiteral("V%1").arg(i), QStringLiteral("R%1").arg(i),
-                                              QStringLiteral("C%1").arg(i % 7), false));
+            const auto* a = asAnalysis(p.analyses()->createAnalysis(QStringLiteral("A%1").arg(i), false));
+            QVERIFY(p.signalMapper()->createSignal(a, QStringLiteral("TIC"), false));
+            QVERIFY(p.signalMapper()->createSignal(a, QStringLiteral("m/z 217"), false));
+            QVERIFY(p.variables()->createVariable(nullptr, QStringLiteral("V%1").arg(i), QStringLiteral("R%1").arg(i),
+                                                  QStringLiteral("C%1").arg(i % 7), false));
         }
         // Pairs that would collide if the two keys were simply glued together.
-        QVERIFY(variables->createVariable(nullptr, QStringLiteral("ab|c"), QStringLiteral("ab"), QStringLiteral("c"), false));
-        QVERIFY(variables->createVariable(nullptr, QStringLiteral("a|bc"), QStringLiteral("a"), QStringLiteral("bc"), false));
+        QVERIFY(p.variables()->createVariable(nullptr, QStringLiteral("ab|c"), QStringLiteral("ab"), QStringLiteral("c"), false));
+        QVERIFY(p.variables()->createVariable(nullptr, QStringLiteral("a|bc"), QStringLiteral("a"), QStringLiteral("bc"), false));
         auto* peaks = p.mapper<TPeakDetectMapper>(VNObjectTypePeakDetection);
         TPropertyObject* detection = peaks->createIndexation(QStringLiteral("Peaks"), {QStringLiteral("A1")}, false);
         QVERIFY(detection);
         QVERIFY(p.mapper<TIdentificationMapper>(VNObjectTypeIdentification)
                     ->createIdentification(detection->object(), QStringLiteral("Pristane"), 17.25, false));
         QVERIFY(p.mapper<TSliceMapper>(VNObjectTypeSlice)
-                    ->createSlice(analyses->getAnalysis(QStringLiteral("A2")), QStringLiteral("Steranes"), 40.0, 55.5, false));
+                    ->createSlice(p.analyses()->getAnalysis(QStringLiteral("A2")), QStringLiteral("Steranes"), 40.0, 55.5, false));
         QVERIFY(p.db->headerDb()->flushDatabase());
     }
     TestProject p(dir.path());
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
-    QCOMPARE(analyses->count(), count);
-    QCOMPARE(signalMapper->count(), 2 * count);
+    QCOMPARE(p.analyses()->count(), count);
+    QCOMPARE(p.signalMapper()->count(), 2 * count);
     // Creation order is kept across the reload.
-    QCOMPARE(analyses->list().first()->name(), QStringLiteral("A0"));
-    QCOMPARE(analyses->list().last()->name(), QStringLiteral("A299"));
+    QCOMPARE(p.analyses()->list().first()->name(), QStringLiteral("A0"));
+    QCOMPARE(p.analyses()->list().last()->name(), QStringLiteral("A299"));
 
-    const VNObject2Analysis* a123 = analyses->getAnalysis(QStringLiteral("A123"));
+    const VNObject2Analysis* a123 = p.analyses()->getAnalysis(QStringLiteral("A123"));
     QVERIFY(a123);
-    const VNObject2Signal* tic = signalMapper->getSignal(QStringLiteral("A123"), QStringLiteral("TIC"));
+    const VNObject2Signal* tic = p.signalMapper()->getSignal(QStringLiteral("A123"), QStringLiteral("TIC"));
     QVERIFY(tic);
     QCOMPARE(tic->analysis(), a123);
     QCOMPARE(tic->key(), QStringLiteral("A123/TIC"));
-    QCOMPARE(signalMapper->get(QStringLiteral("A123/TIC")), tic);
-    QCOMPARE(signalMapper->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A123"))),
+    QCOMPARE(p.signalMapper()->get(QStringLiteral("A123/TIC")), tic);
+    QCOMPARE(p.signalMapper()->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A123"))),
              tic);
-    QVERIFY(!signalMapper->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A9999"))));
-    QVERIFY(!signalMapper->getSignal(QStringLiteral("A123"), QStringLiteral("tic")));
+    QVERIFY(!p.signalMapper()->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A9999"))));
+    QVERIFY(!p.signalMapper()->getSignal(QStringLiteral("A123"), QStringLiteral("tic")));
     QCOMPARE(TAbstractMapper::getObjectChildLst(a123, VNObjectTypeSignal).size(), 2);
 
     QCOMPARE(p.db->getReference(QStringLiteral("R42"), QStringLiteral("C0"))->name(), QStringLiteral("V42"));
@@ -280,17 +270,17 @@ void TestDatabase::lookUpsAfterReload()
     double start = 0;
     double end = 0;
     auto* slices = p.mapper<TSliceMapper>(VNObjectTypeSlice);
-    QVERIFY(slices->range(slices->slices(analyses->getAnalysis(QStringLiteral("A2"))).value(0), &start, &end));
+    QVERIFY(slices->range(slices->slices(p.analyses()->getAnalysis(QStringLiteral("A2"))).value(0), &start, &end));
     QCOMPARE(end, 55.5);
 
     // Removing an analysis takes its signals and slices from every look-up,
     // and only those.
-    QVERIFY(p.db->removeObject(analyses->getAnalysis(QStringLiteral("A2")), true));
-    QVERIFY(!signalMapper->getSignal(QStringLiteral("A2"), QStringLiteral("TIC")));
-    QVERIFY(!signalMapper->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A2"))));
-    QVERIFY(signalMapper->getSignal(QStringLiteral("A3"), QStringLiteral("TIC")));
+    QVERIFY(p.db->removeObject(p.analyses()->getAnalysis(QStringLiteral("A2")), true));
+    QVERIFY(!p.signalMapper()->getSignal(QStringLiteral("A2"), QStringLiteral("TIC")));
+    QVERIFY(!p.signalMapper()->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A2"))));
+    QVERIFY(p.signalMapper()->getSignal(QStringLiteral("A3"), QStringLiteral("TIC")));
     QCOMPARE(slices->count(), 0);
-    QCOMPARE(signalMapper->count(), 2 * count - 2);
+    QCOMPARE(p.signalMapper()->count(), 2 * count - 2);
     QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeSignal), 2 * count - 2);
 }
 
@@ -307,67 +297,58 @@ void TestDatabase::childKeysStayApart()
     QTemporaryDir dir;
     {
         TestProject p(dir.path());
-        auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-        auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
         for (int i = 0; i < analysisNames.size(); ++i) {
-            const auto* analysis = asAnalysis(analyses->createAnalysis(analysisNames.at(i)));
+            const auto* analysis = asAnalysis(p.analyses()->createAnalysis(analysisNames.at(i)));
             QVERIFY(analysis);
-            QVERIFY2(signalMapper->createSignal(analysis, signalNames.at(i)), qPrintable(analysisNames.at(i)));
+            QVERIFY2(p.signalMapper()->createSignal(analysis, signalNames.at(i)), qPrintable(analysisNames.at(i)));
         }
         // "Oil" / "m/z 191" and "Oil/m" / "z 191" would both read "Oil/m/z 191".
-        QVERIFY(signalMapper->signalExists(QStringLiteral("Oil"), QStringLiteral("m/z 191")));
-        QVERIFY(!signalMapper->signalExists(QStringLiteral("Oil"), QStringLiteral("z 191")));
-        QCOMPARE(signalMapper->get(QStringLiteral("Oil/TIC")), nullptr);
+        QVERIFY(p.signalMapper()->signalExists(QStringLiteral("Oil"), QStringLiteral("m/z 191")));
+        QVERIFY(!p.signalMapper()->signalExists(QStringLiteral("Oil"), QStringLiteral("z 191")));
+        QCOMPARE(p.signalMapper()->get(QStringLiteral("Oil/TIC")), nullptr);
 
-        auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
-        auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
         const auto* steranes = static_cast<const VNObject2Dataset*>(
-            datasets->createDataset(QStringLiteral("Steranes"))->object());
-        QVERIFY(variables->createVariable(steranes, QStringLiteral("20S/(20S+20R)"), QStringLiteral("R1"),
-                                          QStringLiteral("C1")));
-        QVERIFY(datasets->createDataset(QStringLiteral("Taken")));
-        QVERIFY(!datasets->rename(steranes, QStringLiteral("Taken")));
-        QVERIFY(datasets->rename(steranes, QStringLiteral("C29 steranes")));
-        auto* wells = p.mapper<TWellMapper>(VNObjectTypeWell);
-        QVERIFY(wells->createWell(QStringLiteral("W")));
-        QVERIFY(wells->rename(wells->get(QStringLiteral("W")), QStringLiteral("W-2")));
+            p.datasets()->createDataset(QStringLiteral("Steranes"))->object());
+        QVERIFY(p.variables()->createVariable(steranes, QStringLiteral("20S/(20S+20R)"), QStringLiteral("R1"),
+                                              QStringLiteral("C1")));
+        QVERIFY(p.datasets()->createDataset(QStringLiteral("Taken")));
+        QVERIFY(!p.datasets()->rename(steranes, QStringLiteral("Taken")));
+        QVERIFY(p.datasets()->rename(steranes, QStringLiteral("C29 steranes")));
+        QVERIFY(p.wells()->createWell(QStringLiteral("W")));
+        QVERIFY(p.wells()->rename(p.wells()->get(QStringLiteral("W")), QStringLiteral("W-2")));
         // The old name is free again, for the dataset and for its variables.
         const auto* again = static_cast<const VNObject2Dataset*>(
-            datasets->createDataset(QStringLiteral("Steranes"))->object());
+            p.datasets()->createDataset(QStringLiteral("Steranes"))->object());
         QVERIFY(again);
-        QVERIFY(variables->createVariable(again, QStringLiteral("20S/(20S+20R)"), QStringLiteral("R2"),
-                                          QStringLiteral("C2")));
+        QVERIFY(p.variables()->createVariable(again, QStringLiteral("20S/(20S+20R)"), QStringLiteral("R2"),
+                                              QStringLiteral("C2")));
         QVERIFY(p.db->headerDb()->flushDatabase());
     }
     TestProject p(dir.path());
-    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    QCOMPARE(signalMapper->count(), analysisNames.size());
+    QCOMPARE(p.signalMapper()->count(), analysisNames.size());
     for (int i = 0; i < analysisNames.size(); ++i) {
-        const VNObject2Signal* signal = signalMapper->getSignal(analysisNames.at(i), signalNames.at(i));
+        const VNObject2Signal* signal = p.signalMapper()->getSignal(analysisNames.at(i), signalNames.at(i));
         QVERIFY2(signal, qPrintable(analysisNames.at(i)));
         QCOMPARE(signal->name(), signalNames.at(i));
-        const VNObject2Analysis* analysis = analyses->getAnalysis(analysisNames.at(i));
-        QCOMPARE(signalMapper->signalList(analysis).size(), 1);
-        QCOMPARE(signalMapper->signalList(analysis).first(), signal);
-        QCOMPARE(signalMapper->getSignalByHash(signalNames.at(i), TSignalMapper::analysisHash(analysis->key())),
+        const VNObject2Analysis* analysis = p.analyses()->getAnalysis(analysisNames.at(i));
+        QCOMPARE(p.signalMapper()->signalList(analysis).size(), 1);
+        QCOMPARE(p.signalMapper()->signalList(analysis).first(), signal);
+        QCOMPARE(p.signalMapper()->getSignalByHash(signalNames.at(i), TSignalMapper::analysisHash(analysis->key())),
                  signal);
     }
-    auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
-    auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
-    const QList<const VNObject2Variable*> moved = variables->variables(datasets->getDataset(QStringLiteral("C29 steranes")));
-    const QList<const VNObject2Variable*> fresh = variables->variables(datasets->getDataset(QStringLiteral("Steranes")));
+    const QList<const VNObject2Variable*> moved = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("C29 steranes")));
+    const QList<const VNObject2Variable*> fresh = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("Steranes")));
     QCOMPARE(moved.size(), 1);
     QCOMPARE(fresh.size(), 1);
     QVERIFY(moved.first() != fresh.first());
     QCOMPARE(p.db->getReference(QStringLiteral("R1"), QStringLiteral("C1")), moved.first());
     QCOMPARE(p.db->getReference(QStringLiteral("R2"), QStringLiteral("C2")), fresh.first());
-    QVERIFY(!p.mapper<TWellMapper>(VNObjectTypeWell)->getWell(QStringLiteral("W")));
-    QVERIFY(p.mapper<TWellMapper>(VNObjectTypeWell)->getWell(QStringLiteral("W-2")));
+    QVERIFY(!p.wells()->getWell(QStringLiteral("W")));
+    QVERIFY(p.wells()->getWell(QStringLiteral("W-2")));
     // Removing the renamed dataset leaves the new one whole.
-    QVERIFY(p.db->removeObject(datasets->getDataset(QStringLiteral("C29 steranes")), true));
+    QVERIFY(p.db->removeObject(p.datasets()->getDataset(QStringLiteral("C29 steranes")), true));
     QVERIFY(!p.db->getReference(QStringLiteral("R1"), QStringLiteral("C1")));
-    QCOMPARE(variables->count(), 1);
+    QCOMPARE(p.variables()->count(), 1);
     QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeVariable), 1);
 }
 
@@ -377,22 +358,20 @@ void TestDatabase::creationRefusals()
     QTemporaryDir otherDir;
     TestProject p(dir.path());
     TestProject other(otherDir.path());
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
-    QVERIFY(analyses->createAnalysis(QStringLiteral("A")));
-    QVERIFY(!analyses->createAnalysis(QStringLiteral("A")));
-    QVERIFY(!analyses->createAnalysis(QString()));
-    QVERIFY(!signalMapper->create(QStringLiteral("TIC")));
-    const auto* foreign = asAnalysis(other.mapper<TAnalysisMapper>(VNObjectTypeAnalysis)->createAnalysis("B"));
-    QVERIFY(!signalMapper->createSignal(foreign, QStringLiteral("TIC")));
-    QVERIFY(!signalMapper->createSignal(nullptr, QStringLiteral("TIC")));
-    QVERIFY(signalMapper->createSignal(analyses->getAnalysis(QStringLiteral("A")), QStringLiteral("TIC")));
-    QVERIFY(!signalMapper->createSignal(analyses->getAnalysis(QStringLiteral("A")), QStringLiteral("TIC")));
+    QVERIFY(p.analyses()->createAnalysis(QStringLiteral("A")));
+    QVERIFY(!p.analyses()->createAnalysis(QStringLiteral("A")));
+    QVERIFY(!p.analyses()->createAnalysis(QString()));
+    QVERIFY(!p.signalMapper()->create(QStringLiteral("TIC")));
+    const auto* foreign = asAnalysis(other.analyses()->createAnalysis("B"));
+    QVERIFY(!p.signalMapper()->createSignal(foreign, QStringLiteral("TIC")));
+    QVERIFY(!p.signalMapper()->createSignal(nullptr, QStringLiteral("TIC")));
+    QVERIFY(p.signalMapper()->createSignal(p.analyses()->getAnalysis(QStringLiteral("A")), QStringLiteral("TIC")));
+    QVERIFY(!p.signalMapper()->createSignal(p.analyses()->getAnalysis(QStringLiteral("A")), QStringLiteral("TIC")));
     QVERIFY(!p.mapper<TSliceMapper>(VNObjectTypeSlice)
-                 ->createSlice(analyses->getAnalysis(QStringLiteral("A")), QStringLiteral("S"), 5.0, 5.0));
+                 ->createSlice(p.analyses()->getAnalysis(QStringLiteral("A")), QStringLiteral("S"), 5.0, 5.0));
     QVERIFY(!p.db->removeObject(foreign, true));
     QVERIFY(!p.db->removeObject(nullptr, true));
-    QVERIFY(other.mapper<TAnalysisMapper>(VNObjectTypeAnalysis)->exists(QStringLiteral("B")));
+    QVERIFY(other.analyses()->exists(QStringLiteral("B")));
     QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeAnalysis), 1);
     QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeSignal), 1);
 }
@@ -401,16 +380,14 @@ void TestDatabase::aboutToDeleteObjectsComesFirst()
 {
     QTemporaryDir dir;
     TestProject p(dir.path());
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
     auto* peaks = p.mapper<TPeakDetectMapper>(VNObjectTypePeakDetection);
-    const auto* run = asAnalysis(analyses->createAnalysis(QStringLiteral("Run")));
-    QVERIFY(signalMapper->createSignal(run, QStringLiteral("TIC")));
-    QVERIFY(signalMapper->createSignal(run, QStringLiteral("m/z 191")));
+    const auto* run = asAnalysis(p.analyses()->createAnalysis(QStringLiteral("Run")));
+    QVERIFY(p.signalMapper()->createSignal(run, QStringLiteral("TIC")));
+    QVERIFY(p.signalMapper()->createSignal(run, QStringLiteral("m/z 191")));
     const VNObject2* detection = peaks->createIndexation(QStringLiteral("Peaks of Run"))->object();
     QVERIFY(p.mapper<TIdentificationMapper>(VNObjectTypeIdentification)
                 ->createIdentification(detection, QStringLiteral("Hopane"), 61.0));
-    const VNObject2* kept = p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(QStringLiteral("Kept"))->object();
+    const VNObject2* kept = p.wells()->createWell(QStringLiteral("Kept"))->object();
 
     qRegisterMetaType<QList<const VNObject2*>*>();
     QSignalSpy spy(p.db.get(), &Sedra::TDatabase::aboutToDeleteObjects);

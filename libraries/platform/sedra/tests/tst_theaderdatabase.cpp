@@ -36,22 +36,20 @@ namespace {
 // A project with one record of most kinds, written to its header.
 void fillProject(TestProject& p)
 {
-    TMutableObject* well = p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(QStringLiteral("Well 7/11-A"));
+    TMutableObject* well = p.wells()->createWell(QStringLiteral("Well 7/11-A"));
     QVERIFY(well);
     well->setProperty(QStringLiteral("Depth"), QStringLiteral("3412.5"));
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
-    TFileObject* analysis = analyses->createAnalysis(QStringLiteral("Oil 12"));
+    TFileObject* analysis = p.analyses()->createAnalysis(QStringLiteral("Oil 12"));
     QVERIFY(analysis);
     const auto* oil = static_cast<const VNObject2Analysis*>(analysis->object());
-    QVERIFY(analyses->setModulation(oil, 6.25));
-    QVERIFY(signalMapper->createSignal(oil, QStringLiteral("TIC")));
-    auto* m191 = signalMapper->createSignal(oil, QStringLiteral("m/z 191"));
+    QVERIFY(p.analyses()->setModulation(oil, 6.25));
+    QVERIFY(p.signalMapper()->createSignal(oil, QStringLiteral("TIC")));
+    auto* m191 = p.signalMapper()->createSignal(oil, QStringLiteral("m/z 191"));
     QVERIFY(m191);
-    QVERIFY(signalMapper->setSignalIonList(static_cast<const VNObject2Signal*>(m191->object()), {191.0f, 217.0f}));
-    TMutableObject* dataset = p.mapper<TDatasetMapper>(VNObjectTypeDataset)->createDataset(QStringLiteral("Biomarkers"));
+    QVERIFY(p.signalMapper()->setSignalIonList(static_cast<const VNObject2Signal*>(m191->object()), {191.0f, 217.0f}));
+    TMutableObject* dataset = p.datasets()->createDataset(QStringLiteral("Biomarkers"));
     QVERIFY(dataset);
-    QVERIFY(p.mapper<TVariableMapper>(VNObjectTypeVariable)
+    QVERIFY(p.variables()
                 ->createVariable(static_cast<const VNObject2Dataset*>(dataset->object()), QStringLiteral("Pr/Ph"),
                                  QStringLiteral("R-PRPH"), QStringLiteral("C-PRISTANE")));
     QVERIFY(p.mapper<TCompoundMapper>(VNObjectTypeCompound)
@@ -63,14 +61,12 @@ void fillProject(TestProject& p)
 // Adds `count` analyses, each with a TIC, to make a header of many pages.
 void addAnalyses(TestProject& p, int count)
 {
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
     for (int i = 0; i < count; ++i) {
-        TFileObject* made = analyses->createAnalysis(QStringLiteral("Run %1").arg(i, 4, 10, QLatin1Char('0')), false);
+        TFileObject* made = p.analyses()->createAnalysis(QStringLiteral("Run %1").arg(i, 4, 10, QLatin1Char('0')), false);
         QVERIFY(made);
         made->setProperty(QStringLiteral("Comment"), QString(40, QLatin1Char('x')));
-        QVERIFY(signalMapper->createSignal(static_cast<const VNObject2Analysis*>(made->object()),
-                                          QStringLiteral("TIC"), false));
+        QVERIFY(p.signalMapper()->createSignal(static_cast<const VNObject2Analysis*>(made->object()),
+                                              QStringLiteral("TIC"), false));
     }
     QVERIFY(p.db->headerDb()->flushDatabase());
 }
@@ -128,20 +124,18 @@ void TestHeaderDatabase::writtenRecordsComeBackAfterClose()
     QVERIFY(dynamic_cast<const VNObject2Well*>(well->object()));
     QCOMPARE(well->object()->db(), p.db.get());
 
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    const VNObject2Analysis* oil = analyses->getAnalysis(QStringLiteral("Oil 12"));
+    const VNObject2Analysis* oil = p.analyses()->getAnalysis(QStringLiteral("Oil 12"));
     QVERIFY(oil);
-    QCOMPARE(analyses->modulation(oil), 6.25);
+    QCOMPARE(p.analyses()->modulation(oil), 6.25);
     auto* file = dynamic_cast<TFileObject*>(p.db->record(oil));
     QVERIFY(file);
     QCOMPARE(file->relativePath(), QStringLiteral("Analyses/Oil 12/Oil 12.tcm"));
 
-    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
-    const VNObject2Signal* m191 = signalMapper->getSignal(QStringLiteral("Oil 12"), QStringLiteral("m/z 191"));
+    const VNObject2Signal* m191 = p.signalMapper()->getSignal(QStringLiteral("Oil 12"), QStringLiteral("m/z 191"));
     QVERIFY(m191);
     QCOMPARE(m191->analysis(), oil);
-    QCOMPARE(signalMapper->signalIonList(m191), (QList<float>{191.0f, 217.0f}));
-    QCOMPARE(signalMapper->signalList(oil).size(), 2);
+    QCOMPARE(p.signalMapper()->signalIonList(m191), (QList<float>{191.0f, 217.0f}));
+    QCOMPARE(p.signalMapper()->signalList(oil).size(), 2);
 
     const VNObject2Variable* prph = p.db->getReference(QStringLiteral("R-PRPH"), QStringLiteral("C-PRISTANE"));
     QVERIFY(prph);
@@ -163,9 +157,8 @@ void TestHeaderDatabase::unflushedChangesAreWrittenAtClose()
     QTemporaryDir dir;
     {
         TestProject p(dir.path());
-        auto* wells = p.mapper<TWellMapper>(VNObjectTypeWell);
-        QVERIFY(wells->createWell(QStringLiteral("W1"), false));
-        QVERIFY(p.db->setObjectProperty(wells->get(QStringLiteral("W1")), QStringLiteral("Field"),
+        QVERIFY(p.wells()->createWell(QStringLiteral("W1"), false));
+        QVERIFY(p.db->setObjectProperty(p.wells()->get(QStringLiteral("W1")), QStringLiteral("Field"),
                                         QStringLiteral("Troll"), false));
         QVERIFY(p.db->headerDb()->hasPendingChanges());
         QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeWell), 0);
@@ -307,15 +300,14 @@ void TestHeaderDatabase::readOnlyChangesNothingOnDisk()
         QVERIFY(p.db->headerDb()->isReadOnly());
         QCOMPARE(p.db->headerDb()->objectCount(), 8);
 
-        auto* wells = p.mapper<TWellMapper>(VNObjectTypeWell);
-        const VNObject2* well = wells->get(QStringLiteral("Well 7/11-A"));
+        const VNObject2* well = p.wells()->get(QStringLiteral("Well 7/11-A"));
         QVERIFY(well && well->isReadOnly());
-        QVERIFY(!wells->createWell(QStringLiteral("W2")));
-        QVERIFY(!p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis)->createAnalysis(QStringLiteral("A2")));
+        QVERIFY(!p.wells()->createWell(QStringLiteral("W2")));
+        QVERIFY(!p.analyses()->createAnalysis(QStringLiteral("A2")));
         QVERIFY(!p.db->setObjectProperty(well, QStringLiteral("Depth"), QStringLiteral("1"), true));
-        QVERIFY(!wells->rename(well, QStringLiteral("Renamed")));
+        QVERIFY(!p.wells()->rename(well, QStringLiteral("Renamed")));
         QVERIFY(!p.db->removeObject(well, true));
-        QVERIFY(!wells->remove(well, true, false));
+        QVERIFY(!p.wells()->remove(well, true, false));
         QList<TDatabaseObject*> records{p.db->record(well)};
         QVERIFY(!p.db->headerDb()->removeObjects(records, false));
         QVERIFY(p.db->record(well));
@@ -326,7 +318,7 @@ void TestHeaderDatabase::readOnlyChangesNothingOnDisk()
         p.db->headerDb()->setSerialNumber(QStringLiteral("changed"));
         p.db->synchronizeSQLRoot();
         QVERIFY(p.db->lastSynchronization().registered.isEmpty());
-        QVERIFY(!p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis)->exists(QStringLiteral("Unregistered")));
+        QVERIFY(!p.analyses()->exists(QStringLiteral("Unregistered")));
         QVERIFY(p.db->objectFolderPath(well, true).endsWith(QStringLiteral("/Wells")));
 
         const QString refusal = language == QLatin1String("en")
@@ -363,7 +355,7 @@ void TestHeaderDatabase::unwritableFolderOpensReadOnly()
         TestProject p(dir.path());
         QVERIFY(p.opened);
         QVERIFY(p.db->isReadOnly());
-        QVERIFY(!p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(QStringLiteral("W2")));
+        QVERIFY(!p.wells()->createWell(QStringLiteral("W2")));
         QCOMPARE(folderPicture(dir.path()), before);
     }
     QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
@@ -375,11 +367,9 @@ void TestHeaderDatabase::removalIsOneTransaction()
 {
     QTemporaryDir dir;
     TestProject p(dir.path());
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
-    auto* signalMapper = p.mapper<TSignalMapper>(VNObjectTypeSignal);
-    const auto* run = static_cast<const VNObject2Analysis*>(analyses->createAnalysis(QStringLiteral("Run"))->object());
+    const auto* run = static_cast<const VNObject2Analysis*>(p.analyses()->createAnalysis(QStringLiteral("Run"))->object());
     for (int i = 0; i < 30; ++i)
-        QVERIFY(signalMapper->createSignal(run, QStringLiteral("S%1").arg(i)));
+        QVERIFY(p.signalMapper()->createSignal(run, QStringLiteral("S%1").arg(i)));
     const QString file = p.headerFile();
     QCOMPARE(rowsOfKind(file, VNObjectTypeSignal), 30);
 
@@ -391,7 +381,7 @@ void TestHeaderDatabase::removalIsOneTransaction()
     QVERIFY(!p.db->removeObject(run, true));
     QCOMPARE(rowsOfKind(file, VNObjectTypeSignal), 30);
     QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 1);
-    QCOMPARE(signalMapper->signalList(run).size(), 30);
+    QCOMPARE(p.signalMapper()->signalList(run).size(), 30);
     QCOMPARE(p.db->headerDb()->objectCount(), 31);
 
     QVERIFY(runSql(file, {QStringLiteral("DROP TRIGGER refuse")}).isValid());
@@ -400,11 +390,11 @@ void TestHeaderDatabase::removalIsOneTransaction()
     QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 0);
     QCOMPARE(runSql(file, {QStringLiteral("SELECT count(*) FROM properties")}).toInt(), 0);
     QCOMPARE(p.db->headerDb()->objectCount(), 0);
-    QVERIFY(!signalMapper->getSignal(QStringLiteral("Run"), QStringLiteral("S0")));
-    QVERIFY(!analyses->exists(QStringLiteral("Run")));
+    QVERIFY(!p.signalMapper()->getSignal(QStringLiteral("Run"), QStringLiteral("S0")));
+    QVERIFY(!p.analyses()->exists(QStringLiteral("Run")));
 
     // A transaction that is not committed leaves the file as it was.
-    QVERIFY(p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(QStringLiteral("W")));
+    QVERIFY(p.wells()->createWell(QStringLiteral("W")));
     {
         TDbTransaction transaction(p.db->getConnector()->database());
         QVERIFY(transaction.isActive());
@@ -418,10 +408,9 @@ void TestHeaderDatabase::pendingRemovalGoesAtFlush()
     QTemporaryDir dir;
     TestProject p(dir.path());
     addAnalyses(p, 40);
-    auto* analyses = p.mapper<TAnalysisMapper>(VNObjectTypeAnalysis);
     const QString file = p.headerFile();
-    QVERIFY(p.db->removeObject(analyses->get(QStringLiteral("Run 0007")), false));
-    QVERIFY(!analyses->exists(QStringLiteral("Run 0007")));
+    QVERIFY(p.db->removeObject(p.analyses()->get(QStringLiteral("Run 0007")), false));
+    QVERIFY(!p.analyses()->exists(QStringLiteral("Run 0007")));
     QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 40);
     QVERIFY(p.db->headerDb()->hasPendingChanges());
     QVERIFY(p.db->headerDb()->flushDatabase());
@@ -431,22 +420,22 @@ void TestHeaderDatabase::pendingRemovalGoesAtFlush()
     // Removing every record at once keeps the indexes of the others whole.
     QList<TDatabaseObject*> some;
     for (int i = 10; i < 30; ++i)
-        some.append(analyses->record(QStringLiteral("Run %1").arg(i, 4, 10, QLatin1Char('0'))));
+        some.append(p.analyses()->record(QStringLiteral("Run %1").arg(i, 4, 10, QLatin1Char('0'))));
     QVERIFY(p.db->headerDb()->removeObjects(some, true));
-    QCOMPARE(analyses->count(), 19);
+    QCOMPARE(p.analyses()->count(), 19);
     QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 19);
-    QVERIFY(analyses->get(QStringLiteral("Run 0009")));
-    QVERIFY(analyses->getByName(QStringLiteral("Run 0030")));
-    QVERIFY(!analyses->get(QStringLiteral("Run 0010")));
+    QVERIFY(p.analyses()->get(QStringLiteral("Run 0009")));
+    QVERIFY(p.analyses()->getByName(QStringLiteral("Run 0030")));
+    QVERIFY(!p.analyses()->get(QStringLiteral("Run 0010")));
     // The signals of the removed analyses are still there: this removal was
     // of the analyses' records only.
     QCOMPARE(p.db->headerDb()->objectCount(VNObjectTypeSignal), 39);
     // A list naming a record twice, or one of another database, is refused whole.
     TRecordingLogger quiet;
-    QList<TDatabaseObject*> twice{analyses->record(QStringLiteral("Run 0001")),
-                                  analyses->record(QStringLiteral("Run 0001"))};
+    QList<TDatabaseObject*> twice{p.analyses()->record(QStringLiteral("Run 0001")),
+                                  p.analyses()->record(QStringLiteral("Run 0001"))};
     QVERIFY(!p.db->headerDb()->removeObjects(twice, true));
-    QVERIFY(analyses->exists(QStringLiteral("Run 0001")));
+    QVERIFY(p.analyses()->exists(QStringLiteral("Run 0001")));
 }
 
 void TestHeaderDatabase::swappedNamesAndRepeatedPropertiesAreWritten()
@@ -457,21 +446,19 @@ void TestHeaderDatabase::swappedNamesAndRepeatedPropertiesAreWritten()
     QTemporaryDir dir;
     {
         TestProject p(dir.path());
-        auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
-        auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
-        TMutableObject* first = datasets->createDataset(QStringLiteral("Steranes"));
-        TMutableObject* second = datasets->createDataset(QStringLiteral("Hopanes"));
+        TMutableObject* first = p.datasets()->createDataset(QStringLiteral("Steranes"));
+        TMutableObject* second = p.datasets()->createDataset(QStringLiteral("Hopanes"));
         QVERIFY(first && second);
-        QVERIFY(variables->createVariable(static_cast<const VNObject2Dataset*>(first->object()),
-                                          QStringLiteral("C29 20S/(20S+20R)"), QStringLiteral("R-S"),
-                                          QStringLiteral("C-S")));
-        QVERIFY(variables->createVariable(static_cast<const VNObject2Dataset*>(second->object()),
-                                          QStringLiteral("Ts/(Ts+Tm)"), QStringLiteral("R-H"), QStringLiteral("C-H")));
+        QVERIFY(p.variables()->createVariable(static_cast<const VNObject2Dataset*>(first->object()),
+                                              QStringLiteral("C29 20S/(20S+20R)"), QStringLiteral("R-S"),
+                                              QStringLiteral("C-S")));
+        QVERIFY(p.variables()->createVariable(static_cast<const VNObject2Dataset*>(second->object()),
+                                              QStringLiteral("Ts/(Ts+Tm)"), QStringLiteral("R-H"), QStringLiteral("C-H")));
         // Swapped through a third name, nothing written until the flush.
-        QVERIFY(datasets->rename(first->object(), QStringLiteral("Swap"), false));
-        QVERIFY(datasets->rename(second->object(), QStringLiteral("Steranes"), false));
-        QVERIFY(datasets->rename(first->object(), QStringLiteral("Hopanes"), false));
-        auto* well = p.mapper<TWellMapper>(VNObjectTypeWell)->createWell(QStringLiteral("W"));
+        QVERIFY(p.datasets()->rename(first->object(), QStringLiteral("Swap"), false));
+        QVERIFY(p.datasets()->rename(second->object(), QStringLiteral("Steranes"), false));
+        QVERIFY(p.datasets()->rename(first->object(), QStringLiteral("Hopanes"), false));
+        auto* well = p.wells()->createWell(QStringLiteral("W"));
         QVERIFY(well);
         well->setPropertyList({TProperty(QStringLiteral("Depth"), QStringLiteral("1")),
                                TProperty(QStringLiteral("Field"), QStringLiteral("Brent")),
@@ -482,12 +469,10 @@ void TestHeaderDatabase::swappedNamesAndRepeatedPropertiesAreWritten()
         QVERIFY(!p.db->headerDb()->hasPendingChanges());
     }
     TestProject p(dir.path());
-    auto* datasets = p.mapper<TDatasetMapper>(VNObjectTypeDataset);
-    auto* variables = p.mapper<TVariableMapper>(VNObjectTypeVariable);
-    QCOMPARE(datasets->count(), 2);
-    const QList<const VNObject2Variable*> hopanes = variables->variables(datasets->getDataset(QStringLiteral("Hopanes")));
+    QCOMPARE(p.datasets()->count(), 2);
+    const QList<const VNObject2Variable*> hopanes = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("Hopanes")));
     const QList<const VNObject2Variable*> steranes =
-        variables->variables(datasets->getDataset(QStringLiteral("Steranes")));
+        p.variables()->variables(p.datasets()->getDataset(QStringLiteral("Steranes")));
     QCOMPARE(hopanes.size(), 1);
     QCOMPARE(steranes.size(), 1);
     QCOMPARE(hopanes.first()->name(), QStringLiteral("C29 20S/(20S+20R)"));
@@ -495,7 +480,7 @@ void TestHeaderDatabase::swappedNamesAndRepeatedPropertiesAreWritten()
     QCOMPARE(runSql(p.headerFile(), {QStringLiteral("SELECT count(*) FROM objects WHERE key LIKE '%moving%'")}).toInt(),
              0);
     const auto* well = dynamic_cast<const TPropertyObject*>(
-        p.mapper<TWellMapper>(VNObjectTypeWell)->record(QStringLiteral("W")));
+        p.wells()->record(QStringLiteral("W")));
     QVERIFY(well);
     QCOMPARE(well->properties(), (QList<TProperty>{TProperty(QStringLiteral("Depth"), QStringLiteral("2")),
                                                    TProperty(QStringLiteral("Field"), QStringLiteral("Brent"))}));
