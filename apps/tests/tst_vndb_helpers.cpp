@@ -52,7 +52,7 @@ private slots:
         QCOMPARE(QSet<QString>(labels.begin(), labels.end()).size(), labels.size());
         for (const QString& label : labels) {
             QVERIFY2(label.size() <= 8, qPrintable(label));
-            QVERIFY(label != QLatin1String("-0"));
+            QVERIFY(label != "-0");
         }
     }
 
@@ -60,12 +60,12 @@ private slots:
     {
         const NiceScale minutes(5.0, 65.0, 13);
         QCOMPARE(minutes.step(), 5.0);
-        QCOMPARE(minutes.label(minutes.ticks().first()), QStringLiteral("5"));
-        QCOMPARE(minutes.label(65.0), QStringLiteral("65"));
+        QCOMPARE(minutes.label(minutes.ticks().first()), "5");
+        QCOMPARE(minutes.label(65.0), "65");
         const NiceScale small(0.0, 1.0, 5);
         QCOMPARE(small.step(), 0.25);
-        QCOMPARE(small.label(0.75), QStringLiteral("0.75"));
-        QCOMPARE(NiceScale(0.0, 0.3, 4).label(0.30000000000000004), QStringLiteral("0.3"));
+        QCOMPARE(small.label(0.75), "0.75");
+        QCOMPARE(NiceScale(0.0, 0.3, 4).label(0.30000000000000004), "0.3");
         QCOMPARE(NiceScale::displayExponent(9999.0), 0);
         QCOMPARE(NiceScale::displayExponent(12700000.0), 7);
         QCOMPARE(NiceScale::niceNumber(0.0, true), 1.0);
@@ -74,47 +74,45 @@ private slots:
 
     void argumentsAreSplitIntoOptionsAndWords()
     {
-        const QList<CliOption> options = {CliOption{QStringLiteral("tic"), QChar(), 0, QString(), QString()},
-                                          CliOption{QStringLiteral("output"), QLatin1Char('o'), 1, QString(), QString()},
-                                          CliOption{QStringLiteral("spectrum"), QChar(), 2, QString(), QString()}};
+        const QList<CliOption> options = {CliOption{"tic", QChar(), 0, QString(), QString()},
+                                          CliOption{"output", QLatin1Char('o'), 1, QString(), QString()},
+                                          CliOption{"spectrum", QChar(), 2, QString(), QString()}};
         CliArguments arguments;
         QString error;
-        QVERIFY(arguments.parse({QStringLiteral("dir"), QStringLiteral("--spectrum"), QStringLiteral("10"),
-                                 QStringLiteral("20"), QStringLiteral("name"), QStringLiteral("-o"), QStringLiteral("a.png")},
-                                options, &error));
-        QCOMPARE(arguments.positionals(), (QStringList{QStringLiteral("dir"), QStringLiteral("name")}));
-        QCOMPARE(arguments.values(QStringLiteral("spectrum")), (QStringList{QStringLiteral("10"), QStringLiteral("20")}));
-        QCOMPARE(arguments.value(QStringLiteral("output")), QStringLiteral("a.png"));
-        QVERIFY(!arguments.isSet(QStringLiteral("tic")));
+        QVERIFY(arguments.parse({"dir", "--spectrum", "10", "20", "name", "-o", "a.png"}, options, &error));
+        QCOMPARE(arguments.positionals(), (QStringList{"dir", "name"}));
+        QCOMPARE(arguments.values("spectrum"), (QStringList{"10", "20"}));
+        QCOMPARE(arguments.value("output"), "a.png");
+        QVERIFY(!arguments.isSet("tic"));
 
         // The optional second value is taken only when it is a number.
-        QVERIFY(arguments.parse({QStringLiteral("--spectrum=7"), QStringLiteral("x"), QStringLiteral("--tic")}, options, &error));
-        QCOMPARE(arguments.values(QStringLiteral("spectrum")), QStringList{QStringLiteral("7")});
-        QCOMPARE(arguments.positionals(), QStringList{QStringLiteral("x")});
-        QVERIFY(arguments.isSet(QStringLiteral("tic")));
+        QVERIFY(arguments.parse({"--spectrum=7", "x", "--tic"}, options, &error));
+        QCOMPARE(arguments.values("spectrum"), QStringList{"7"});
+        QCOMPARE(arguments.positionals(), QStringList{"x"});
+        QVERIFY(arguments.isSet("tic"));
 
         // Negative numbers and words after "--" are words, not options.
-        QVERIFY(arguments.parse({QStringLiteral("-5"), QStringLiteral("--"), QStringLiteral("--tic")}, options, &error));
-        QCOMPARE(arguments.positionals(), (QStringList{QStringLiteral("-5"), QStringLiteral("--tic")}));
+        QVERIFY(arguments.parse({"-5", "--", "--tic"}, options, &error));
+        QCOMPARE(arguments.positionals(), (QStringList{"-5", "--tic"}));
 
-        QVERIFY(!arguments.parse({QStringLiteral("--nope")}, options, &error));
-        QVERIFY(error.contains(QLatin1String("--nope")));
-        QVERIFY(!arguments.parse({QStringLiteral("-o")}, options, &error));
-        QVERIFY(!arguments.parse({QStringLiteral("--tic=1")}, options, &error));
+        QVERIFY(!arguments.parse({"--nope"}, options, &error));
+        QVERIFY(error.contains("--nope"));
+        QVERIFY(!arguments.parse({"-o"}, options, &error));
+        QVERIFY(!arguments.parse({"--tic=1"}, options, &error));
     }
 
     void numbersAreFiniteAndIndexesNotNegative()
     {
         double number = 0.0;
         int index = 0;
-        QVERIFY(CliArguments::toNumber(QStringLiteral(" 1e3 "), &number));
+        QVERIFY(CliArguments::toNumber(" 1e3 ", &number));
         QCOMPARE(number, 1000.0);
-        QVERIFY(!CliArguments::toNumber(QStringLiteral("inf"), &number));
-        QVERIFY(!CliArguments::toNumber(QStringLiteral("nan"), &number));
-        QVERIFY(!CliArguments::toNumber(QStringLiteral("12abc"), &number));
-        QVERIFY(CliArguments::toIndex(QStringLiteral("0"), &index));
-        QVERIFY(!CliArguments::toIndex(QStringLiteral("-1"), &index));
-        QVERIFY(!CliArguments::toIndex(QStringLiteral("1.5"), &index));
+        QVERIFY(!CliArguments::toNumber("inf", &number));
+        QVERIFY(!CliArguments::toNumber("nan", &number));
+        QVERIFY(!CliArguments::toNumber("12abc", &number));
+        QVERIFY(CliArguments::toIndex("0", &index));
+        QVERIFY(!CliArguments::toIndex("-1", &index));
+        QVERIFY(!CliArguments::toIndex("1.5", &index));
     }
 };
 

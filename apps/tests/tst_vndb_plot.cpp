@@ -18,7 +18,7 @@ private:
     QTemporaryDir m_tmp;
     QString m_project;
 
-    QString out(const QString& name) const { return m_tmp.filePath(QStringLiteral("out/") + name); }
+    QString out(const QString& name) const { return m_tmp.filePath("out/" + name); }
 
     // Share of the pixels that are not the white background, and whether some
     // are clearly coloured (the curve or bars, not only black axes).
@@ -42,39 +42,35 @@ private slots:
     void initTestCase()
     {
         QVERIFY(m_tmp.isValid());
-        m_project = m_tmp.filePath(QStringLiteral("project"));
+        m_project = m_tmp.filePath("project");
         QVERIFY(QDir().mkpath(m_project));
-        QVERIFY(QDir().mkpath(m_tmp.filePath(QStringLiteral("out"))));
-        const QString full = m_tmp.filePath(QStringLiteral("full.tcm"));
-        const QString msms = m_tmp.filePath(QStringLiteral("msms.tcm"));
+        QVERIFY(QDir().mkpath(m_tmp.filePath("out")));
+        const QString full = m_tmp.filePath("full.tcm");
+        const QString msms = m_tmp.filePath("msms.tcm");
         QVERIFY(TCMFile::save(full, VndbRunner::smallRun(TSyntheticRun::FullScan, 31, 400)));
         QVERIFY(TCMFile::save(msms, VndbRunner::smallRun(TSyntheticRun::MSMS, 32, 400)));
-        QCOMPARE(VndbRunner::run({QStringLiteral("import"), m_project, full}).exitCode, 0);
-        QCOMPARE(VndbRunner::run({QStringLiteral("import"), m_project, msms}).exitCode, 0);
+        QCOMPARE(VndbRunner::run({"import", m_project, full}).exitCode, 0);
+        QCOMPARE(VndbRunner::run({"import", m_project, msms}).exitCode, 0);
     }
 
     void pngPicturesDecodeAndAreNotBlank_data()
     {
         QTest::addColumn<QStringList>("kind");
         QTest::addColumn<QString>("analysis");
-        QTest::newRow("tic") << QStringList{QStringLiteral("--tic")} << QStringLiteral("full");
-        QTest::newRow("eic") << QStringList{QStringLiteral("--eic"), QStringLiteral("57"), QStringLiteral("-w"),
-                                            QStringLiteral("1")}
-                             << QStringLiteral("full");
-        QTest::newRow("spectrum") << QStringList{QStringLiteral("--spectrum"), QStringLiteral("120")} << QStringLiteral("full");
-        QTest::newRow("mean spectrum") << QStringList{QStringLiteral("--spectrum"), QStringLiteral("100"), QStringLiteral("140")}
-                                       << QStringLiteral("full");
-        QTest::newRow("msms") << QStringList{QStringLiteral("--spectrum"), QStringLiteral("300")} << QStringLiteral("msms");
+        QTest::newRow("tic") << QStringList{"--tic"} << "full";
+        QTest::newRow("eic") << QStringList{"--eic", "57", "-w", "1"} << "full";
+        QTest::newRow("spectrum") << QStringList{"--spectrum", "120"} << "full";
+        QTest::newRow("mean spectrum") << QStringList{"--spectrum", "100", "140"} << "full";
+        QTest::newRow("msms") << QStringList{"--spectrum", "300"} << "msms";
     }
 
     void pngPicturesDecodeAndAreNotBlank()
     {
         QFETCH(QStringList, kind);
         QFETCH(QString, analysis);
-        const QString file = out(QStringLiteral("%1.png").arg(QTest::currentDataTag()));
-        const VndbResult result = VndbRunner::run(QStringList{QStringLiteral("plot"), m_project, analysis} + kind
-                                                  + QStringList{QStringLiteral("-o"), file, QStringLiteral("--size"),
-                                                                QStringLiteral("800x500")});
+        const QString file = out(QString("%1.png").arg(QTest::currentDataTag()));
+        const VndbResult result = VndbRunner::run(QStringList{"plot", m_project, analysis} + kind
+                                                  + QStringList{"-o", file, "--size", "800x500"});
         QCOMPARE(result.exitCode, 0);
         QVERIFY2(result.err.isEmpty(), qPrintable(result.err));
         QImage image;
@@ -93,18 +89,16 @@ private slots:
 
     void svgIsAWellFormedDocumentWithTheLabels()
     {
-        const QString file = out(QStringLiteral("msms.svg"));
-        const VndbResult result = VndbRunner::run({QStringLiteral("plot"), m_project, QStringLiteral("msms"),
-                                                   QStringLiteral("--spectrum"), QStringLiteral("300"), QStringLiteral("-o"),
-                                                   file});
+        const QString file = out("msms.svg");
+        const VndbResult result = VndbRunner::run({"plot", m_project, "msms", "--spectrum", "300", "-o", file});
         QCOMPARE(result.exitCode, 0);
         QDomDocument document;
         QVERIFY(document.setContent(VndbRunner::readFile(file)));
-        QCOMPARE(document.documentElement().tagName(), QStringLiteral("svg"));
+        QCOMPARE(document.documentElement().tagName(), "svg");
         const QString text = QString::fromUtf8(VndbRunner::readFile(file));
         // Transitions are named parent->daughter (escaped in XML), and the title names the analysis.
-        QVERIFY(text.contains(QLatin1String("-&gt;191")) || text.contains(QLatin1String("->191")));
-        QVERIFY(text.contains(QLatin1String("msms")));
+        QVERIFY(text.contains("-&gt;191") || text.contains("->191"));
+        QVERIFY(text.contains("msms"));
     }
 
     void refusedPlotsLeaveTheOldPicture_data()
@@ -112,18 +106,11 @@ private slots:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("two kinds") << QStringList{QStringLiteral("full"), QStringLiteral("--tic"), QStringLiteral("--eic"),
-                                                  QStringLiteral("57")}
-                                   << 2 << QStringLiteral("choose one");
-        QTest::newRow("no kind") << QStringList{QStringLiteral("full")} << 2 << QStringLiteral("choose one");
-        QTest::newRow("unknown analysis") << QStringList{QStringLiteral("ghost"), QStringLiteral("--tic")} << 1
-                                          << QStringLiteral("unknown analysis");
-        QTest::newRow("scan out of range") << QStringList{QStringLiteral("full"), QStringLiteral("--spectrum"),
-                                                          QStringLiteral("9999")}
-                                           << 1 << QStringLiteral("not in analysis");
-        QTest::newRow("tiny picture") << QStringList{QStringLiteral("full"), QStringLiteral("--tic"), QStringLiteral("--size"),
-                                                     QStringLiteral("10x10")}
-                                      << 1 << QStringLiteral("size");
+        QTest::newRow("two kinds") << QStringList{"full", "--tic", "--eic", "57"} << 2 << "choose one";
+        QTest::newRow("no kind") << QStringList{"full"} << 2 << "choose one";
+        QTest::newRow("unknown analysis") << QStringList{"ghost", "--tic"} << 1 << "unknown analysis";
+        QTest::newRow("scan out of range") << QStringList{"full", "--spectrum", "9999"} << 1 << "not in analysis";
+        QTest::newRow("tiny picture") << QStringList{"full", "--tic", "--size", "10x10"} << 1 << "size";
     }
 
     void refusedPlotsLeaveTheOldPicture()
@@ -131,31 +118,23 @@ private slots:
         QFETCH(QStringList, arguments);
         QFETCH(int, exitCode);
         QFETCH(QString, reason);
-        const QString file = out(QStringLiteral("kept.png"));
+        const QString file = out("kept.png");
         QVERIFY(VndbRunner::writeFile(file, "previous picture"));
-        const VndbResult result = VndbRunner::run(QStringList{QStringLiteral("plot"), m_project} + arguments
-                                                  + QStringList{QStringLiteral("-o"), file});
-        QCOMPARE(result.exitCode, exitCode);
-        QCOMPARE(result.errLines().size(), 1);
-        QVERIFY2(result.err.contains(reason), qPrintable(result.err));
+        const VndbResult result = VndbRunner::run(QStringList{"plot", m_project} + arguments + QStringList{"-o", file});
+        VNDB_REFUSED(result, exitCode, reason);
         QCOMPARE(VndbRunner::readFile(file), QByteArray("previous picture"));
-        QCOMPARE(QDir(m_tmp.filePath(QStringLiteral("out"))).entryList({QStringLiteral("kept*")}, QDir::Files | QDir::Hidden),
-                 QStringList{QStringLiteral("kept.png")});
+        QCOMPARE(QDir(m_tmp.filePath("out")).entryList({"kept*"}, QDir::Files | QDir::Hidden), QStringList{"kept.png"});
     }
 
     void unsupportedOrUnwritableOutputIsRefused()
     {
-        VndbResult result = VndbRunner::run({QStringLiteral("plot"), m_project, QStringLiteral("full"), QStringLiteral("--tic"),
-                                             QStringLiteral("-o"), out(QStringLiteral("tic.jpg"))});
+        VndbResult result = VndbRunner::run({"plot", m_project, "full", "--tic", "-o", out("tic.jpg")});
         QCOMPARE(result.exitCode, 2);
-        QVERIFY(result.err.contains(QLatin1String(".png or .svg")));
-        QVERIFY(!QFile::exists(out(QStringLiteral("tic.jpg"))));
+        QVERIFY(result.err.contains(".png or .svg"));
+        QVERIFY(!QFile::exists(out("tic.jpg")));
 
-        result = VndbRunner::run({QStringLiteral("plot"), m_project, QStringLiteral("full"), QStringLiteral("--tic"),
-                                  QStringLiteral("-o"), m_tmp.filePath(QStringLiteral("no/such/folder/tic.png"))});
-        QCOMPARE(result.exitCode, 1);
-        QCOMPARE(result.errLines().size(), 1);
-        QVERIFY(result.err.contains(QLatin1String("cannot write")));
+        result = VndbRunner::run({"plot", m_project, "full", "--tic", "-o", m_tmp.filePath("no/such/folder/tic.png")});
+        VNDB_REFUSED(result, 1, "cannot write");
     }
 };
 

@@ -7,6 +7,16 @@
 #include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QtTest>
+
+/// A refusal: a normal exit with `code` and one line on standard error that holds `text`.
+#define VNDB_REFUSED(result, code, text)                                                                               \
+    do {                                                                                                               \
+        QVERIFY(!(result).crashed);                                                                                    \
+        QCOMPARE((result).exitCode, code);                                                                             \
+        QCOMPARE((result).errLines().size(), 1);                                                                       \
+        QVERIFY2((result).err.contains(text), qPrintable((result).err));                                               \
+    } while (false)
 
 /// What one run of vndb gave.
 struct VndbResult
