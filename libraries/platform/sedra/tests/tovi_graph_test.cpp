@@ -191,7 +191,7 @@ void TestToviGraph::syncDropsRecordsWithoutDrawing()
         TToviOverlay* noFile = db.overlays->overlayCreate(kept->graph(), QString());
         TToviOverlay* ofLost = db.overlays->overlayCreate(lost->graph(), QString());
         QVERIFY(db.aliases->aliasCreate(lost->graph(), QStringLiteral("masterName"), QStringLiteral("V"),
-                                     QStringLiteral("lost graph")));
+                                        QStringLiteral("lost graph")));
         QVERIFY(writeFile(drawingOf(kept), "<graph/>"));
         QVERIFY(writeFile(drawingOf(ok), "<graph/>"));
         // The overlay of the lost graph has its file; the graph has none.

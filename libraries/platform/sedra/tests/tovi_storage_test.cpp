@@ -139,7 +139,7 @@ void TestToviStorage::compoundsAreFoundByEveryKeyAndSurviveReload()
         QVERIFY(!pristane->compound()->db());
         // A new master name moves the compound in the name index; its alias stays.
         QVERIFY(db.aliases->aliasCreate(ph->object(), QStringLiteral("masterName"), QStringLiteral("V"),
-                                       QStringLiteral("Phytan")));
+                                        QStringLiteral("Phytan")));
         ph->setMasterName(QStringLiteral("Phytane (renamed)"));
         QCOMPARE(db.compounds->getCompoundByName(QStringLiteral("Phytane (renamed)")), ph->object());
         QVERIFY(!db.compounds->getCompoundByName(QStringLiteral("Phytane")));
@@ -235,10 +235,10 @@ void TestToviStorage::ratiosKeepTheirElevenValuesAndDisplayOrder()
     {
         Reference db(DatabaseToviUser, path, &m_factory);
         TToviRatio* prph = db.ratios->createRatio(QStringLiteral("R001"), QStringLiteral("Pr/Ph"),
-                                                 QStringLiteral("Pr / Ph"), QStringLiteral("Pr/Ph"), 20,
-                                                 QStringLiteral("Redox"), QStringLiteral("GC-MS"),
-                                                 QStringLiteral("Peak area ratio"), QStringLiteral("Saturates"),
-                                                 QStringLiteral("57;71"), QStringLiteral("Didyk et al. 1978"));
+                                                  QStringLiteral("Pr / Ph"), QStringLiteral("Pr/Ph"), 20,
+                                                  QStringLiteral("Redox"), QStringLiteral("GC-MS"),
+                                                  QStringLiteral("Peak area ratio"), QStringLiteral("Saturates"),
+                                                  QStringLiteral("57;71"), QStringLiteral("Didyk et al. 1978"));
         QVERIFY(prph);
         QVERIFY(plainRatio(db.ratios, QStringLiteral("R002"), QStringLiteral("CPI"), 10));
         // A second ratio of the same master name, and one placed at the end.
@@ -254,11 +254,11 @@ void TestToviStorage::ratiosKeepTheirElevenValuesAndDisplayOrder()
         // alias value is not a ratio.
         TToviCompound* c = db.compound(QStringLiteral("C-PR"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
         QVERIFY(db.aliases->aliasCreate(prph->object(), QStringLiteral("masterName"), QStringLiteral("A"),
-                                       QStringLiteral("pristane/phytane")));
+                                        QStringLiteral("pristane/phytane")));
         QVERIFY(db.aliases->aliasCreate(prph->object(), QStringLiteral("masterName"), QStringLiteral("B"),
-                                       QStringLiteral("pristane/phytane")));
+                                        QStringLiteral("pristane/phytane")));
         QVERIFY(db.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("A"),
-                                       QStringLiteral("pristane/phytane")));
+                                        QStringLiteral("pristane/phytane")));
     }
     Reference db(DatabaseToviUser, path, &m_factory);
     TToviRatio* prph = db.ratios->ratio(QStringLiteral("R001"));
@@ -364,7 +364,7 @@ void TestToviStorage::aliasesPerVendor()
         QVERIFY(db.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorB"), QStringLiteral("PRIST")));
         QVERIFY(db.aliases->aliasCreate(ph->object(), field, QStringLiteral("VendorA"), QStringLiteral("Phytan")));
         QVERIFY(db.aliases->aliasCreate(ph->object(), QStringLiteral("CAS"), QStringLiteral("VendorC"),
-                                       QStringLiteral("638-36-8")));
+                                        QStringLiteral("638-36-8")));
         // One value per (object, field, vendor); an object must be ours.
         QVERIFY(!db.aliases->aliasCreate(pr->object(), field, QStringLiteral("VendorA"), QStringLiteral("other")));
         QVERIFY(!db.aliases->aliasCreate(pr->object(), QString(), QStringLiteral("VendorA"), QStringLiteral("x")));
@@ -507,7 +507,7 @@ void TestToviStorage::readOnlyDatabaseRefusesChanges()
         Reference db(DatabaseToviDelivered, path, &m_factory);
         TToviCompound* c = db.compound(QStringLiteral("C1"), QStringLiteral("Pristane"), QStringLiteral("Pr"));
         QVERIFY(db.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("V"),
-                                       QStringLiteral("x")));
+                                        QStringLiteral("x")));
         QVERIFY(db.tovi()->writeSerialNumber(QStringLiteral("ORL-1")));
     }
     TRecordingLogger logger;
@@ -546,7 +546,7 @@ void TestToviStorage::batchWritesOnceAtTheEnd()
             TToviCompound* c = db.compounds->createCompound(m.get(), QString());
             QVERIFY(c);
             QVERIFY(db.aliases->aliasCreate(c->object(), QStringLiteral("masterName"), QStringLiteral("V"),
-                                           QStringLiteral("alias %1").arg(i)));
+                                            QStringLiteral("alias %1").arg(i)));
         }
         {
             TToviBatch nested(&db);
