@@ -608,7 +608,6 @@ void TestToviStorage::serialNumberThroughAnyConnection()
     QVERIFY(connector->writeSerialNumber(QStringLiteral("20261123-1")));
     QCOMPARE(connector->serialNumber(), QStringLiteral("20261123-1"));
     const QString file = connector->getDbFilename();
-    QVERIFY(file.endsWith(THeaderConnector::fileNameForType(DatabaseToviUser)));
     {
         QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), file);
         other.setDatabaseName(file);
