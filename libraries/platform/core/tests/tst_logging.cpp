@@ -3,44 +3,11 @@
 #include <tprintlogger.h>
 #include <trecordinglogger.h>
 
-#include <QTemporaryFile>
 #include <QtTest>
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
-
-namespace {
-
-// What a printing logger wrote to a temporary stream.
-class CapturedStream
-{
-public:
-    CapturedStream()
-        : m_file(std::tmpfile())
-    {}
-    ~CapturedStream()
-    {
-        if (m_file)
-            std::fclose(m_file);
-    }
-    std::FILE* stream() const { return m_file; }
-    QString text() const
-    {
-        std::fflush(m_file);
-        std::rewind(m_file);
-        QByteArray bytes;
-        char buffer[512];
-        size_t n = 0;
-        while ((n = std::fread(buffer, 1, sizeof buffer, m_file)) > 0)
-            bytes.append(buffer, int(n));
-        return QString::fromUtf8(bytes);
-    }
-
-private:
-    std::FILE* m_file;
-};
-
-} // namespace
 
 class TestLogging : public QObject
 {
@@ -51,16 +18,21 @@ private slots:
 
     void printLoggerWritesOneLinePerMessage()
     {
-        CapturedStream out;
-        QVERIFY(out.stream());
-        TPrintLogger logger(out.stream());
+        char* buffer = nullptr; // what the logger prints, in memory
+        size_t size = 0;
+        std::FILE* stream = open_memstream(&buffer, &size);
+        QVERIFY(stream);
+        TPrintLogger logger(stream);
         MessageLoggerInterface::Debug("hidden by default", &logger);
         MessageLoggerInterface::Information("Loading <b>compounds</b>", &logger);
         MessageLoggerInterface::Warning("Ratio <i>Pr/Ph</i> &amp; CPI &lt;missing&gt;", &logger);
         MessageLoggerInterface::Error("line one<br>line two<br/>three<BR />four", &logger);
         logger.setMinimumLevel(MessageLoggerInterface::LevelDebug);
         MessageLoggerInterface::Debug("now shown", &logger);
-        QCOMPARE(out.text(), QStringLiteral("[Information] Loading compounds\n"
+        std::fclose(stream);
+        const QString printed = QString::fromUtf8(buffer, int(size));
+        std::free(buffer);
+        QCOMPARE(printed, QStringLiteral("[Information] Loading compounds\n"
                                             "[Warning] Ratio Pr/Ph & CPI <missing>\n"
                                             "[Error] line one line two three four\n"
                                             "[Debug] now shown\n"));
