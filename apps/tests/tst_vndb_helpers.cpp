@@ -94,11 +94,9 @@ private slots:
         // Negative numbers and words after "--" are words, not options.
         QVERIFY(arguments.parse({"-5", "--", "--tic"}, options, &error));
         QCOMPARE(arguments.positionals(), (QStringList{"-5", "--tic"}));
-
-        QVERIFY(!arguments.parse({"--nope"}, options, &error));
-        QVERIFY(error.contains("--nope"));
+        // A short option without its value; the long forms of the refusals are
+        // checked where vndb runs as a process.
         QVERIFY(!arguments.parse({"-o"}, options, &error));
-        QVERIFY(!arguments.parse({"--tic=1"}, options, &error));
     }
 
     void numbersAreFiniteAndIndexesNotNegative()

@@ -8,35 +8,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace {
-
-// Unsets an environment variable for the scope and puts it back afterwards.
-class ScopedUnset
-{
-public:
-    explicit ScopedUnset(const char* name)
-        : m_name(name)
-        , m_was(qEnvironmentVariableIsSet(name))
-        , m_value(qgetenv(name))
-    {
-        qunsetenv(name);
-    }
-    ~ScopedUnset()
-    {
-        if (m_was)
-            qputenv(m_name, m_value);
-        else
-            qunsetenv(m_name);
-    }
-
-private:
-    const char* m_name;
-    bool m_was;
-    QByteArray m_value;
-};
-
-} // namespace
-
 class TestApplicationData : public QObject
 {
     Q_OBJECT
@@ -46,6 +17,10 @@ private slots:
     {
         QVERIFY(m_dir.isValid());
         TApplicationDataLoader::getInstance()->setSettingsFile(QString());
+        // Each test starts from an environment without the names it uses.
+        for (const char* name : {"VN_TEST_FROM_FILE", "VN_TEST_BOTH", "VN_TEST_FROM_ENV", "VN_TEST_NOWHERE",
+                                 "VNDB_SETTINGS", "VARNELDIR"})
+            qunsetenv(name);
     }
 
     void instanceLivesWithItsOwner()
@@ -97,10 +72,6 @@ private slots:
                                    "[Elsewhere]\nVN_TEST_GROUPED=hidden\n"));
         TApplicationDataLoader* loader = TApplicationDataLoader::getInstance();
         loader->setSettingsFile(settings);
-
-        ScopedUnset file("VN_TEST_FROM_FILE");
-        ScopedUnset both("VN_TEST_BOTH");
-        ScopedUnset env("VN_TEST_FROM_ENV");
         qputenv("VN_TEST_BOTH", "from environment");
         qputenv("VN_TEST_FROM_ENV", "/data/env");
 
@@ -119,8 +90,6 @@ private slots:
 
     void loaderMissingValues()
     {
-        ScopedUnset unset("VN_TEST_NOWHERE");
-        ScopedUnset settingsVariable("VNDB_SETTINGS");
         TApplicationDataLoader* loader = TApplicationDataLoader::getInstance();
 
         // No TApplicationData: nothing to store into.
@@ -153,8 +122,6 @@ private slots:
     {
         const QString settings = m_dir.filePath("env.ini");
         QVERIFY(writeAll(settings, "VARNELDIR=/opt/varnel\n"));
-        ScopedUnset settingsVariable("VNDB_SETTINGS");
-        ScopedUnset value("VARNELDIR");
         qputenv("VNDB_SETTINGS", QFile::encodeName(settings));
         TApplicationDataLoader* loader = TApplicationDataLoader::getInstance();
         QCOMPARE(loader->settingsFile(), settings);
