@@ -18,10 +18,7 @@ QJsonObject json(const VndbResult& result)
 
 QStringList strings(const QJsonValue& value)
 {
-    QStringList list;
-    for (const QJsonValue& item : value.toArray())
-        list << item.toString();
-    return list;
+    return value.toVariant().toStringList();
 }
 
 VndbResult project(const QString& action, const QString& dir, const QStringList& more = {})

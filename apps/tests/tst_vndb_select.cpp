@@ -130,10 +130,7 @@ private slots:
 
         // Loaded, then a new tick is added; hidden ticks stay ticked.
         const QJsonObject loaded = select({"--load", file, "--tick", "I:m/z 191", "--search", "phytane"});
-        QStringList ticked;
-        for (const QJsonValue& id : loaded.value("ticked").toArray())
-            ticked << id.toString();
-        QCOMPARE(ticked, QStringList({"C:Pr", "P:R001", "I:m/z 191"}));
+        QCOMPARE(loaded.value("ticked").toVariant().toStringList(), QStringList({"C:Pr", "P:R001", "I:m/z 191"}));
 
         // The text form marks the ticks.
         const VndbResult text
