@@ -23,9 +23,9 @@ public:
     virtual ~VNDatabaseToviMerged();
 
     /// Reloads the merged database when it is current, rebuilds it otherwise.
-    /// False when the delivered or the user database (or the database
-    /// factory) is missing, and when no copy of the delivered file can be
-    /// made (said in a warning; the old merged database then stays, stale).
+    /// False only when the delivered or the user database (or the database
+    /// factory) is missing. When no copy of the delivered file can be made,
+    /// a warning says so and the old merged database stays as it was, stale.
     bool synchronize();
     /// After a graph or an overlay was saved in either source: brings their
     /// graphs and overlays into the merged database, without a rebuild.
