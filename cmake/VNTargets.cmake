@@ -66,6 +66,8 @@ function(vn_add_test)
   string(REPLACE "." "_" exe "tst_${A_NAME}")
   add_executable(${exe} ${A_SOURCES})
   target_link_libraries(${exe} PRIVATE Qt5::Test ${A_LIBS})
+  # Helpers that tests of every library share (file reads and writes...).
+  target_include_directories(${exe} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support)
   vn_warnings(${exe})
   add_test(NAME ${A_NAME} COMMAND ${exe})
   set(env QT_QPA_PLATFORM=offscreen QT_FORCE_STDERR_LOGGING=1 ${VN_SANITIZER_TEST_ENV})

@@ -1,5 +1,5 @@
 #include "filesizelimit.h"
-#include "testfiles.h"
+#include <testfiles.h>
 
 #include <tfile.h>
 #include <trecordinglogger.h>

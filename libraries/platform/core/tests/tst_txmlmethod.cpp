@@ -1,5 +1,5 @@
 #include "filesizelimit.h"
-#include "testfiles.h"
+#include <testfiles.h>
 
 #include <trecordinglogger.h>
 #include <ttranslator.h>

@@ -1,5 +1,5 @@
 // Analysis folders made from imports, and the shared open acquisition files.
-#include "testfiles.h"
+#include <testfiles.h>
 
 #include <tacquisitionrun.h>
 #include <tandimsfile.h>
