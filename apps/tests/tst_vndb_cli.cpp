@@ -15,14 +15,22 @@ private slots:
     {
         QTest::addColumn<QString>("command");
         QTest::addColumn<QString>("mentions");
-        QTest::newRow("demo") << "demo" << "vndb-demo";
-        QTest::newRow("project") << "project" << "--read-only";
-        QTest::newRow("import") << "import" << "--name";
-        QTest::newRow("tic") << "tic" << "DIR ANALYSIS";
-        QTest::newRow("eic") << "eic" << "--window";
-        QTest::newRow("spectrum") << "spectrum" << "FIRST [LAST]";
-        QTest::newRow("plot") << "plot" << "--output";
-        QTest::newRow("select") << "select" << "--filter LABEL=VALUE";
+        QTest::newRow("demo") << "demo"
+                              << "vndb-demo";
+        QTest::newRow("project") << "project"
+                                 << "--read-only";
+        QTest::newRow("import") << "import"
+                                << "--name";
+        QTest::newRow("tic") << "tic"
+                             << "DIR ANALYSIS";
+        QTest::newRow("eic") << "eic"
+                             << "--window";
+        QTest::newRow("spectrum") << "spectrum"
+                                  << "FIRST [LAST]";
+        QTest::newRow("plot") << "plot"
+                              << "--output";
+        QTest::newRow("select") << "select"
+                                << "--filter LABEL=VALUE";
     }
 
     void everyCommandExplainsItself()

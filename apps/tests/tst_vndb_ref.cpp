@@ -132,13 +132,16 @@ private slots:
         QTest::newRow("existing compound") << QStringList{"add-compound", "n-Decane"} << "exists already"
                                            << "existe déjà";
         QTest::newRow("existing key") << QStringList{"add-compound", "Decane again", "--key", "nC10"}
-                                      << "'nC10' exists already" << "'nC10' existe déjà";
+                                      << "'nC10' exists already"
+                                      << "'nC10' existe déjà";
         QTest::newRow("key of two keys") << QStringList{"add-compound", "Lycopene", "--key", "a;b"}
-                                         << "is not a compound key" << "n'est pas une clé de composé";
+                                         << "is not a compound key"
+                                         << "n'est pas une clé de composé";
         QTest::newRow("delivered is read-only")
             << QStringList{"add-ion", "m/z 999", "999", "--db", "delivered"} << "cannot be changed"
             << "ne peut pas être modifiée";
-        QTest::newRow("not a mass") << QStringList{"add-ion", "m/z x", "x"} << "is not a mass" << "n'est pas une masse";
+        QTest::newRow("not a mass") << QStringList{"add-ion", "m/z x", "x"} << "is not a mass"
+                                    << "n'est pas une masse";
         QTest::newRow("joint of unknown compound")
             << QStringList{"add-joint", "nothing", "m/z 57"} << "is not in the user database"
             << "n'est pas dans la base utilisateur";
@@ -148,7 +151,8 @@ private slots:
             << QStringList{"alias", "add", "nothing", "masterName", "V", "x"} << "no object 'nothing'"
             << "aucun objet 'nothing'";
         QTest::newRow("unknown vendor") << QStringList{"alias", "delete-vendor", "Nobody"}
-                                        << "no alias of vendor 'Nobody'" << "aucun alias du fournisseur 'Nobody'";
+                                        << "no alias of vendor 'Nobody'"
+                                        << "aucun alias du fournisseur 'Nobody'";
     }
 
     void refusalsChangeNothing()

@@ -38,25 +38,26 @@ QList<CliOption> options()
     const auto option = [](const char* name, int values, const char* valueName) {
         return CliOption{QLatin1String(name), QChar(), values, QLatin1String(valueName), QString()};
     };
-    return {option("lang", 1, "en|fr"), option("kind", 1, "KIND"),   option("search", 1, "TEXT"),
-            option("tick", 1, "ID"),    option("details", 1, "ID"),  option("dir", 1, "DIR"),
-            option("screenshot", 1, "FILE"), option("size", 1, "WxH"), option("help", 0, "")};
+    return {option("lang", 1, "en|fr"),      option("kind", 1, "KIND"),  option("search", 1, "TEXT"),
+            option("tick", 1, "ID"),         option("details", 1, "ID"), option("dir", 1, "DIR"),
+            option("screenshot", 1, "FILE"), option("size", 1, "WxH"),   option("help", 0, "")};
 }
 
 QString helpText()
 {
-    return tr("Usage: vndb-browser [--lang en|fr] [--kind KIND]... [--search TEXT] [--tick ID]... [--details ID]\n"
-              "                    [--dir DIR] [--screenshot FILE.png] [--size WxH]\n\n"
-              "The object selector over the merged reference database of DIR (else $TOVIDBDIR, else\n"
-              "vndb-demo/reference): search line, quick filters, custom filter lines, ticks and details. KIND\n"
-              "is compounds, parameters, joints or ions; IDs are those that 'vndb select' prints. --screenshot\n"
-              "draws the window off screen into FILE and exits.",
-              "Utilisation : vndb-browser [--lang en|fr] [--kind KIND]... [--search TEXT] [--tick ID]... [--details ID]\n"
-              "                           [--dir DIR] [--screenshot FILE.png] [--size LxH]\n\n"
-              "Le sélecteur d'objets sur la base de référence fusionnée de DIR (sinon $TOVIDBDIR, sinon\n"
-              "vndb-demo/reference) : ligne de recherche, filtres rapides, lignes de filtre, coches et détails.\n"
-              "KIND vaut compounds, parameters, joints ou ions ; les ID sont ceux qu'affiche 'vndb select'.\n"
-              "--screenshot dessine la fenêtre hors écran dans FILE et quitte.");
+    return tr(
+        "Usage: vndb-browser [--lang en|fr] [--kind KIND]... [--search TEXT] [--tick ID]... [--details ID]\n"
+        "                    [--dir DIR] [--screenshot FILE.png] [--size WxH]\n\n"
+        "The object selector over the merged reference database of DIR (else $TOVIDBDIR, else\n"
+        "vndb-demo/reference): search line, quick filters, custom filter lines, ticks and details. KIND\n"
+        "is compounds, parameters, joints or ions; IDs are those that 'vndb select' prints. --screenshot\n"
+        "draws the window off screen into FILE and exits.",
+        "Utilisation : vndb-browser [--lang en|fr] [--kind KIND]... [--search TEXT] [--tick ID]... [--details ID]\n"
+        "                           [--dir DIR] [--screenshot FILE.png] [--size LxH]\n\n"
+        "Le sélecteur d'objets sur la base de référence fusionnée de DIR (sinon $TOVIDBDIR, sinon\n"
+        "vndb-demo/reference) : ligne de recherche, filtres rapides, lignes de filtre, coches et détails.\n"
+        "KIND vaut compounds, parameters, joints ou ions ; les ID sont ceux qu'affiche 'vndb select'.\n"
+        "--screenshot dessine la fenêtre hors écran dans FILE et quitte.");
 }
 } // namespace
 
@@ -93,24 +94,28 @@ int main(int argc, char** argv)
     const QStringList kinds = arguments.values(QStringLiteral("kind"));
     for (const QString& kind : kinds) {
         if (!ReferenceSelector::kinds().contains(kind))
-            return fail(2, tr("unknown kind '%1' (%2)", "type inconnu '%1' (%2)")
-                               .arg(kind, ReferenceSelector::kinds().join(QStringLiteral(", "))));
+            return fail(2,
+                        tr("unknown kind '%1' (%2)", "type inconnu '%1' (%2)")
+                            .arg(kind, ReferenceSelector::kinds().join(QStringLiteral(", "))));
     }
     QSize size(1100, 720);
     if (arguments.isSet(QStringLiteral("size"))) {
         const QStringList parts = arguments.value(QStringLiteral("size")).split(QLatin1Char('x'));
         int width = 0;
         int height = 0;
-        if (parts.size() != 2 || !CliArguments::toIndex(parts.at(0), &width) || !CliArguments::toIndex(parts.at(1), &height)
-            || width < 320 || height < 240 || width > 8000 || height > 8000)
-            return fail(2, tr("'%1' is not a window size (WxH, from 320x240)", "'%1' n'est pas une taille de fenêtre (LxH, à partir de 320x240)")
-                               .arg(arguments.value(QStringLiteral("size"))));
+        if (parts.size() != 2 || !CliArguments::toIndex(parts.at(0), &width)
+            || !CliArguments::toIndex(parts.at(1), &height) || width < 320 || height < 240 || width > 8000
+            || height > 8000)
+            return fail(2,
+                        tr("'%1' is not a window size (WxH, from 320x240)",
+                           "'%1' n'est pas une taille de fenêtre (LxH, à partir de 320x240)")
+                            .arg(arguments.value(QStringLiteral("size"))));
         size = QSize(width, height);
     }
 
     ReferenceDatabases databases;
     const QString folder = arguments.isSet(QStringLiteral("dir")) ? arguments.value(QStringLiteral("dir"))
-                                                                   : ReferenceDatabases::defaultFolder();
+                                                                  : ReferenceDatabases::defaultFolder();
     VNToviDatabaseInterface* merged = nullptr;
     if (!databases.open(folder, false, &error) || !(merged = databases.database(Sedra::DatabaseToviMerged, &error)))
         return fail(1, error);
@@ -124,7 +129,9 @@ int main(int argc, char** argv)
     if (arguments.isSet(QStringLiteral("search")))
         window.search(arguments.value(QStringLiteral("search")));
     if (arguments.isSet(QStringLiteral("details")) && !window.showDetails(arguments.value(QStringLiteral("details"))))
-        return fail(1, tr("no object with the ID '%1'", "aucun objet d'ID '%1'").arg(arguments.value(QStringLiteral("details"))));
+        return fail(
+            1,
+            tr("no object with the ID '%1'", "aucun objet d'ID '%1'").arg(arguments.value(QStringLiteral("details"))));
     window.show();
 
     if (!screenshot)

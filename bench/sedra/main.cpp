@@ -170,7 +170,8 @@ Times run(int n)
         timer.start();
         QStringList strings;
         QSqlQuery rows(db);
-        rows.exec(QStringLiteral("SELECT id, type, key, name, parent_type, parent, path FROM objects ORDER BY type, id"));
+        rows.exec(
+            QStringLiteral("SELECT id, type, key, name, parent_type, parent, path FROM objects ORDER BY type, id"));
         while (rows.next())
             strings << rows.value(2).toString() << rows.value(3).toString() << rows.value(5).toString()
                     << rows.value(6).toString();
@@ -211,7 +212,8 @@ Times run(int n)
     auto* analyses = dynamic_cast<Sedra::TAnalysisMapper*>(db->mapper(VNObjectTypeAnalysis));
     auto* signalMapper = dynamic_cast<Sedra::TSignalMapper*>(db->mapper(VNObjectTypeSignal));
     if (analyses->count() != n || signalMapper->count() != n)
-        std::printf("!! %d analyses and %d signals read back, %d expected\n", analyses->count(), signalMapper->count(), n);
+        std::printf("!! %d analyses and %d signals read back, %d expected\n", analyses->count(), signalMapper->count(),
+                    n);
 
     // 3. Look-ups.
     QStringList names;
@@ -231,8 +233,8 @@ Times run(int n)
             for (const QString& name : names) {
                 found += analyses->getAnalysis(name) != nullptr;
                 found += signalMapper->getSignal(name, QStringLiteral("TIC")) != nullptr;
-                found += signalMapper->getSignalByHash(QStringLiteral("TIC"),
-                                                       Sedra::TSignalMapper::analysisHash(name)) != nullptr;
+                found += signalMapper->getSignalByHash(QStringLiteral("TIC"), Sedra::TSignalMapper::analysisHash(name))
+                    != nullptr;
             }
         }
         t.lookup = std::min(t.lookup, ms(timer) / rounds);
@@ -252,8 +254,8 @@ Times run(int n)
             for (const QString& name : names) {
                 foundBase += hash.contains(name);
                 foundBase += hash.contains(name + QStringLiteral("/TIC"));
-                foundBase +=
-                    hash.contains(QString::number(Sedra::TSignalMapper::analysisHash(name)) + QStringLiteral("/TIC"));
+                foundBase += hash.contains(QString::number(Sedra::TSignalMapper::analysisHash(name))
+                                           + QStringLiteral("/TIC"));
             }
         }
         t.lookupBase = std::min(t.lookupBase, ms(timer) / rounds);
@@ -369,14 +371,13 @@ int main(int argc, char** argv)
     std::printf("Targets (4N run; growth from N to 4N; ratio against the same-run baseline)\n");
     // Both grow a little faster than N once the indexes outgrow the caches:
     // the index is judged against the QHash's own growth.
-    target("look-ups through the index, growth / the QHash's growth", (large.lookup / small.lookup)
-               / (large.lookupBase / small.lookupBase), 2, "<= 2");
+    target("look-ups through the index, growth / the QHash's growth",
+           (large.lookup / small.lookup) / (large.lookupBase / small.lookupBase), 2, "<= 2");
     target("look-ups, index time / walk time at 4N", large.lookup / large.lookupScan, 0.25, "<= 0.25");
     target("reopen, growth", large.load / small.load, 8, "<= 8");
     target("reopen, ratio to raw reads of the same rows", large.load / large.loadBase, 10, "<= 10");
     target("create + one flush, growth", large.create / small.create, 8, "<= 8");
-    target("create + one flush, ratio to raw inserts in one transaction", large.create / large.createBase, 5,
-           "<= 5");
+    target("create + one flush, ratio to raw inserts in one transaction", large.create / large.createBase, 5, "<= 5");
     target("remove all + one flush, growth", large.remove / small.remove, 8, "<= 8");
     target("remove all + one flush, ratio to raw deletes in one transaction", large.remove / large.removeBase, 5,
            "<= 5");

@@ -30,8 +30,9 @@ constexpr int kCategories = 20;
 constexpr int kItems = 100000;
 constexpr int kTicked = 50000;
 
-const char* const kFamilies[] = {"n-Alkane", "Isoprenoid", "Hopane", "Sterane", "Tricyclic terpane",
-                                 "Diasterane", "Aromatic sterane", "Phenanthrene", "Dibenzothiophene", "Naphthalene"};
+const char* const kFamilies[]
+    = {"n-Alkane",   "Isoprenoid",       "Hopane",       "Sterane",          "Tricyclic terpane",
+       "Diasterane", "Aromatic sterane", "Phenanthrene", "Dibenzothiophene", "Naphthalene"};
 const char* const kAnalyses[] = {"MS", "THC", "Saturates", "MSMS", "Aromatics", "FID"};
 
 QString nameOf(int i)
@@ -125,8 +126,8 @@ int main(int argc, char** argv)
     ctrl.searchRequested(QStringLiteral("h"));
     const double first = timer.nsecsElapsed() / 1e6;
 
-    const QStringList keystrokes{"ho", "hop", "hopa", "hopan", "hopane", "hopane c3", "STER", "ster", "20s)",
-                                 "isomer 99", "z", "Naphthalene C2"};
+    const QStringList keystrokes{"ho",   "hop",  "hopa", "hopan",     "hopane", "hopane c3",
+                                 "STER", "ster", "20s)", "isomer 99", "z",      "Naphthalene C2"};
     std::vector<double> searchTimes;
     std::vector<double> baselineTimes;
     bool sameAnswers = true;

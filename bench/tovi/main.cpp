@@ -159,8 +159,7 @@ void rawInsert(QSqlDatabase& db, const QString& prefix, int compounds, int param
         QList<Sedra::TProperty> properties = compoundProperties(i);
         properties.prepend(Sedra::TProperty(QStringLiteral("MasterName"), QStringLiteral("compound")));
         properties.prepend(Sedra::TProperty(QStringLiteral("Compound ID"), prefix + QString::number(i)));
-        insert(VNObjectTypeCompound, prefix + QString::number(i), QStringLiteral("compound"), 0, QString(),
-               properties);
+        insert(VNObjectTypeCompound, prefix + QString::number(i), QStringLiteral("compound"), 0, QString(), properties);
     }
     for (int i = 0; i < parameters; ++i) {
         QList<Sedra::TProperty> properties;
@@ -244,7 +243,7 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     const int divisor = qMax(1, argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 1);
-    const Sizes s{20000 / divisor, 2000 / divisor, 5000 / divisor, 5000 / divisor,
+    const Sizes s{20000 / divisor, 2000 / divisor, 5000 / divisor,        5000 / divisor,
                   10000 / divisor, 1000 / divisor, qMax(1, 200 / divisor)};
     QuietLogger logger;
     MessageLoggerInterface* previous = MessageLoggerInterface::setDefault(&logger);
@@ -405,8 +404,7 @@ int main(int argc, char** argv)
                 rebuilt ? "ok" : "FAILED", current ? "ok" : "FAILED",
                 merged ? int(merged->getAllCompounds().size()) : -1, merged ? int(merged->getAllAlias().size()) : -1,
                 merged ? int(merged->getAllRatios().size()) : -1, merged ? int(merged->getAllGraphs().size()) : -1,
-                merged ? int(merged->getAllOverlays().size()) : -1,
-                merged ? qPrintable(merged->serialNumber()) : "-");
+                merged ? int(merged->getAllOverlays().size()) : -1, merged ? qPrintable(merged->serialNumber()) : "-");
     VNDatabaseToviMGR::clear();
     DatabaseFactoryInterface::uninstall(&factory);
     MessageLoggerInterface::setDefault(previous);

@@ -185,8 +185,10 @@ QStringList AnalysisData::transitionLabels(const TCMFile::Spectrum& spectrum) co
     for (const auto& transition : m_file.transitions()) {
         const unsigned long base = static_cast<unsigned long>(std::lround(double(transition.second) * 100.0));
         const unsigned long key = base + static_cast<unsigned long>(seen[base]++);
-        names.insert(key, QStringLiteral("%1->%2").arg(double(transition.first), 0, 'g', -1)
-                              .arg(double(transition.second), 0, 'g', -1));
+        names.insert(key,
+                     QStringLiteral("%1->%2")
+                         .arg(double(transition.first), 0, 'g', -1)
+                         .arg(double(transition.second), 0, 'g', -1));
     }
     QStringList labels;
     for (const auto& point : spectrum)

@@ -16,11 +16,11 @@ struct AnalysisSeries
     enum Kind { Chromatogram, Spectrum };
     Kind kind = Chromatogram;
     QString analysis;
-    QString title;          ///< "TIC", "EIC m/z 191.0 ± 0.5", "scan 120" ...
+    QString title; ///< "TIC", "EIC m/z 191.0 ± 0.5", "scan 120" ...
     QVector<double> x;
     QVector<double> y;
-    QStringList labels;     ///< spectra only: "191.2", or "370->191" for MS/MS
-    int firstScan = 0;      ///< chromatograms: scan of x[0]
+    QStringList labels; ///< spectra only: "191.2", or "370->191" for MS/MS
+    int firstScan = 0;  ///< chromatograms: scan of x[0]
     bool msms = false;
 
     /// Keeps the points of a chromatogram whose time lies in [from, to]

@@ -36,8 +36,9 @@ QString CliApplication::helpText() const
     QStringList lines;
     lines << tr("vndb - projects, analyses and acquisition files of the geochemical database module",
                 "vndb - projets, analyses et fichiers d'acquisition du module de base de données géochimique");
-    lines << QString() << tr("Usage: vndb COMMAND [ARGUMENTS] [--lang en|fr] [--json]",
-                             "Utilisation : vndb COMMANDE [ARGUMENTS] [--lang en|fr] [--json]");
+    lines << QString()
+          << tr("Usage: vndb COMMAND [ARGUMENTS] [--lang en|fr] [--json]",
+                "Utilisation : vndb COMMANDE [ARGUMENTS] [--lang en|fr] [--json]");
     lines << QString() << tr("Commands:", "Commandes :");
     for (const CliCommand* command : m_commands)
         lines << QStringLiteral("  ") + command->name().leftJustified(10) + QLatin1Char(' ') + command->summary();
@@ -81,8 +82,8 @@ int CliApplication::exec(const QStringList& input)
     TTranslator::install(languageError.isNull() ? language : QStringLiteral("en"));
     CliContext context(json);
     if (!languageError.isNull())
-        return context.usageError(tr("unknown language '%1' (en or fr)", "langue inconnue '%1' (en ou fr)")
-                                      .arg(languageError));
+        return context.usageError(
+            tr("unknown language '%1' (en or fr)", "langue inconnue '%1' (en ou fr)").arg(languageError));
 
     if (words.value(0) == QLatin1String("--version")) {
         std::printf("vndb %s\n", qPrintable(QCoreApplication::applicationVersion()));

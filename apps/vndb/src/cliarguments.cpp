@@ -65,8 +65,8 @@ bool CliArguments::parse(const QStringList& words, const QList<CliOption>& optio
         } else if (i + 1 < words.size()) {
             values << words.at(++i);
         } else {
-            *error = tr("option %1 needs a value (%2)", "l'option %1 attend une valeur (%2)")
-                         .arg(word, option->valueName);
+            *error
+                = tr("option %1 needs a value (%2)", "l'option %1 attend une valeur (%2)").arg(word, option->valueName);
             return false;
         }
         if (option->values == 2 && i + 1 < words.size() && toNumber(words.at(i + 1), &ignored))

@@ -10,11 +10,11 @@
 /// is a number, a second one (`--spectrum FIRST [LAST]`).
 struct CliOption
 {
-    QString name;          ///< long name without the dashes
-    QChar shortName;       ///< optional one-letter alias ("o" for -o)
+    QString name;    ///< long name without the dashes
+    QChar shortName; ///< optional one-letter alias ("o" for -o)
     int values = 0;
-    QString valueName;     ///< shown in the help ("FILE", "MASS")
-    QString help;          ///< translated one-line description
+    QString valueName; ///< shown in the help ("FILE", "MASS")
+    QString help;      ///< translated one-line description
 };
 
 /// The words of one command line, split into options and positional words.

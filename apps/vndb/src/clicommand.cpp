@@ -2,15 +2,15 @@
 
 CliCommand::CliCommand(QObject* parent)
     : QObject(parent)
-{
-}
+{ }
 
 CliCommand::~CliCommand() = default;
 
 QString CliCommand::helpText() const
 {
     QStringList lines;
-    lines << tr("Usage:", "Utilisation :") + QStringLiteral(" vndb ") + (name() + QLatin1Char(' ') + synopsis()).trimmed();
+    lines << tr("Usage:", "Utilisation :") + QStringLiteral(" vndb ")
+            + (name() + QLatin1Char(' ') + synopsis()).trimmed();
     lines << QString() << summary();
     if (!description().isEmpty())
         lines << QString() << description();

@@ -28,8 +28,7 @@ void writeLine(std::FILE* stream, const QString& line)
 CliContext::CliContext(bool json)
     : m_json(json)
     , m_previous(MessageLoggerInterface::setDefault(this))
-{
-}
+{ }
 
 CliContext::~CliContext()
 {
@@ -75,10 +74,10 @@ int CliContext::refuse(const QString& message)
 int CliContext::usageError(const QString& message, const QString& command)
 {
     QString line = QStringLiteral("vndb: ") + oneLine(message);
-    const QString help = command.isEmpty() ? QStringLiteral("vndb --help")
-                                           : QStringLiteral("vndb %1 --help").arg(command);
+    const QString help
+        = command.isEmpty() ? QStringLiteral("vndb --help") : QStringLiteral("vndb %1 --help").arg(command);
     line += QStringLiteral(" (") + QCoreApplication::translate("CliContext", "see %1", "voir %1").arg(help)
-            + QLatin1Char(')');
+        + QLatin1Char(')');
     writeLine(stderr, line);
     return UsageError;
 }

@@ -57,14 +57,16 @@ QString topPeaks(const AnalysisSeries& series, int count)
     std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return series.y.at(a) > series.y.at(b); });
     QStringList peaks;
     for (int i = 0; i < std::min(count, int(order.size())); ++i)
-        peaks << QStringLiteral("%1 (%2)").arg(series.labels.value(order.at(i))).arg(series.y.at(order.at(i)), 0, 'f', 0);
+        peaks
+            << QStringLiteral("%1 (%2)").arg(series.labels.value(order.at(i))).arg(series.y.at(order.at(i)), 0, 'f', 0);
     return peaks.join(QStringLiteral(", "));
 }
 } // namespace
 
 QString DemoCommand::summary() const
 {
-    return tr("make a sample workspace and walk through the main job", "crée un espace de démonstration et parcourt le travail principal");
+    return tr("make a sample workspace and walk through the main job",
+              "crée un espace de démonstration et parcourt le travail principal");
 }
 
 QString DemoCommand::description() const
@@ -112,17 +114,15 @@ int DemoCommand::run(CliContext& context, const CliArguments& arguments)
         return context.refuse(tr("'%1' is not a folder", "'%1' n'est pas un dossier").arg(m_root));
     for (const QString& sub : {QStringLiteral("/inputs"), QStringLiteral("/project"), QStringLiteral("/plots")}) {
         if (!TFile::mkdirs(m_root + sub, false))
-            return context.refuse(tr("cannot create the folder '%1'", "impossible de créer le dossier '%1'").arg(m_root + sub));
+            return context.refuse(
+                tr("cannot create the folder '%1'", "impossible de créer le dossier '%1'").arg(m_root + sub));
     }
     context.print(tr("Demo workspace: %1", "Espace de démonstration : %1").arg(m_root));
 
     const QList<std::function<bool()>> steps = {
-        [this] { return makeInputs(); },
-        [this] { return importAnalyses(); },
-        [this] { return checkProject(); },
-        [this] { return showData(); },
-        [this] { return drawPlots(); },
-        [this] { return mergeReferences(); },
+        [this] { return makeInputs(); },       [this] { return importAnalyses(); },
+        [this] { return checkProject(); },     [this] { return showData(); },
+        [this] { return drawPlots(); },        [this] { return mergeReferences(); },
         [this] { return searchReferences(); },
     };
     m_steps = steps.size();
@@ -175,7 +175,8 @@ bool DemoCommand::makeInputs()
             what = QStringLiteral("MS/MS TCM");
         }
         if (!ok) {
-            m_error = tr("cannot write the sample file '%1'", "impossible d'écrire le fichier d'exemple '%1'").arg(path);
+            m_error
+                = tr("cannot write the sample file '%1'", "impossible d'écrire le fichier d'exemple '%1'").arg(path);
             return false;
         }
         say(tr("%1: %2, %3 scans, %4", "%1 : %2, %3 scans, %4")
@@ -220,7 +221,8 @@ bool DemoCommand::checkProject()
     QStringList created;
     for (const ProjectDatabase::Folder& folder : folders) {
         if (!folder.exists) {
-            m_error = tr("the folder '%1' of the project cannot be created", "le dossier '%1' du projet ne peut pas être créé")
+            m_error = tr("the folder '%1' of the project cannot be created",
+                         "le dossier '%1' du projet ne peut pas être créé")
                           .arg(folder.name);
             return false;
         }
@@ -367,8 +369,9 @@ bool DemoCommand::mergeReferences()
     if (!databases.open(m_root + QStringLiteral("/reference"), true, &m_error)
         || !databases.fillDelivered(QString(), &filled, &m_error))
         return false;
-    say(filled ? tr("delivered database filled from the sample content", "base livrée remplie depuis le contenu d'exemple")
-               : tr("delivered database kept", "base livrée conservée"));
+    say(filled
+            ? tr("delivered database filled from the sample content", "base livrée remplie depuis le contenu d'exemple")
+            : tr("delivered database kept", "base livrée conservée"));
     // A compound of the user's own, which the merged database must then show
     // beside the delivered content.
     VNToviDatabaseInterface* user = databases.database(Sedra::DatabaseToviUser, &m_error);
@@ -380,13 +383,17 @@ bool DemoCommand::mergeReferences()
         model.setFormula(QStringLiteral("C40H82"));
         model.setCas(QStringLiteral("45316-02-8"));
         model.setFamily(QStringLiteral("isoprenoids"));
-        if (databases.addCompound(name, QStringLiteral("Lyc"), &model, &m_error).isEmpty() || !databases.userChanged(&m_error))
+        if (databases.addCompound(name, QStringLiteral("Lyc"), &model, &m_error).isEmpty()
+            || !databases.userChanged(&m_error))
             return false;
-        say(tr("user database: %1 added (vndb ref add-compound)", "base utilisateur : %1 ajouté (vndb ref add-compound)").arg(name));
+        say(tr("user database: %1 added (vndb ref add-compound)",
+               "base utilisateur : %1 ajouté (vndb ref add-compound)")
+                .arg(name));
     } else if (!databases.merge(&m_error)) {
         return false;
     }
-    for (Sedra::DatabaseType type : {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
+    for (Sedra::DatabaseType type :
+         {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
         VNToviDatabaseInterface* db = databases.database(type, &m_error);
         if (!db)
             return false;
@@ -395,9 +402,10 @@ bool DemoCommand::mergeReferences()
     const int missing = databases.missingFromMerged(&m_error);
     if (missing < 0)
         return false;
-    say(missing == 0 ? tr("the merged database holds both sources (vndb ref merge --check)",
-                          "la base fusionnée contient les deux sources (vndb ref merge --check)")
-                     : tr("the merged database lacks %1 objects", "il manque %1 objets à la base fusionnée").arg(missing));
+    say(missing == 0
+            ? tr("the merged database holds both sources (vndb ref merge --check)",
+                 "la base fusionnée contient les deux sources (vndb ref merge --check)")
+            : tr("the merged database lacks %1 objects", "il manque %1 objets à la base fusionnée").arg(missing));
     return true;
 }
 
@@ -437,7 +445,8 @@ bool DemoCommand::searchReferences()
     const QString carbons = tr("Carbons", "Carbones");
     ctrl.enableFilterRequested(carbons);
     ctrl.updateFilterRequested(carbons, QStringLiteral("30"));
-    say(tr("and %1 = 30: %2", "et %1 = 30 : %2").arg(carbons, countShown(QStringLiteral("compounds")).join(QStringLiteral(", "))));
+    say(tr("and %1 = 30: %2", "et %1 = 30 : %2")
+            .arg(carbons, countShown(QStringLiteral("compounds")).join(QStringLiteral(", "))));
     for (const QString& id : {QStringLiteral("C:C30H"), QStringLiteral("P:R003")}) {
         if (ObjectSelectorItemInterface* item = ReferenceSelector::find(model, id))
             ctrl.toggleCheckRequested(item, true);

@@ -7,7 +7,8 @@
 
 QString EicCommand::summary() const
 {
-    return tr("print an extracted-ion chromatogram (m/z MASS +/- W)", "affiche un chromatogramme d'ion extrait (m/z MASSE +/- W)");
+    return tr("print an extracted-ion chromatogram (m/z MASS +/- W)",
+              "affiche un chromatogramme d'ion extrait (m/z MASSE +/- W)");
 }
 
 QList<CliOption> EicCommand::options() const
@@ -15,7 +16,7 @@ QList<CliOption> EicCommand::options() const
     return QList<CliOption>{CliOption{QStringLiteral("window"), QLatin1Char('w'), 1, QStringLiteral("W"),
                                       tr("half-width of the mass window (default 0.5)",
                                          "demi-largeur de la fenêtre de masse (0,5 par défaut)")}}
-           + TicCommand::timeOptions();
+    + TicCommand::timeOptions();
 }
 
 bool EicCommand::readMass(const QString& massText, const CliArguments& arguments, double* mass, double* window,

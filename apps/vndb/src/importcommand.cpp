@@ -12,7 +12,8 @@
 
 QString ImportCommand::summary() const
 {
-    return tr("import a CSV or ANDI netCDF run as a new analysis", "importe une acquisition CSV ou ANDI netCDF comme nouvelle analyse");
+    return tr("import a CSV or ANDI netCDF run as a new analysis",
+              "importe une acquisition CSV ou ANDI netCDF comme nouvelle analyse");
 }
 
 QString ImportCommand::description() const
@@ -67,7 +68,7 @@ int ImportCommand::run(CliContext& context, const CliArguments& arguments)
     const QString dir = arguments.positionals().at(0);
     const QString file = arguments.positionals().at(1);
     const QString analysis = arguments.isSet(QStringLiteral("name")) ? arguments.value(QStringLiteral("name"))
-                                                                      : QFileInfo(file).completeBaseName();
+                                                                     : QFileInfo(file).completeBaseName();
     TAcquisitionRun run;
     QString format;
     QString error;

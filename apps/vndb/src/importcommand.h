@@ -21,6 +21,6 @@ public:
 
     /// Reads `file` and adds it to the project `dir` as `analysis`; false with
     /// a one-line reason, the project unchanged. The demo imports through this too.
-    static bool importFile(const QString& dir, const QString& file, const QString& analysis,
-                           TAcquisitionRun* imported, QString* format, QString* error);
+    static bool importFile(const QString& dir, const QString& file, const QString& analysis, TAcquisitionRun* imported,
+                           QString* format, QString* error);
 };

@@ -20,35 +20,45 @@ QString PlotCommand::summary() const
 QList<CliOption> PlotCommand::options() const
 {
     return QList<CliOption>{
-        CliOption{QStringLiteral("tic"), QChar(), 0, QString(), tr("total-ion chromatogram", "chromatogramme du courant ionique total")},
-        CliOption{QStringLiteral("eic"), QChar(), 1, QStringLiteral("MASS"), tr("extracted-ion chromatogram of m/z MASS", "chromatogramme de l'ion extrait m/z MASSE")},
-        CliOption{QStringLiteral("window"), QLatin1Char('w'), 1, QStringLiteral("W"), tr("half-width of the mass window (default 0.5)", "demi-largeur de la fenêtre de masse (0,5 par défaut)")},
-        CliOption{QStringLiteral("spectrum"), QChar(), 2, QStringLiteral("FIRST [LAST]"), tr("spectrum of a scan or mean of a range", "spectre d'un scan ou moyenne d'une plage")},
-        CliOption{QStringLiteral("output"), QLatin1Char('o'), 1, QStringLiteral("FILE"), tr("picture to write (.png or .svg)", "image à écrire (.png ou .svg)")},
-        CliOption{QStringLiteral("size"), QChar(), 1, QStringLiteral("WxH"), tr("picture size in pixels (default 1200x700)", "taille de l'image en pixels (1200x700 par défaut)")},
-        CliOption{QStringLiteral("title"), QChar(), 1, QStringLiteral("TEXT"), tr("title instead of the analysis and signal", "titre à la place de l'analyse et du signal")},
-    } + TicCommand::timeOptions();
+               CliOption{QStringLiteral("tic"), QChar(), 0, QString(),
+                         tr("total-ion chromatogram", "chromatogramme du courant ionique total")},
+               CliOption{QStringLiteral("eic"), QChar(), 1, QStringLiteral("MASS"),
+                         tr("extracted-ion chromatogram of m/z MASS", "chromatogramme de l'ion extrait m/z MASSE")},
+               CliOption{QStringLiteral("window"), QLatin1Char('w'), 1, QStringLiteral("W"),
+                         tr("half-width of the mass window (default 0.5)",
+                            "demi-largeur de la fenêtre de masse (0,5 par défaut)")},
+               CliOption{QStringLiteral("spectrum"), QChar(), 2, QStringLiteral("FIRST [LAST]"),
+                         tr("spectrum of a scan or mean of a range", "spectre d'un scan ou moyenne d'une plage")},
+               CliOption{QStringLiteral("output"), QLatin1Char('o'), 1, QStringLiteral("FILE"),
+                         tr("picture to write (.png or .svg)", "image à écrire (.png ou .svg)")},
+               CliOption{QStringLiteral("size"), QChar(), 1, QStringLiteral("WxH"),
+                         tr("picture size in pixels (default 1200x700)",
+                            "taille de l'image en pixels (1200x700 par défaut)")},
+               CliOption{QStringLiteral("title"), QChar(), 1, QStringLiteral("TEXT"),
+                         tr("title instead of the analysis and signal", "titre à la place de l'analyse et du signal")},
+           }
+    + TicCommand::timeOptions();
 }
 
 int PlotCommand::run(CliContext& context, const CliArguments& arguments)
 {
     const int kinds = int(arguments.isSet(QStringLiteral("tic"))) + int(arguments.isSet(QStringLiteral("eic")))
-                      + int(arguments.isSet(QStringLiteral("spectrum")));
+        + int(arguments.isSet(QStringLiteral("spectrum")));
     if (kinds != 1)
         return context.usageError(tr("choose one of --tic, --eic MASS and --spectrum FIRST [LAST]",
                                      "choisir une option parmi --tic, --eic MASSE et --spectrum PREMIER [DERNIER]"),
                                   name());
     const QString output = arguments.value(QStringLiteral("output"));
     if (output.isEmpty())
-        return context.usageError(tr("the picture file is missing (-o FILE.png|.svg)",
-                                     "le fichier image manque (-o FICHIER.png|.svg)"),
-                                  name());
+        return context.usageError(
+            tr("the picture file is missing (-o FILE.png|.svg)", "le fichier image manque (-o FICHIER.png|.svg)"),
+            name());
     QString error;
     if (!PlotPainter::isSupportedFile(output))
-        return context.usageError(tr("'%1': the picture must be a .png or .svg file",
-                                     "'%1' : l'image doit être un fichier .png ou .svg")
-                                      .arg(output),
-                                  name());
+        return context.usageError(
+            tr("'%1': the picture must be a .png or .svg file", "'%1' : l'image doit être un fichier .png ou .svg")
+                .arg(output),
+            name());
     QSize size = defaultSize();
     if (arguments.isSet(QStringLiteral("size"))) {
         const QStringList parts = arguments.value(QStringLiteral("size")).toLower().split(QLatin1Char('x'));

@@ -15,7 +15,8 @@ public:
     QString name() const override { return QStringLiteral("plot"); }
     QString synopsis() const override
     {
-        return QStringLiteral("DIR ANALYSIS (--tic | --eic MASS [--window W] | --spectrum FIRST [LAST]) -o FILE.png|.svg");
+        return QStringLiteral(
+            "DIR ANALYSIS (--tic | --eic MASS [--window W] | --spectrum FIRST [LAST]) -o FILE.png|.svg");
     }
     QString summary() const override;
     QList<CliOption> options() const override;

@@ -173,7 +173,7 @@ void PlotPainter::paint(QPainter* painter, const QSize& size) const
     painter->drawLine(area.bottomLeft(), area.bottomRight());
     painter->drawLine(area.bottomLeft(), area.topLeft());
     const QString xTitle = categorical ? tr("Transition (parent->daughter m/z)", "Transition (m/z parent->fille)")
-                           : spectrum  ? QStringLiteral("m/z")
+        : spectrum                     ? QStringLiteral("m/z")
                                        : tr("Retention time (min)", "Temps de rétention (min)");
     QString yTitle = tr("Abundance", "Abondance");
     if (exponent > 0)

@@ -44,9 +44,11 @@ QString ProjectCommand::description() const
 QList<CliOption> ProjectCommand::options() const
 {
     return {CliOption{QStringLiteral("read-only"), QChar(), 0, QString(),
-                      tr("open the project read-only: nothing on disk changes", "ouvre le projet en lecture seule : rien ne change sur le disque")},
+                      tr("open the project read-only: nothing on disk changes",
+                         "ouvre le projet en lecture seule : rien ne change sur le disque")},
             CliOption{QStringLiteral("module-in-use"), QChar(), 1, QStringLiteral("NAME"),
-                      tr("sync as if the analysis module NAME were running", "synchronise comme si le module d'analyse NAME tournait")}};
+                      tr("sync as if the analysis module NAME were running",
+                         "synchronise comme si le module d'analyse NAME tournait")}};
 }
 
 int ProjectCommand::run(CliContext& context, const CliArguments& arguments)
@@ -55,17 +57,18 @@ int ProjectCommand::run(CliContext& context, const CliArguments& arguments)
     const QString dir = arguments.positionals().at(1);
     const bool readOnly = arguments.isSet(QStringLiteral("read-only"));
     if (arguments.isSet(QStringLiteral("module-in-use")) && action != QLatin1String("sync"))
-        return context.usageError(tr("--module-in-use goes with 'project sync' only", "--module-in-use ne va qu'avec 'project sync'"),
-                                  name());
+        return context.usageError(
+            tr("--module-in-use goes with 'project sync' only", "--module-in-use ne va qu'avec 'project sync'"),
+            name());
     if (action == QLatin1String("list"))
         return list(context, dir);
     if (action == QLatin1String("check"))
         return check(context, dir, readOnly);
     if (action == QLatin1String("sync"))
         return sync(context, dir, readOnly, arguments.values(QStringLiteral("module-in-use")));
-    return context.usageError(tr("unknown action '%1' (list, check or sync)", "action inconnue '%1' (list, check ou sync)")
-                                  .arg(action),
-                              name());
+    return context.usageError(
+        tr("unknown action '%1' (list, check or sync)", "action inconnue '%1' (list, check ou sync)").arg(action),
+        name());
 }
 
 int ProjectCommand::list(CliContext& context, const QString& dir)
@@ -85,7 +88,8 @@ int ProjectCommand::list(CliContext& context, const QString& dir)
     QJsonArray analyses;
     context.print(tr("Project %1", "Projet %1").arg(project.path()));
     if (!hasDatabase)
-        context.print(tr("  (no project database yet: vndb project sync %1)", "  (pas encore de base de données de projet : vndb project sync %1)")
+        context.print(tr("  (no project database yet: vndb project sync %1)",
+                         "  (pas encore de base de données de projet : vndb project sync %1)")
                           .arg(project.path()));
     const QStringList folders = project.analyses();
     for (const QString& name : folders) {
@@ -112,8 +116,9 @@ int ProjectCommand::list(CliContext& context, const QString& dir)
                               .arg(description.signalNames().join(QStringLiteral(", "))));
         } else {
             context.takeProblem();
-            context.print(tr("  %1: no readable acquisition description", "  %1 : pas de description d'acquisition lisible")
-                              .arg(name));
+            context.print(
+                tr("  %1: no readable acquisition description", "  %1 : pas de description d'acquisition lisible")
+                    .arg(name));
         }
         if (!hasFile)
             context.print(tr("    (no acquisition file)", "    (pas de fichier d'acquisition)"));
@@ -189,7 +194,8 @@ int ProjectCommand::check(CliContext& context, const QString& dir, bool readOnly
         if (lacks.isEmpty())
             continue;
         incomplete.append(name);
-        context.print(tr("  analysis %1 lacks %2", "  l'analyse %1 n'a pas %2").arg(name, lacks.join(QStringLiteral(", "))));
+        context.print(
+            tr("  analysis %1 lacks %2", "  l'analyse %1 n'a pas %2").arg(name, lacks.join(QStringLiteral(", "))));
     }
 
     QJsonObject json;
@@ -201,8 +207,10 @@ int ProjectCommand::check(CliContext& context, const QString& dir, bool readOnly
     json.insert(QStringLiteral("incompleteAnalyses"), incomplete);
     if (readOnly && !missing.isEmpty()) {
         context.printJson(json);
-        return context.refuse(tr("the structure of project '%1' is incomplete (%2 missing); run the check without --read-only to repair it",
-                                 "la structure du projet '%1' est incomplète (%2 manquant) ; lancez la vérification sans --read-only pour la réparer")
+        return context.refuse(tr("the structure of project '%1' is incomplete (%2 missing); run the check without "
+                                 "--read-only to repair it",
+                                 "la structure du projet '%1' est incomplète (%2 manquant) ; lancez la vérification "
+                                 "sans --read-only pour la réparer")
                                   .arg(project.path(), missing.join(QStringLiteral(", "))));
     }
     if (!failed.isEmpty()) {
@@ -248,12 +256,14 @@ int ProjectCommand::sync(CliContext& context, const QString& dir, bool readOnly,
     context.print(tr("Project %1", "Projet %1").arg(project.path()));
     for (const QString& message : qAsConst(messages))
         context.print(QStringLiteral("  ") + message);
-    context.print(tr("Synchronised: %1 added, %2 with a missing folder, %3 skipped; %4 analyses in the project database.",
-                     "Synchronisé : %1 ajoutée(s), %2 sans dossier, %3 ignorée(s) ; %4 analyses dans la base de données du projet.")
-                      .arg(report.registered.size())
-                      .arg(report.missing.size())
-                      .arg(report.skipped.size())
-                      .arg(registered.size()));
+    context.print(
+        tr("Synchronised: %1 added, %2 with a missing folder, %3 skipped; %4 analyses in the project database.",
+           "Synchronisé : %1 ajoutée(s), %2 sans dossier, %3 ignorée(s) ; %4 analyses dans la base de données du "
+           "projet.")
+            .arg(report.registered.size())
+            .arg(report.missing.size())
+            .arg(report.skipped.size())
+            .arg(registered.size()));
     QJsonObject json;
     json.insert(QStringLiteral("project"), project.path());
     json.insert(QStringLiteral("database"), header);

@@ -65,9 +65,9 @@ bool ProjectDatabase::open(const QString& folder, bool readOnly, QString* error)
     m_folder = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
     const QFileInfo info(m_folder);
     if (!info.isDir()) {
-        *error = info.exists() ? tr("'%1' is not a folder", "'%1' n'est pas un dossier").arg(m_folder)
-                               : tr("project folder '%1' does not exist", "le dossier de projet '%1' n'existe pas")
-                                     .arg(m_folder);
+        *error = info.exists()
+            ? tr("'%1' is not a folder", "'%1' n'est pas un dossier").arg(m_folder)
+            : tr("project folder '%1' does not exist", "le dossier de projet '%1' n'existe pas").arg(m_folder);
         return false;
     }
     const QString header = headerFile(m_folder);
@@ -89,7 +89,8 @@ bool ProjectDatabase::open(const QString& folder, bool readOnly, QString* error)
     VNDatabaseFactory factory;
     m_database.reset(qobject_cast<VNDatabase*>(factory.createDatabase(Sedra::DatabaseProjectFolder)));
     if (!m_database) {
-        *error = tr("the project database of '%1' cannot be made", "la base de données du projet '%1' ne peut pas être créée")
+        *error = tr("the project database of '%1' cannot be made",
+                    "la base de données du projet '%1' ne peut pas être créée")
                      .arg(m_folder);
         return false;
     }
@@ -106,7 +107,8 @@ bool ProjectDatabase::open(const QString& folder, bool readOnly, QString* error)
         m_database->headerDb()->start();
     if (!m_database->headerDb()->isOpen()) {
         const QString why = lastWarning(recorder);
-        *error = tr("the project database of '%1' cannot be opened", "la base de données du projet '%1' ne peut pas être ouverte")
+        *error = tr("the project database of '%1' cannot be opened",
+                    "la base de données du projet '%1' ne peut pas être ouverte")
                      .arg(m_folder);
         if (!why.isEmpty())
             *error += QStringLiteral(": ") + why;
@@ -119,7 +121,7 @@ bool ProjectDatabase::open(const QString& folder, bool readOnly, QString* error)
 }
 
 QList<ProjectDatabase::Folder> ProjectDatabase::checkStructure(const QString& folder, bool repair,
-                                                                QStringList* messages)
+                                                               QStringList* messages)
 {
     TRecordingLogger recorder;
     // The list of folders and the repair are the project database's own; an

@@ -11,17 +11,16 @@
 
 ProjectFolder::ProjectFolder(const QString& path)
     : m_path(QDir::cleanPath(QFileInfo(path).absoluteFilePath()))
-{
-}
+{ }
 
 bool ProjectFolder::exists(QString* error) const
 {
     const QFileInfo info(m_path);
     if (info.isDir())
         return true;
-    *error = info.exists() ? tr("'%1' is not a folder", "'%1' n'est pas un dossier").arg(m_path)
-                           : tr("project folder '%1' does not exist", "le dossier de projet '%1' n'existe pas")
-                                 .arg(m_path);
+    *error = info.exists()
+        ? tr("'%1' is not a folder", "'%1' n'est pas un dossier").arg(m_path)
+        : tr("project folder '%1' does not exist", "le dossier de projet '%1' n'existe pas").arg(m_path);
     return false;
 }
 
@@ -66,8 +65,9 @@ QString ProjectFolder::findAcquisitionFile(const QString& name, QString* error) 
     }
     const QString file = acquisitionFile(name);
     if (!QFileInfo(file).isFile()) {
-        *error = tr("analysis '%1' has no acquisition file (%2)", "l'analyse '%1' n'a pas de fichier d'acquisition (%2)")
-                     .arg(name, file);
+        *error
+            = tr("analysis '%1' has no acquisition file (%2)", "l'analyse '%1' n'a pas de fichier d'acquisition (%2)")
+                  .arg(name, file);
         return QString();
     }
     return file;
@@ -76,9 +76,10 @@ QString ProjectFolder::findAcquisitionFile(const QString& name, QString* error) 
 bool ProjectFolder::isValidName(const QString& name, QString* error)
 {
     bool valid = !name.trimmed().isEmpty() && name == name.trimmed() && name.size() <= 120
-                 && !name.startsWith(QLatin1Char('.'));
+        && !name.startsWith(QLatin1Char('.'));
     for (const QChar c : name) {
-        if (c == QLatin1Char('/') || c == QLatin1Char('\\') || c == QLatin1Char(':') || c.category() == QChar::Other_Control)
+        if (c == QLatin1Char('/') || c == QLatin1Char('\\') || c == QLatin1Char(':')
+            || c.category() == QChar::Other_Control)
             valid = false;
     }
     if (!valid && error)

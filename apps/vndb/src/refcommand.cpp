@@ -79,41 +79,48 @@ QList<CliOption> RefCommand::options() const
     return {option("dir", "DIR", tr("folder of the reference databases", "dossier des bases de référence")),
             option("db", "delivered|user|merged", tr("which database", "quelle base")),
             option("search", "TEXT", tr("names containing TEXT", "noms contenant TEXT")),
-            option("filter", "KEY=VALUE", tr("a stored property containing VALUE (repeatable)", "une propriété contenant VALUE (répétable)")),
+            option("filter", "KEY=VALUE",
+                   tr("a stored property containing VALUE (repeatable)", "une propriété contenant VALUE (répétable)")),
             option("sample", "FILE", tr("reference content for init", "contenu de référence pour init")),
-            option("formula", "F", tr("formula of a new compound or parameter", "formule d'un nouveau composé ou paramètre")),
+            option("formula", "F",
+                   tr("formula of a new compound or parameter", "formule d'un nouveau composé ou paramètre")),
             option("cas", "C", tr("CAS number of a new compound", "numéro CAS d'un nouveau composé")),
             option("inchi", "I", tr("InChI of a new compound", "InChI d'un nouveau composé")),
-            option("key", "K", tr("key of a new compound (default: its name)", "clé d'un nouveau composé (par défaut : son nom)")),
-            option("check", nullptr, tr("merge: only say whether the merged database is current", "merge : dit seulement si la base fusionnée est à jour"))};
+            option("key", "K",
+                   tr("key of a new compound (default: its name)", "clé d'un nouveau composé (par défaut : son nom)")),
+            option("check", nullptr,
+                   tr("merge: only say whether the merged database is current",
+                      "merge : dit seulement si la base fusionnée est à jour"))};
 }
 
 int RefCommand::run(CliContext& context, const CliArguments& arguments)
 {
     const QString action = arguments.positionals().at(0);
     static const QHash<QString, QPair<int, int>> words = {
-        {QStringLiteral("init"), {1, 1}},         {QStringLiteral("list"), {2, 2}},
-        {QStringLiteral("show"), {2, 2}},         {QStringLiteral("add-compound"), {2, 2}},
-        {QStringLiteral("add-ion"), {3, 3}},      {QStringLiteral("add-parameter"), {3, 3}},
-        {QStringLiteral("add-joint"), {3, 3}},    {QStringLiteral("alias"), {2, 6}},
+        {QStringLiteral("init"), {1, 1}},      {QStringLiteral("list"), {2, 2}},
+        {QStringLiteral("show"), {2, 2}},      {QStringLiteral("add-compound"), {2, 2}},
+        {QStringLiteral("add-ion"), {3, 3}},   {QStringLiteral("add-parameter"), {3, 3}},
+        {QStringLiteral("add-joint"), {3, 3}}, {QStringLiteral("alias"), {2, 6}},
         {QStringLiteral("merge"), {1, 1}},
     };
     if (!words.contains(action))
         return context.usageError(tr("unknown action '%1'", "action inconnue '%1'").arg(action), name());
     const int count = arguments.positionals().size();
     if (count < words.value(action).first || count > words.value(action).second)
-        return context.usageError(tr("wrong number of arguments for 'ref %1'", "nombre d'arguments incorrect pour 'ref %1'").arg(action),
-                                  name());
+        return context.usageError(
+            tr("wrong number of arguments for 'ref %1'", "nombre d'arguments incorrect pour 'ref %1'").arg(action),
+            name());
     const QString which = arguments.value(QStringLiteral("db"));
     if (!which.isNull() && ReferenceDatabases::typeOf(which) == Sedra::DatabaseUndefined)
-        return context.usageError(tr("unknown database '%1' (delivered, user or merged)", "base inconnue '%1' (delivered, user ou merged)")
-                                      .arg(which),
-                                  name());
+        return context.usageError(
+            tr("unknown database '%1' (delivered, user or merged)", "base inconnue '%1' (delivered, user ou merged)")
+                .arg(which),
+            name());
 
     ReferenceDatabases databases;
     QString error;
     const QString folder = arguments.isSet(QStringLiteral("dir")) ? arguments.value(QStringLiteral("dir"))
-                                                                   : ReferenceDatabases::defaultFolder();
+                                                                  : ReferenceDatabases::defaultFolder();
     if (!databases.open(folder, action == QLatin1String("init"), &error))
         return context.refuse(error);
     if (action == QLatin1String("init"))
@@ -139,17 +146,20 @@ int RefCommand::init(CliContext& context, ReferenceDatabases& databases, const C
     bool filled = false;
     if (!databases.fillDelivered(arguments.value(QStringLiteral("sample")), &filled, &error))
         return context.refuse(error);
-    context.print(filled ? tr("  delivered: filled from the sample content", "  livrée : remplie depuis le contenu d'exemple")
-                         : tr("  delivered: kept", "  livrée : conservée"));
+    context.print(
+        filled ? tr("  delivered: filled from the sample content", "  livrée : remplie depuis le contenu d'exemple")
+               : tr("  delivered: kept", "  livrée : conservée"));
     json.insert(QStringLiteral("filled"), filled);
     if (!databases.merge(&error))
         return context.refuse(error);
-    for (Sedra::DatabaseType type : {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
+    for (Sedra::DatabaseType type :
+         {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
         VNToviDatabaseInterface* db = databases.database(type, &error);
         if (!db)
             return context.refuse(error);
         context.print(QStringLiteral("  %1 (%2): %3")
-                          .arg(ReferenceDatabases::nameOf(type), ReferenceDatabases::fileName(type), ReferenceDatabases::counts(db)));
+                          .arg(ReferenceDatabases::nameOf(type), ReferenceDatabases::fileName(type),
+                               ReferenceDatabases::counts(db)));
         json.insert(ReferenceDatabases::nameOf(type), ReferenceDatabases::counts(db));
     }
     json.insert(QStringLiteral("folder"), databases.folder());
@@ -161,9 +171,11 @@ int RefCommand::list(CliContext& context, ReferenceDatabases& databases, const C
 {
     const QString kind = arguments.positionals().at(1);
     if (!ReferenceDatabases::kinds().contains(kind))
-        return context.usageError(tr("unknown kind '%1' (%2)", "type inconnu '%1' (%2)").arg(kind, ReferenceDatabases::kinds().join(QStringLiteral(", "))),
+        return context.usageError(tr("unknown kind '%1' (%2)", "type inconnu '%1' (%2)")
+                                      .arg(kind, ReferenceDatabases::kinds().join(QStringLiteral(", "))),
                                   name());
-    const QString which = arguments.isSet(QStringLiteral("db")) ? arguments.value(QStringLiteral("db")) : QStringLiteral("merged");
+    const QString which
+        = arguments.isSet(QStringLiteral("db")) ? arguments.value(QStringLiteral("db")) : QStringLiteral("merged");
     QString error;
     VNToviDatabaseInterface* db = databases.database(ReferenceDatabases::typeOf(which), &error);
     if (!db)
@@ -171,7 +183,8 @@ int RefCommand::list(CliContext& context, ReferenceDatabases& databases, const C
     QList<QPair<QString, QString>> filters;
     for (const QString& filter : arguments.values(QStringLiteral("filter"))) {
         const int equals = filter.indexOf(QLatin1Char('='));
-        filters << qMakePair(equals < 0 ? filter : filter.left(equals), equals < 0 ? QString() : filter.mid(equals + 1));
+        filters << qMakePair(equals < 0 ? filter : filter.left(equals),
+                             equals < 0 ? QString() : filter.mid(equals + 1));
     }
     const QString search = arguments.value(QStringLiteral("search"));
     const QList<const VNObject2*> objects = ReferenceDatabases::objectsOf(db, kind);
@@ -211,8 +224,10 @@ int RefCommand::list(CliContext& context, ReferenceDatabases& databases, const C
 const VNObject2* RefCommand::findObject(VNToviDatabaseInterface* db, const QString& key, QString* kind)
 {
     const QList<QPair<QString, const VNObject2*>> candidates = {
-        {QStringLiteral("compound"), db->getCompound(key)},   {QStringLiteral("parameter"), db->getRatio(key)},
-        {QStringLiteral("ion"), db->getEIC(key)},             {QStringLiteral("joint"), db->getJoint(key)},
+        {QStringLiteral("compound"), db->getCompound(key)},
+        {QStringLiteral("parameter"), db->getRatio(key)},
+        {QStringLiteral("ion"), db->getEIC(key)},
+        {QStringLiteral("joint"), db->getJoint(key)},
         {QStringLiteral("compound"), db->getCompoundByName(key)},
         {QStringLiteral("parameter"), db->getRatioByMasterName(key)},
         {QStringLiteral("ion"), db->getEICByName(key)},
@@ -229,7 +244,8 @@ const VNObject2* RefCommand::findObject(VNToviDatabaseInterface* db, const QStri
 int RefCommand::show(CliContext& context, ReferenceDatabases& databases, const CliArguments& arguments)
 {
     const QString key = arguments.positionals().at(1);
-    const QString which = arguments.isSet(QStringLiteral("db")) ? arguments.value(QStringLiteral("db")) : QStringLiteral("merged");
+    const QString which
+        = arguments.isSet(QStringLiteral("db")) ? arguments.value(QStringLiteral("db")) : QStringLiteral("merged");
     QString error;
     VNToviDatabaseInterface* db = databases.database(ReferenceDatabases::typeOf(which), &error);
     if (!db)
@@ -237,8 +253,9 @@ int RefCommand::show(CliContext& context, ReferenceDatabases& databases, const C
     QString kind;
     const VNObject2* object = findObject(db, key, &kind);
     if (!object)
-        return context.refuse(tr("no object '%1' in the %2 reference database", "aucun objet '%1' dans la base de référence %2")
-                                  .arg(key, which));
+        return context.refuse(
+            tr("no object '%1' in the %2 reference database", "aucun objet '%1' dans la base de référence %2")
+                .arg(key, which));
     context.print(QStringLiteral("%1 %2: %3").arg(kind, object->key(), displayName(db, object)));
     const QJsonObject stored = properties(db, object);
     for (auto it = stored.begin(); it != stored.end(); ++it)
@@ -248,7 +265,8 @@ int RefCommand::show(CliContext& context, ReferenceDatabases& databases, const C
         const auto* tovi = dynamic_cast<const VNObject2Tovi*>(object);
         if (!tovi || db->getAlias(tovi, alias->getField(), alias->getVendor()) != alias)
             continue;
-        context.print(tr("  alias %1 (%2): %3", "  alias %1 (%2) : %3").arg(alias->getField(), alias->getVendor(), alias->getValue()));
+        context.print(tr("  alias %1 (%2): %3", "  alias %1 (%2) : %3")
+                          .arg(alias->getField(), alias->getVendor(), alias->getValue()));
         QJsonObject entry;
         entry.insert(QStringLiteral("field"), alias->getField());
         entry.insert(QStringLiteral("vendor"), alias->getVendor());
@@ -268,11 +286,13 @@ int RefCommand::show(CliContext& context, ReferenceDatabases& databases, const C
 int RefCommand::add(CliContext& context, ReferenceDatabases& databases, const CliArguments& arguments)
 {
     const QString action = arguments.positionals().at(0);
-    const QString which = arguments.isSet(QStringLiteral("db")) ? arguments.value(QStringLiteral("db")) : QStringLiteral("user");
+    const QString which
+        = arguments.isSet(QStringLiteral("db")) ? arguments.value(QStringLiteral("db")) : QStringLiteral("user");
     if (which != QLatin1String("user"))
-        return context.refuse(tr("the %1 reference database cannot be changed; changes go to the user database",
-                                 "la base de référence %1 ne peut pas être modifiée ; les modifications vont dans la base utilisateur")
-                                  .arg(which));
+        return context.refuse(
+            tr("the %1 reference database cannot be changed; changes go to the user database",
+               "la base de référence %1 ne peut pas être modifiée ; les modifications vont dans la base utilisateur")
+                .arg(which));
     QString error;
     VNToviDatabaseInterface* user = databases.database(Sedra::DatabaseToviUser, &error);
     VNToviDatabaseInterface* merged = databases.database(Sedra::DatabaseToviMerged, &error);
@@ -304,26 +324,35 @@ int RefCommand::add(CliContext& context, ReferenceDatabases& databases, const Cl
     } else if (action == QLatin1String("add-parameter")) {
         if (merged->getRatio(first) || user->getRatio(first))
             return context.refuse(tr("parameter '%1' exists already", "le paramètre '%1' existe déjà").arg(first));
-        const QString formula = arguments.isSet(QStringLiteral("formula")) ? arguments.value(QStringLiteral("formula")) : second;
+        const QString formula
+            = arguments.isSet(QStringLiteral("formula")) ? arguments.value(QStringLiteral("formula")) : second;
         const Sedra::TToviRatio* ratio = user->createRatio(first, second, second, formula, 9999, QString(), QString(),
                                                            QString(), QString(), QString(), QString());
         if (!ratio)
-            return context.refuse(tr("parameter '%1' cannot be added", "le paramètre '%1' ne peut pas être ajouté").arg(first));
+            return context.refuse(
+                tr("parameter '%1' cannot be added", "le paramètre '%1' ne peut pas être ajouté").arg(first));
         made = ratio->key();
     } else if (action == QLatin1String("add-joint")) {
         // A joint ties a compound and an ion of the same database.
-        const VNObject2* compound = user->getCompound(first) ? user->getCompound(first) : user->getCompoundByName(first);
+        const VNObject2* compound
+            = user->getCompound(first) ? user->getCompound(first) : user->getCompoundByName(first);
         const VNObject2* ion = user->getEIC(second) ? user->getEIC(second) : user->getEICByName(second);
         if (!compound)
-            return context.refuse(tr("compound '%1' is not in the user database", "le composé '%1' n'est pas dans la base utilisateur").arg(first));
+            return context.refuse(
+                tr("compound '%1' is not in the user database", "le composé '%1' n'est pas dans la base utilisateur")
+                    .arg(first));
         if (!ion)
-            return context.refuse(tr("ion '%1' is not in the user database", "l'ion '%1' n'est pas dans la base utilisateur").arg(second));
+            return context.refuse(
+                tr("ion '%1' is not in the user database", "l'ion '%1' n'est pas dans la base utilisateur")
+                    .arg(second));
         if (user->getJoint(compound->key(), ion->key()))
-            return context.refuse(tr("joint %1 / %2 exists already", "la jointure %1 / %2 existe déjà").arg(first, second));
-        const Sedra::TToviJoint* joint = user->createJoint(compound->key(), ion->key(),
-                                                           QStringLiteral("%1 / %2").arg(compound->name(), ion->name()));
+            return context.refuse(
+                tr("joint %1 / %2 exists already", "la jointure %1 / %2 existe déjà").arg(first, second));
+        const Sedra::TToviJoint* joint = user->createJoint(
+            compound->key(), ion->key(), QStringLiteral("%1 / %2").arg(compound->name(), ion->name()));
         if (!joint)
-            return context.refuse(tr("joint %1 / %2 cannot be added", "la jointure %1 / %2 ne peut pas être ajoutée").arg(first, second));
+            return context.refuse(
+                tr("joint %1 / %2 cannot be added", "la jointure %1 / %2 ne peut pas être ajoutée").arg(first, second));
         made = joint->key();
     }
     if (!databases.userChanged(&error))
@@ -343,12 +372,14 @@ int RefCommand::alias(CliContext& context, ReferenceDatabases& databases, const 
     const QString action = words.value(0);
     QString error;
     const bool reading = action == QLatin1String("vendors") || action == QLatin1String("list");
-    const QString which = arguments.isSet(QStringLiteral("db")) ? arguments.value(QStringLiteral("db"))
-                                                                : (reading ? QStringLiteral("merged") : QStringLiteral("user"));
+    const QString which = arguments.isSet(QStringLiteral("db"))
+        ? arguments.value(QStringLiteral("db"))
+        : (reading ? QStringLiteral("merged") : QStringLiteral("user"));
     if (!reading && which != QLatin1String("user"))
-        return context.refuse(tr("the %1 reference database cannot be changed; changes go to the user database",
-                                 "la base de référence %1 ne peut pas être modifiée ; les modifications vont dans la base utilisateur")
-                                  .arg(which));
+        return context.refuse(
+            tr("the %1 reference database cannot be changed; changes go to the user database",
+               "la base de référence %1 ne peut pas être modifiée ; les modifications vont dans la base utilisateur")
+                .arg(which));
     VNToviDatabaseInterface* db = databases.database(ReferenceDatabases::typeOf(which), &error);
     if (!db)
         return context.refuse(error);
@@ -364,7 +395,8 @@ int RefCommand::alias(CliContext& context, ReferenceDatabases& databases, const 
     if (action == QLatin1String("list")) {
         QJsonArray list;
         for (const Sedra::TToviAlias* alias : db->getAllAlias()) {
-            context.print(QStringLiteral("  %1  %2 (%3): %4").arg(alias->name(), alias->getField(), alias->getVendor(), alias->getValue()));
+            context.print(QStringLiteral("  %1  %2 (%3): %4")
+                              .arg(alias->name(), alias->getField(), alias->getVendor(), alias->getValue()));
             QJsonObject entry;
             entry.insert(QStringLiteral("key"), alias->key());
             entry.insert(QStringLiteral("field"), alias->getField());
@@ -376,23 +408,29 @@ int RefCommand::alias(CliContext& context, ReferenceDatabases& databases, const 
         context.printJson(json);
         return CliContext::Success;
     }
-    const QHash<QString, int> counts = {{QStringLiteral("add"), 5}, {QStringLiteral("update"), 5},
-                                        {QStringLiteral("delete"), 4}, {QStringLiteral("delete-vendor"), 2}};
+    const QHash<QString, int> counts = {{QStringLiteral("add"), 5},
+                                        {QStringLiteral("update"), 5},
+                                        {QStringLiteral("delete"), 4},
+                                        {QStringLiteral("delete-vendor"), 2}};
     if (!counts.contains(action) || words.size() != counts.value(action))
-        return context.usageError(tr("alias: add|update KEY FIELD VENDOR VALUE, delete KEY FIELD VENDOR, delete-vendor VENDOR, vendors, list",
-                                     "alias : add|update CLÉ CHAMP FOURNISSEUR VALEUR, delete CLÉ CHAMP FOURNISSEUR, delete-vendor FOURNISSEUR, vendors, list"),
-                                  name());
+        return context.usageError(
+            tr("alias: add|update KEY FIELD VENDOR VALUE, delete KEY FIELD VENDOR, delete-vendor VENDOR, vendors, list",
+               "alias : add|update CLÉ CHAMP FOURNISSEUR VALEUR, delete CLÉ CHAMP FOURNISSEUR, delete-vendor "
+               "FOURNISSEUR, vendors, list"),
+            name());
     bool done = false;
     if (action == QLatin1String("delete-vendor")) {
         if (!db->getAliasVendors().contains(words.at(1)))
-            return context.refuse(tr("no alias of vendor '%1' in the user database", "aucun alias du fournisseur '%1' dans la base utilisateur")
+            return context.refuse(tr("no alias of vendor '%1' in the user database",
+                                     "aucun alias du fournisseur '%1' dans la base utilisateur")
                                       .arg(words.at(1)));
         done = db->aliasDeleteByVendor(words.at(1));
     } else {
         QString kind;
         const auto* object = dynamic_cast<const VNObject2Tovi*>(findObject(db, words.at(1), &kind));
         if (!object)
-            return context.refuse(tr("no object '%1' in the user reference database", "aucun objet '%1' dans la base de référence utilisateur")
+            return context.refuse(tr("no object '%1' in the user reference database",
+                                     "aucun objet '%1' dans la base de référence utilisateur")
                                       .arg(words.at(1)));
         const QString field = words.at(2);
         const QString vendor = words.at(3);
@@ -404,7 +442,8 @@ int RefCommand::alias(CliContext& context, ReferenceDatabases& databases, const 
                                           .arg(field, words.at(1), vendor));
             done = db->aliasCreate(object, field, vendor, words.at(4)) != nullptr;
         } else if (!exists) {
-            return context.refuse(tr("no alias %1 of %2 for %3", "aucun alias %1 de %2 pour %3").arg(field, words.at(1), vendor));
+            return context.refuse(
+                tr("no alias %1 of %2 for %3", "aucun alias %1 de %2 pour %3").arg(field, words.at(1), vendor));
         } else if (action == QLatin1String("update")) {
             done = db->aliasUpdate(object, field, vendor, words.at(4));
         } else {
@@ -415,7 +454,8 @@ int RefCommand::alias(CliContext& context, ReferenceDatabases& databases, const 
         return context.refuse(tr("the alias cannot be changed", "l'alias ne peut pas être modifié"));
     if (!databases.userChanged(&error))
         return context.refuse(error);
-    context.print(tr("alias %1 done; merged database rebuilt", "alias %1 fait ; base fusionnée reconstruite").arg(action));
+    context.print(
+        tr("alias %1 done; merged database rebuilt", "alias %1 fait ; base fusionnée reconstruite").arg(action));
     json.insert(QStringLiteral("done"), action);
     context.printJson(json);
     return CliContext::Success;
@@ -435,11 +475,13 @@ int RefCommand::merge(CliContext& context, ReferenceDatabases& databases, const 
         json.insert(QStringLiteral("missing"), missing);
         context.printJson(json);
         if (missing > 0)
-            return context.refuse(tr("the merged reference database lacks %1 objects of the delivered and user ones (vndb ref merge)",
-                                     "la base de référence fusionnée n'a pas %1 objets des bases livrée et utilisateur (vndb ref merge)")
-                                      .arg(missing));
-        context.print(tr("The merged reference database is current: %1", "La base de référence fusionnée est à jour : %1")
-                          .arg(ReferenceDatabases::counts(merged)));
+            return context.refuse(
+                tr("the merged reference database lacks %1 objects of the delivered and user ones (vndb ref merge)",
+                   "la base de référence fusionnée n'a pas %1 objets des bases livrée et utilisateur (vndb ref merge)")
+                    .arg(missing));
+        context.print(
+            tr("The merged reference database is current: %1", "La base de référence fusionnée est à jour : %1")
+                .arg(ReferenceDatabases::counts(merged)));
         return CliContext::Success;
     }
     if (!databases.merge(&error))

@@ -15,7 +15,10 @@ class RefCommand : public CliCommand
     Q_OBJECT
 public:
     QString name() const override { return QStringLiteral("ref"); }
-    QString synopsis() const override { return QStringLiteral("ACTION [ARGUMENTS] [--dir DIR] [--db delivered|user|merged]"); }
+    QString synopsis() const override
+    {
+        return QStringLiteral("ACTION [ARGUMENTS] [--dir DIR] [--db delivered|user|merged]");
+    }
     QString summary() const override;
     QString description() const override;
     QList<CliOption> options() const override;

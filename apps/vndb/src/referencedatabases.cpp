@@ -29,8 +29,8 @@ QString bundledSample()
     const QString fromEnvironment = qEnvironmentVariable("VNDB_REFERENCE_DATA");
     if (!fromEnvironment.isEmpty())
         return fromEnvironment;
-    const QString installed =
-        QCoreApplication::applicationDirPath() + QStringLiteral("/../share/vndatabase/tovi-sample.json");
+    const QString installed
+        = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/vndatabase/tovi-sample.json");
     if (QFileInfo::exists(installed))
         return QFileInfo(installed).canonicalFilePath();
 #ifdef VNDB_REFERENCE_SAMPLE
@@ -85,10 +85,14 @@ Sedra::DatabaseType ReferenceDatabases::typeOf(const QString& name)
 QString ReferenceDatabases::nameOf(Sedra::DatabaseType type)
 {
     switch (type) {
-    case Sedra::DatabaseToviDelivered: return QStringLiteral("delivered");
-    case Sedra::DatabaseToviUser: return QStringLiteral("user");
-    case Sedra::DatabaseToviMerged: return QStringLiteral("merged");
-    default: return QString();
+    case Sedra::DatabaseToviDelivered:
+        return QStringLiteral("delivered");
+    case Sedra::DatabaseToviUser:
+        return QStringLiteral("user");
+    case Sedra::DatabaseToviMerged:
+        return QStringLiteral("merged");
+    default:
+        return QString();
     }
 }
 
@@ -112,7 +116,8 @@ bool ReferenceDatabases::open(const QString& folder, bool create, QString* error
         return false;
     }
     if (!create) {
-        for (Sedra::DatabaseType type : {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
+        for (Sedra::DatabaseType type :
+             {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
             if (!QFileInfo(QDir(m_folder).filePath(fileName(type))).isFile()) {
                 *error = tr("'%1' holds no reference databases (%2 is missing; vndb ref init makes them)",
                             "'%1' ne contient pas de bases de référence (%2 manque ; vndb ref init les crée)")
@@ -175,13 +180,15 @@ bool ReferenceDatabases::markChanged(Sedra::DatabaseType type, QString* error)
 
 bool ReferenceDatabases::merge(QString* error)
 {
-    for (Sedra::DatabaseType type : {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
+    for (Sedra::DatabaseType type :
+         {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
         if (!database(type, error))
             return false;
     }
     VNDatabaseToviMerged merged;
     if (!merged.synchronize()) {
-        *error = tr("the merged reference database cannot be rebuilt", "la base de référence fusionnée ne peut pas être reconstruite");
+        *error = tr("the merged reference database cannot be rebuilt",
+                    "la base de référence fusionnée ne peut pas être reconstruite");
         return false;
     }
     return true;
@@ -250,7 +257,8 @@ bool ReferenceDatabases::userChanged(QString* error)
     if (!user)
         return false;
     if (!user->flush()) {
-        *error = tr("the user reference database cannot be written", "la base de référence utilisateur ne peut pas être écrite");
+        *error = tr("the user reference database cannot be written",
+                    "la base de référence utilisateur ne peut pas être écrite");
         return false;
     }
     return markChanged(Sedra::DatabaseToviUser, error) && merge(error);
@@ -258,8 +266,9 @@ bool ReferenceDatabases::userChanged(QString* error)
 
 const QStringList& ReferenceDatabases::kinds()
 {
-    static const QStringList names = {QStringLiteral("compounds"), QStringLiteral("parameters"), QStringLiteral("ions"),
-                                      QStringLiteral("joints"),    QStringLiteral("graphs"),     QStringLiteral("overlays")};
+    static const QStringList names
+        = {QStringLiteral("compounds"), QStringLiteral("parameters"), QStringLiteral("ions"),
+           QStringLiteral("joints"),    QStringLiteral("graphs"),     QStringLiteral("overlays")};
     return names;
 }
 
@@ -290,7 +299,6 @@ QString ReferenceDatabases::counts(VNToviDatabaseInterface* db)
         .arg(db->getAllJoints().size())
         .arg(db->getAllAlias().size());
 }
-
 
 int ReferenceDatabases::missingFromMerged(QString* error)
 {

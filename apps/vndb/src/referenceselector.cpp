@@ -39,7 +39,8 @@ QString idOf(const QString& kind, const ObjectSelectorItemInterface* item)
 
 QStringList ReferenceSelector::kinds()
 {
-    return {QStringLiteral("compounds"), QStringLiteral("parameters"), QStringLiteral("joints"), QStringLiteral("ions")};
+    return {QStringLiteral("compounds"), QStringLiteral("parameters"), QStringLiteral("joints"),
+            QStringLiteral("ions")};
 }
 
 void ReferenceSelector::fill(ObjectSelectorModel& model, VNToviDatabaseInterface* database, const QStringList& kinds,

@@ -26,10 +26,14 @@ RunImporter::Format RunImporter::sniff(const QString& path)
 QString RunImporter::formatName(Format format)
 {
     switch (format) {
-    case Andi: return QStringLiteral("ANDI netCDF");
-    case Acquisition: return QStringLiteral("TCM");
-    case Csv: return QStringLiteral("CSV");
-    case Unknown: break;
+    case Andi:
+        return QStringLiteral("ANDI netCDF");
+    case Acquisition:
+        return QStringLiteral("TCM");
+    case Csv:
+        return QStringLiteral("CSV");
+    case Unknown:
+        break;
     }
     return tr("unknown", "inconnu");
 }
@@ -70,7 +74,8 @@ bool RunImporter::read(const QString& path, TAcquisitionRun* run, Format* format
         return false;
     }
     if (!ok) {
-        const QString what = tr("cannot read '%1' as %2", "impossible de lire '%1' comme %2").arg(path, formatName(*format));
+        const QString what
+            = tr("cannot read '%1' as %2", "impossible de lire '%1' comme %2").arg(path, formatName(*format));
         *error = error->isEmpty() ? what : tr("%1: %2", "%1 : %2").arg(what, *error);
         return false;
     }

@@ -41,15 +41,21 @@ QString SelectCommand::description() const
 QList<CliOption> SelectCommand::options() const
 {
     return {
-        CliOption{QStringLiteral("kind"), QChar(), 1, QStringLiteral("KIND"), tr("list this kind (repeatable)", "liste ce type (répétable)")},
-        CliOption{QStringLiteral("search"), QChar(), 1, QStringLiteral("TEXT"), tr("names containing TEXT", "noms contenant TEXT")},
+        CliOption{QStringLiteral("kind"), QChar(), 1, QStringLiteral("KIND"),
+                  tr("list this kind (repeatable)", "liste ce type (répétable)")},
+        CliOption{QStringLiteral("search"), QChar(), 1, QStringLiteral("TEXT"),
+                  tr("names containing TEXT", "noms contenant TEXT")},
         CliOption{QStringLiteral("filter"), QChar(), 1, QStringLiteral("LABEL=VALUE"),
                   tr("a filter on a property (repeatable)", "un filtre sur une propriété (répétable)")},
-        CliOption{QStringLiteral("tick"), QChar(), 1, QStringLiteral("ID"), tr("tick an object (repeatable)", "coche un objet (répétable)")},
-        CliOption{QStringLiteral("save"), QChar(), 1, QStringLiteral("FILE"), tr("save the ticks to FILE (XML)", "enregistre les coches dans FILE (XML)")},
-        CliOption{QStringLiteral("load"), QChar(), 1, QStringLiteral("FILE"), tr("restore the ticks saved in FILE", "restaure les coches enregistrées dans FILE")},
+        CliOption{QStringLiteral("tick"), QChar(), 1, QStringLiteral("ID"),
+                  tr("tick an object (repeatable)", "coche un objet (répétable)")},
+        CliOption{QStringLiteral("save"), QChar(), 1, QStringLiteral("FILE"),
+                  tr("save the ticks to FILE (XML)", "enregistre les coches dans FILE (XML)")},
+        CliOption{QStringLiteral("load"), QChar(), 1, QStringLiteral("FILE"),
+                  tr("restore the ticks saved in FILE", "restaure les coches enregistrées dans FILE")},
         CliOption{QStringLiteral("dir"), QChar(), 1, QStringLiteral("DIR"),
-                  tr("folder of the reference databases (as for vndb ref)", "dossier des bases de référence (comme pour vndb ref)")},
+                  tr("folder of the reference databases (as for vndb ref)",
+                     "dossier des bases de référence (comme pour vndb ref)")},
     };
 }
 
@@ -66,7 +72,7 @@ int SelectCommand::run(CliContext& context, const CliArguments& arguments)
     ReferenceDatabases databases;
     QString error;
     const QString folder = arguments.isSet(QStringLiteral("dir")) ? arguments.value(QStringLiteral("dir"))
-                                                                   : ReferenceDatabases::defaultFolder();
+                                                                  : ReferenceDatabases::defaultFolder();
     VNToviDatabaseInterface* merged = nullptr;
     if (!databases.open(folder, false, &error) || !(merged = databases.database(Sedra::DatabaseToviMerged, &error)))
         return context.refuse(error);
@@ -106,8 +112,9 @@ int SelectCommand::run(CliContext& context, const CliArguments& arguments)
         if (!labels.contains(label) && !model.visibleFilterKey(label).isNull())
             label = model.visibleFilterKey(label);
         if (!labels.contains(label))
-            return context.refuse(tr("unknown filter '%1'; the filters are: %2", "filtre inconnu '%1' ; les filtres sont : %2")
-                                      .arg(label, labels.join(QStringLiteral(", "))));
+            return context.refuse(
+                tr("unknown filter '%1'; the filters are: %2", "filtre inconnu '%1' ; les filtres sont : %2")
+                    .arg(label, labels.join(QStringLiteral(", "))));
         ctrl.enableFilterRequested(label);
         ctrl.updateFilterRequested(label, value);
         filters.insert(label, value);
@@ -123,7 +130,8 @@ int SelectCommand::run(CliContext& context, const CliArguments& arguments)
         QDomElement root = document.createElement(QStringLiteral("vndbSelection"));
         document.appendChild(root);
         if (!ctrl.save(root) || !TXMLMethod::save(&document, file, false, false))
-            return context.refuse(tr("cannot write the selection to '%1'", "impossible d'écrire la sélection dans '%1'").arg(file));
+            return context.refuse(
+                tr("cannot write the selection to '%1'", "impossible d'écrire la sélection dans '%1'").arg(file));
     }
 
     // The visible tree: categories are always shown, objects when they match.
@@ -145,7 +153,8 @@ int SelectCommand::run(CliContext& context, const CliArguments& arguments)
             if (!node->isVisible())
                 continue;
             ++shown;
-            lines << QStringLiteral("  [%1] %2  (%3)").arg(item->isChecked() ? QLatin1Char('x') : QLatin1Char(' '))
+            lines << QStringLiteral("  [%1] %2  (%3)")
+                         .arg(item->isChecked() ? QLatin1Char('x') : QLatin1Char(' '))
                          .arg(item->title(), item->id());
             QJsonObject entry;
             entry.insert(QStringLiteral("id"), item->id());

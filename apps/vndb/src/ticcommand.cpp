@@ -8,7 +8,8 @@
 
 QString TicCommand::summary() const
 {
-    return tr("print the total-ion chromatogram of an analysis", "affiche le chromatogramme du courant ionique total d'une analyse");
+    return tr("print the total-ion chromatogram of an analysis",
+              "affiche le chromatogramme du courant ionique total d'une analyse");
 }
 
 QList<CliOption> TicCommand::timeOptions()
@@ -29,7 +30,8 @@ bool TicCommand::applyTimeWindow(const CliArguments& arguments, AnalysisSeries* 
             continue;
         double value = 0.0;
         if (!CliArguments::toNumber(arguments.value(option), &value)) {
-            *error = tr("'%1' is not a time in minutes", "'%1' n'est pas un temps en minutes").arg(arguments.value(option));
+            *error = tr("'%1' is not a time in minutes", "'%1' n'est pas un temps en minutes")
+                         .arg(arguments.value(option));
             return false;
         }
         (option == QLatin1String("from") ? from : to) = value;

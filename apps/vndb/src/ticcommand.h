@@ -21,6 +21,5 @@ public:
     static QList<CliOption> timeOptions();
     /// Narrows a chromatogram to the time window asked for, if any; false
     /// with a translated reason for a bad or empty window.
-    static bool applyTimeWindow(const CliArguments& arguments, AnalysisSeries* series, QString* error,
-                                bool* usage);
+    static bool applyTimeWindow(const CliArguments& arguments, AnalysisSeries* series, QString* error, bool* usage);
 };

@@ -121,11 +121,11 @@ QStringList VNDatabase::scanDir(const QString& path, bool withSuffix) const
                 .arg(path),
             nullptr);
         if (!TFile::mkdirs(path, false)) {
-            MessageLoggerInterface::Information(
-                QCoreApplication::translate("SedraTr", "Error while creating directory <b>%1</b>",
-                                            "Echec de création du répertoire <b>%1</b>")
-                    .arg(path),
-                nullptr);
+            MessageLoggerInterface::Information(QCoreApplication::translate("SedraTr",
+                                                                            "Error while creating directory <b>%1</b>",
+                                                                            "Echec de création du répertoire <b>%1</b>")
+                                                    .arg(path),
+                                                nullptr);
         }
         dir.refresh();
     }
@@ -245,10 +245,10 @@ bool VNDatabase::setObjectGeolocalization(const VNObject2* object, const TLocali
     const bool written = QDir().mkpath(folder) && file.open(QIODevice::WriteOnly)
         && file.write(localization.toKml(object->name())) >= 0 && file.commit();
     if (!written) {
-        MessageLoggerInterface::Error(tr("Impossible to save geolocation file %1",
-                                         "Impossible de sauvegarder le fichier de géolocalisation %1")
-                                          .arg(path),
-                                      nullptr);
+        MessageLoggerInterface::Error(
+            tr("Impossible to save geolocation file %1", "Impossible de sauvegarder le fichier de géolocalisation %1")
+                .arg(path),
+            nullptr);
     }
     return written;
 }

@@ -38,8 +38,7 @@ public:
     NewFolderGuard(const QString& folder, const QString& file)
         : m_folder(folder)
         , m_file(file)
-    {
-    }
+    { }
     ~NewFolderGuard()
     {
         if (m_keep)
@@ -158,7 +157,8 @@ bool VNDatabase::signalCreateTCM(const VNMCData* data, const VNObject2Analysis* 
         analysis = static_cast<const VNObject2Signal*>(analysis)->analysis();
     const QString destination = signalCreateDestFileName(analysis, signalName);
     if (!saveTCM(destination, signalName, data, analysis)) {
-        MessageLoggerInterface::Error(QCoreApplication::translate("SedraTr", "Impossible to create the destination file",
+        MessageLoggerInterface::Error(QCoreApplication::translate("SedraTr",
+                                                                  "Impossible to create the destination file",
                                                                   "Impossible de créer le fichier de sortie"),
                                       nullptr);
         return false;
@@ -306,11 +306,10 @@ int VNDatabase::returnSpectrumExtraction(const VNObject2* object, Plavo::TData**
         x[i] = float(double(entry.first) / 100.0);
         y[i] = float(entry.second);
         if (withLabels) {
-            labels[i] = msms && i < transitions.size()
-                ? QStringLiteral("%1->%2")
-                      .arg(double(transitions[i].first), 0, 'g', -1)
-                      .arg(double(transitions[i].second), 0, 'g', -1)
-                : QString::number(double(x[i]), 'f', 1);
+            labels[i] = msms && i < transitions.size() ? QStringLiteral("%1->%2")
+                                                             .arg(double(transitions[i].first), 0, 'g', -1)
+                                                             .arg(double(transitions[i].second), 0, 'g', -1)
+                                                       : QString::number(double(x[i]), 'f', 1);
             colors[i] = float(Plavo::TColor::colorGet(int(x[i]), count).rgb());
         }
         ++i;

@@ -19,8 +19,7 @@
 
 VNDatabaseImport::VNDatabaseImport(Sedra::TDatabase* database)
     : m_db(database)
-{
-}
+{ }
 
 VNDatabaseImport VNDatabaseImport::current()
 {
@@ -30,8 +29,8 @@ VNDatabaseImport VNDatabaseImport::current()
 
 bool VNDatabaseImport::analysisObjectSave(const QString& name)
 {
-    const auto* analyses =
-        m_db ? dynamic_cast<const Sedra::TAnalysisMapper*>(m_db->getMapper(VNObjectTypeAnalysis)) : nullptr;
+    const auto* analyses
+        = m_db ? dynamic_cast<const Sedra::TAnalysisMapper*>(m_db->getMapper(VNObjectTypeAnalysis)) : nullptr;
     if (!analyses || name.isEmpty())
         return false;
     if (analyses->getAnalysis(name))
@@ -86,8 +85,8 @@ bool VNDatabaseImport::CSV2TCM(const QString& fileName, QList<double*> columns, 
         run.date = header->date;
     }
     run.acquisitionSystem = header && header->acquisitionSystem ? header->acquisitionSystem
-        : keys.empty()                                           ? quint32(TAcquisitionRun::SystemChromatogram)
-                                                                 : quint32(TAcquisitionRun::SystemSIM);
+        : keys.empty()                                          ? quint32(TAcquisitionRun::SystemChromatogram)
+                                                                : quint32(TAcquisitionRun::SystemSIM);
     QVector<quint32> scanKeys;
     for (const auto& entry : keys)
         scanKeys.append(entry.first);

@@ -181,7 +181,6 @@ Sedra::DatabaseType VNDatabaseTovi::getDatabaseType() const
     return Sedra::TDatabase::getDatabaseType();
 }
 
-
 bool VNDatabaseTovi::loadDatabase()
 {
     // Loading adds the rows that are not in memory yet. When no other
@@ -193,8 +192,8 @@ bool VNDatabaseTovi::loadDatabase()
     const QString connection = connector ? connector->connectionName() : QString();
     const QString file = connector ? connector->getDbFilename() : QString();
     const auto stamp = loadStamps().constFind(this);
-    if (version >= 0 && stamp != loadStamps().constEnd() && stamp->version == version
-        && stamp->connection == connection && stamp->file == file)
+    if (version >= 0 && stamp != loadStamps().constEnd() && stamp->version == version && stamp->connection == connection
+        && stamp->file == file)
         return true;
     const bool loaded = Sedra::TDatabase::loadDatabase();
     if (loaded && version >= 0)
@@ -295,11 +294,10 @@ QList<const VNObject2*> VNDatabaseTovi::getAllRatios()
 }
 
 Sedra::TToviRatio* VNDatabaseTovi::createRatio(const QString& ratioId, const QString& masterName,
-                                               const QString& displayFormula, const QString& formula,
-                                               int displayOrder, const QString& studyType,
-                                               const QString& analysisType, const QString& processType,
-                                               const QString& familyName, const QString& expectedIons,
-                                               const QString& literatureReference)
+                                               const QString& displayFormula, const QString& formula, int displayOrder,
+                                               const QString& studyType, const QString& analysisType,
+                                               const QString& processType, const QString& familyName,
+                                               const QString& expectedIons, const QString& literatureReference)
 {
     const auto* mapper = typedMapper<Sedra::TToviRatioMapper>(VNObjectTypeRatio, __LINE__);
     if (!mapper)
@@ -480,8 +478,7 @@ const VNObject2* VNDatabaseTovi::getJoint(const QString& compoundKey, const QStr
     return joint ? joint->object() : nullptr;
 }
 
-Sedra::TToviJoint* VNDatabaseTovi::createJoint(const QString& compoundKey, const QString& eicKey,
-                                               const QString& name)
+Sedra::TToviJoint* VNDatabaseTovi::createJoint(const QString& compoundKey, const QString& eicKey, const QString& name)
 {
     const auto* mapper = typedMapper<Sedra::TToviJointMapper>(VNObjectTypeJoint, __LINE__);
     if (!mapper)
@@ -728,8 +725,8 @@ Sedra::TToviAlias* VNDatabaseTovi::getAlias(const VNObject2Tovi* obj, const QStr
     return mapper ? mapper->getAlias(obj, field, vendor) : nullptr;
 }
 
-Sedra::TToviAlias* VNDatabaseTovi::aliasCreate(const VNObject2Tovi* obj, const QString& field,
-                                               const QString& vendor, const QString& value)
+Sedra::TToviAlias* VNDatabaseTovi::aliasCreate(const VNObject2Tovi* obj, const QString& field, const QString& vendor,
+                                               const QString& value)
 {
     const auto* mapper = typedMapper<Sedra::TToviAliasMapper>(VNObjectTypeAlias, __LINE__);
     if (!mapper)
@@ -887,10 +884,10 @@ const VNObject2* VNDatabaseTovi::copyRatio(const VNObject2* obj)
     const Sedra::TToviRatio* ratio = source->getRatio(obj);
     if (!ratio)
         return nullptr;
-    Sedra::TToviRatio* created = mapper->createRatio(
-        ratio->ratioId(), ratio->masterName(), ratio->displayFormula(), ratio->formula(), ratio->displayOrder(),
-        ratio->studyType(), ratio->analysisType(), ratio->processType(), ratio->familyName(),
-        ratio->expectedIons(), ratio->literatureReference());
+    Sedra::TToviRatio* created
+        = mapper->createRatio(ratio->ratioId(), ratio->masterName(), ratio->displayFormula(), ratio->formula(),
+                              ratio->displayOrder(), ratio->studyType(), ratio->analysisType(), ratio->processType(),
+                              ratio->familyName(), ratio->expectedIons(), ratio->literatureReference());
     return created ? created->object() : nullptr;
 }
 
@@ -913,8 +910,7 @@ const VNObject2* VNDatabaseTovi::copyCompound(const VNObject2* obj)
     }
     // Said whether the compound was found or just made; the words are read as
     // Latin-1 on purpose, as the log readers expect them.
-    MessageLoggerInterface::Debug(QString::fromLatin1("Le composé %1 existe déjà").arg(target->description()),
-                                  nullptr);
+    MessageLoggerInterface::Debug(QString::fromLatin1("Le composé %1 existe déjà").arg(target->description()), nullptr);
 
     const auto* targetObject = dynamic_cast<const VNObject2Tovi*>(target->object());
     for (Sedra::TDatabaseObject* dependant : dependants) {
@@ -1171,11 +1167,11 @@ QStringList VNDatabaseTovi::scanDir(const QString& path, bool withExtension)
                 .arg(shown(path)),
             nullptr);
         if (!TFile::mkdirs(path, false)) {
-            MessageLoggerInterface::Information(
-                QCoreApplication::translate("SedraTr", "Error while creating directory <b>%1</b>",
-                                            "Echec de création du répertoire <b>%1</b>")
-                    .arg(shown(path)),
-                nullptr);
+            MessageLoggerInterface::Information(QCoreApplication::translate("SedraTr",
+                                                                            "Error while creating directory <b>%1</b>",
+                                                                            "Echec de création du répertoire <b>%1</b>")
+                                                    .arg(shown(path)),
+                                                nullptr);
         }
         dir.refresh();
     }

@@ -62,9 +62,8 @@ public:
     QList<const VNObject2*> getRatiosByAliasesValue(const QString& value) override;
     Sedra::TToviRatio* createRatio(const QString& ratioId, const QString& masterName, const QString& displayFormula,
                                    const QString& formula, int displayOrder, const QString& studyType,
-                                   const QString& analysisType, const QString& processType,
-                                   const QString& familyName, const QString& expectedIons,
-                                   const QString& literatureReference) override;
+                                   const QString& analysisType, const QString& processType, const QString& familyName,
+                                   const QString& expectedIons, const QString& literatureReference) override;
     bool ratioRemove(const VNObject2* obj, bool flag) override;
     /// A null ratio counts as removed.
     bool ratioRemove(Sedra::TToviRatio* ratio, bool flag) override;
@@ -110,8 +109,8 @@ public:
                                    const QDomDocument& document) override;
     const VNObject2* graphUpdate(const VNObject2* graph, QAbstractItemModel* model,
                                  const QDomDocument& document) override;
-    const VNObject2* overlayUpdate(const VNObject2* overlay, const VNObject2ToviGraph* graph,
-                                   QAbstractItemModel* model, const QDomDocument& document) override;
+    const VNObject2* overlayUpdate(const VNObject2* overlay, const VNObject2ToviGraph* graph, QAbstractItemModel* model,
+                                   const QDomDocument& document) override;
     bool graphOverlaySync() override;
     /// The drawing stored for a graph or an overlay: the first element inside
     /// its "TDataXml" element; null when the file or the element is missing.
@@ -187,8 +186,8 @@ public:
     /// Copies the files of `source` (those of `suffixes` when not empty) into
     /// `target`. False when the source is missing, or when the target exists
     /// and `overwrite` is false.
-    static bool copyDirectory(const QString& source, const QString& target, bool overwrite,
-                              const QStringList& suffixes, bool recursive);
+    static bool copyDirectory(const QString& source, const QString& target, bool overwrite, const QStringList& suffixes,
+                              bool recursive);
 
 protected slots:
     void onAboutToDeleteObjects(QList<const VNObject2*>* objects) override;

@@ -131,9 +131,8 @@ void VNDatabaseToviMerged::resetToVIDB()
     // is made beside the delivered file.
     const QString workingPath = merged ? merged->getCurrentWorkingPath() : delivered->getCurrentWorkingPath();
     const QString mergedFile = merged && merged->getConnector()
-                                   ? merged->getConnector()->getDbFilename()
-                                   : QDir(workingPath).filePath(
-                                         Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseToviMerged));
+        ? merged->getConnector()->getDbFilename()
+        : QDir(workingPath).filePath(Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseToviMerged));
     if (deliveredFile.isEmpty() || mergedFile.isEmpty() || QFileInfo(deliveredFile) == QFileInfo(mergedFile))
         return;
 

@@ -33,8 +33,8 @@ void setError(QString* error, const QString& message)
 
 QString VNDatabaseToviSample::defaultFile()
 {
-    const QString installed =
-        QCoreApplication::applicationDirPath() + QStringLiteral("/../share/vndatabase/tovi-sample.json");
+    const QString installed
+        = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/vndatabase/tovi-sample.json");
     return QFileInfo::exists(installed) ? QFileInfo(installed).canonicalFilePath() : QString();
 }
 
@@ -49,8 +49,8 @@ bool VNDatabaseToviSample::load(VNToviDatabaseInterface* db, const QString& file
     }
     QFile input(file);
     if (!input.open(QIODevice::ReadOnly)) {
-        setError(error, tr("Cannot read the reference content %1", "Impossible de lire le contenu de référence %1")
-                            .arg(file));
+        setError(error,
+                 tr("Cannot read the reference content %1", "Impossible de lire le contenu de référence %1").arg(file));
         return false;
     }
     QJsonParseError parse;
@@ -105,8 +105,8 @@ bool VNDatabaseToviSample::load(VNToviDatabaseInterface* db, const QString& file
     for (const QJsonValue& value : root.value(QStringLiteral("aliases")).toArray()) {
         const QJsonObject a = value.toObject();
         const QString kind = text(a, "kind");
-        const VNObject2* named = kind == QLatin1String("ratio") ? db->getRatio(text(a, "ref"))
-                                                                 : db->getCompound(text(a, "ref"));
+        const VNObject2* named
+            = kind == QLatin1String("ratio") ? db->getRatio(text(a, "ref")) : db->getCompound(text(a, "ref"));
         const auto* object = dynamic_cast<const VNObject2Tovi*>(named);
         if (object && db->aliasCreate(object, text(a, "field"), text(a, "vendor"), text(a, "value")))
             ++made.aliases;
@@ -116,8 +116,9 @@ bool VNDatabaseToviSample::load(VNToviDatabaseInterface* db, const QString& file
     if (counts)
         *counts = made;
     if (!written || made.compounds + made.ions + made.parameters == 0) {
-        setError(error, tr("Nothing could be written to the reference database",
-                           "Rien n'a pu être écrit dans la base de référence"));
+        setError(error,
+                 tr("Nothing could be written to the reference database",
+                    "Rien n'a pu être écrit dans la base de référence"));
         return false;
     }
     return true;

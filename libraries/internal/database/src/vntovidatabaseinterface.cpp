@@ -2,4 +2,5 @@
 
 VNToviDatabaseInterface::~VNToviDatabaseInterface() = default;
 
-void VNToviDatabaseInterface::close() {}
+void VNToviDatabaseInterface::close()
+{ }

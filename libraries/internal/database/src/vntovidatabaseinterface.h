@@ -50,7 +50,8 @@ public:
                                            const QString& displayFormula, const QString& formula, int displayOrder,
                                            const QString& studyType, const QString& analysisType,
                                            const QString& processType, const QString& familyName,
-                                           const QString& expectedIons, const QString& literatureReference) = 0;
+                                           const QString& expectedIons, const QString& literatureReference)
+        = 0;
     virtual bool ratioRemove(const VNObject2* obj, bool flag) = 0;
     virtual bool ratioRemove(Sedra::TToviRatio* ratio, bool flag) = 0;
 
@@ -104,11 +105,14 @@ public:
     // Graph and overlay documents.
     virtual const VNObject2* createGraph(QAbstractItemModel* model, const QDomDocument& document) = 0;
     virtual const VNObject2* overlayCreate(const VNObject2ToviGraph* graph, QAbstractItemModel* model,
-                                           const QDomDocument& document) = 0;
+                                           const QDomDocument& document)
+        = 0;
     virtual const VNObject2* graphUpdate(const VNObject2* graph, QAbstractItemModel* model,
-                                         const QDomDocument& document) = 0;
+                                         const QDomDocument& document)
+        = 0;
     virtual const VNObject2* overlayUpdate(const VNObject2* overlay, const VNObject2ToviGraph* graph,
-                                           QAbstractItemModel* model, const QDomDocument& document) = 0;
+                                           QAbstractItemModel* model, const QDomDocument& document)
+        = 0;
     virtual bool graphOverlaySync() = 0;
     virtual QStringList getRatioUids(const QDomDocument& graphDocument) = 0;
 
@@ -119,11 +123,13 @@ public:
     virtual QStringList getAliasVendors() = 0;
     virtual Sedra::TToviAlias* getAlias(const VNObject2Tovi* obj, const QString& field, const QString& vendor) = 0;
     virtual Sedra::TToviAlias* aliasCreate(const VNObject2Tovi* obj, const QString& field, const QString& vendor,
-                                           const QString& value) = 0;
+                                           const QString& value)
+        = 0;
     virtual bool aliasDeleteByVendor(const QString& vendor) = 0;
     virtual bool aliasDeleteSingleItem(const VNObject2Tovi* obj, const QString& field, const QString& vendor) = 0;
     virtual bool aliasUpdate(const VNObject2Tovi* obj, const QString& field, const QString& vendor,
-                             const QString& value) = 0;
+                             const QString& value)
+        = 0;
     virtual bool aliasUpdate(const Sedra::TToviAlias* alias, const QString& value) = 0;
 
     // The database itself.

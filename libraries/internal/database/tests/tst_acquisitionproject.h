@@ -56,8 +56,8 @@ public:
                 files.insert(info.absoluteFilePath(), QStringLiteral("folder"));
                 continue;
             }
-            files.insert(info.absoluteFilePath(), QStringLiteral("%1 %2").arg(info.size()).arg(
-                                                      info.lastModified().toMSecsSinceEpoch()));
+            files.insert(info.absoluteFilePath(),
+                         QStringLiteral("%1 %2").arg(info.size()).arg(info.lastModified().toMSecsSinceEpoch()));
         }
         return files;
     }

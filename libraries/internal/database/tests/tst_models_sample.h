@@ -25,8 +25,15 @@ inline void describeSterane(VNGraphData& data)
 // Every field a graph document carries, in the order of its description.
 inline QStringList descriptionOf(const VNGraphData& d)
 {
-    return {d.getViewTypeString(), d.getToVIName(), d.getStudyType(), d.getFamilyName(), d.getProcessType(),
-            d.getExpectedUnit(), d.getExpectedAnalysisType(), d.getLiteratureReference(), d.getComments()};
+    return {d.getViewTypeString(),
+            d.getToVIName(),
+            d.getStudyType(),
+            d.getFamilyName(),
+            d.getProcessType(),
+            d.getExpectedUnit(),
+            d.getExpectedAnalysisType(),
+            d.getLiteratureReference(),
+            d.getComments()};
 }
 
 // The description an overlay document carries.

@@ -34,8 +34,8 @@ bool categoriesVisible(const ObjectSelectorModel& model)
     return true;
 }
 
-const QStringList kAllObjects{"11", "12", "13", "14", "21", "22", "31", "32", "33", "34",
-                              "41", "42", "43", "44", "PAR-1", "PAR-2", "PAR-3", "PAR-4"};
+const QStringList kAllObjects{"11", "12", "13", "14", "21", "22",    "31",    "32",    "33",
+                              "34", "41", "42", "43", "44", "PAR-1", "PAR-2", "PAR-3", "PAR-4"};
 
 // A model that is not the concrete selector model.
 class OtherModel : public ObjectSelectorModelInterface
@@ -47,21 +47,24 @@ public:
     bool loadCollapsedItems(const QList<int>&) override { return true; }
     bool enableFilter(const QString&) override { return false; }
     bool disableFilter(const QString&) override { return false; }
-    void availableFilters(QList<QString>&) const override {}
-    void activeFilters(QList<QString>&) const override {}
-    void activeFilters(QHash<QString, QString>&) const override {}
-    void activeFiltersDisplay(QHash<QString, QString>&) const override {}
+    void availableFilters(QList<QString>&) const override { }
+    void activeFilters(QList<QString>&) const override { }
+    void activeFilters(QHash<QString, QString>&) const override { }
+    void activeFiltersDisplay(QHash<QString, QString>&) const override { }
     bool updateFilterValue(const QString&, const QString&) override { return false; }
     QString filterValue(const QString&) override { return QString(); }
     bool updateVisibleFilterValue(const QString&, const QString&) override { return false; }
     QString visibleFilterValue(const QString&) override { return QString(); }
-    void visibleFilters(const QObject*, QMap<QString, QString>&) const override {}
-    void visibleFilters(QStringList&) const override {}
-    void disableAllFilters() override {}
-    QList<ObjectSelectorItemInterface*> getSelectedItems(const TTree<ObjectSelectorItemInterface*>*) override { return {}; }
+    void visibleFilters(const QObject*, QMap<QString, QString>&) const override { }
+    void visibleFilters(QStringList&) const override { }
+    void disableAllFilters() override { }
+    QList<ObjectSelectorItemInterface*> getSelectedItems(const TTree<ObjectSelectorItemInterface*>*) override
+    {
+        return {};
+    }
 
 private:
-    void updateSelectedItems(const TTree<ObjectSelectorItemInterface*>*, const QList<QVariant>&) override {}
+    void updateSelectedItems(const TTree<ObjectSelectorItemInterface*>*, const QList<QVariant>&) override { }
 };
 
 } // namespace
@@ -92,7 +95,8 @@ private slots:
     void searchIsCaseInsensitiveSubstring()
     {
         ctrl->searchRequested("ANE");
-        QCOMPARE(visibleIds(*model), QStringList({"11", "12", "13", "14", "21", "22", "31", "32", "33", "34", "41", "42", "43", "44"}));
+        QCOMPARE(visibleIds(*model),
+                 QStringList({"11", "12", "13", "14", "21", "22", "31", "32", "33", "34", "41", "42", "43", "44"}));
         ctrl->searchRequested("hopane");
         QCOMPARE(visibleIds(*model), QStringList({"31", "32", "33", "34"}));
         ctrl->searchRequested("norHOP"); // not "...norneohopane"
@@ -121,7 +125,8 @@ private slots:
         ObjectSelectorItem* son = sample::makeItem("351", "C31 22S", "compound", true);
         son->setProperty("MasterName", "17a,21b(H)-Homohopane 22S");
         sample::Node* sonNode = sample::appendNode(groupNode, son);
-        sample::Node* bareNode = sample::appendNode(groupNode, sample::makeItem("352", "no name", "compound", true)); // no MasterName
+        sample::Node* bareNode
+            = sample::appendNode(groupNode, sample::makeItem("352", "no name", "compound", true)); // no MasterName
 
         ctrl->searchRequested("22S");
         QCOMPARE(QList<bool>({groupNode->isVisible(), sonNode->isVisible(), bareNode->isVisible()}),
@@ -262,7 +267,7 @@ private slots:
         auto* editor = dynamic_cast<ObjectSelectorEditor*>(view);
         QVERIFY(editor && editor->parent() == &parent);
         QVERIFY(editor->checkAllBox()->isHidden()); // single selection
-        QVERIFY(!view->addObserver(ctrl)); // registered once already
+        QVERIFY(!view->addObserver(ctrl));          // registered once already
 
         ctrl->closeView();
         QVERIFY(ctrl->editor() == nullptr);

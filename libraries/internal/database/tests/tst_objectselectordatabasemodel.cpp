@@ -82,8 +82,7 @@ class RatioListWithStrays : public VNDatabaseTovi
 public:
     RatioListWithStrays()
         : VNDatabaseTovi(Sedra::DatabaseToviUser)
-    {
-    }
+    { }
     QList<const VNObject2*> strays;
     QList<const VNObject2*> getAllRatios() override { return VNDatabaseTovi::getAllRatios() + strays; }
 };
@@ -153,7 +152,8 @@ private slots:
             const char* id;
             const char* name;
             int order;
-        } ratios[] = {{"PR_PH", "Pr/Ph", 3}, {"TS_TSTM", "Ts/(Ts+Tm)", 1}, {"CPI", "CPI", 3}, {"STER_20S", "20S/(20S+20R)", 2}};
+        } ratios[] = {
+            {"PR_PH", "Pr/Ph", 3}, {"TS_TSTM", "Ts/(Ts+Tm)", 1}, {"CPI", "CPI", 3}, {"STER_20S", "20S/(20S+20R)", 2}};
         for (const auto& r : ratios) {
             QVERIFY(m_user->createRatio(QString::fromLatin1(r.id), QString::fromLatin1(r.name), QString(), QString(),
                                         r.order, QStringLiteral("Maturity"), QStringLiteral("GC"), QString(), QString(),
@@ -200,8 +200,14 @@ private slots:
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("familyLabel");
         QTest::addColumn<QString>("nameLabel");
-        QTest::newRow("en") << "en" << "Compounds" << "Familly" << "Name";
-        QTest::newRow("fr") << "fr" << "Composés" << "Famille" << "Nom";
+        QTest::newRow("en") << "en"
+                            << "Compounds"
+                            << "Familly"
+                            << "Name";
+        QTest::newRow("fr") << "fr"
+                            << "Composés"
+                            << "Famille"
+                            << "Nom";
     }
 
     void compoundsCarryTheirPropertiesAsFilters()
@@ -338,8 +344,10 @@ private slots:
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("text");
-        QTest::newRow("en") << "en" << "Loading database...";
-        QTest::newRow("fr") << "fr" << "Chargement de la base de données...";
+        QTest::newRow("en") << "en"
+                            << "Loading database...";
+        QTest::newRow("fr") << "fr"
+                            << "Chargement de la base de données...";
     }
 
     void fillFromDatabaseEndsWithTheGraphTree()
@@ -421,7 +429,8 @@ private slots:
         VNDatabaseTovi delivered(Sedra::DatabaseToviDelivered);
         QVERIFY(delivered.loadDatabase());
         QString error;
-        QVERIFY2(VNDatabaseToviSample::load(&delivered, QStringLiteral(VN_TOVI_SAMPLE_FILE), &error), qPrintable(error));
+        QVERIFY2(VNDatabaseToviSample::load(&delivered, QStringLiteral(VN_TOVI_SAMPLE_FILE), &error),
+                 qPrintable(error));
         const int compoundCount = delivered.getAllCompounds().size();
         QVERIFY(compoundCount > 50);
 
@@ -461,7 +470,8 @@ private slots:
         for (QDomElement e = root.firstChildElement().firstChildElement(); !e.isNull(); e = e.nextSiblingElement())
             names << TXMLMethod::getInfoString(e, QStringLiteral("name"));
         names.sort();
-        QCOMPARE(names, QStringList({"17alpha(H),21beta(H)-Bishomohopane (22S)", "17alpha(H),21beta(H)-Homohopane (22S)"}));
+        QCOMPARE(names,
+                 QStringList({"17alpha(H),21beta(H)-Bishomohopane (22S)", "17alpha(H),21beta(H)-Homohopane (22S)"}));
 
         // The details pane shows the stored properties under their labels.
         tree->setCurrentItem(view::lineTitled(tree, QStringLiteral("17alpha(H),21beta(H)-Homohopane (22S)")));

@@ -208,7 +208,8 @@ private slots:
         QStringList offered;
         for (int i = 0; i < labels->count(); ++i)
             offered << labels->itemText(i);
-        QCOMPARE(offered, QStringList({"Analysis type", "CAS", "Compound formula", "Name", "Parameter formula", "Study type"}));
+        QCOMPARE(offered,
+                 QStringList({"Analysis type", "CAS", "Compound formula", "Name", "Parameter formula", "Study type"}));
 
         labels->setCurrentIndex(labels->findText("CAS"));
         QTest::keyClicks(editor->filterValueLine(0), "629-");
@@ -310,7 +311,8 @@ private slots:
         QVERIFY(editor->detailsPane()->toPlainText().contains("13849-96-9")); // the current line's details
 
         // Values are text, except the line breaks of multi-line values.
-        dynamic_cast<QObject*>(sample::find(*model, "PAR-3"))->setProperty("DisplayFormula", "Ts<br>(Ts + Tm) & <i>x</i>");
+        dynamic_cast<QObject*>(sample::find(*model, "PAR-3"))
+            ->setProperty("DisplayFormula", "Ts<br>(Ts + Tm) & <i>x</i>");
         const QString ratio = editor->detailsHtml(sample::find(*model, "PAR-3"));
         QVERIFY(ratio.contains("Ts<br>(Ts + Tm) &amp; &lt;i&gt;x&lt;/i&gt;"));
         QVERIFY(editor->detailsHtml(sample::find(*model, "1")).contains("No details"));

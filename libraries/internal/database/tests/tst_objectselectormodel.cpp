@@ -34,16 +34,16 @@ class PlainItem : public ObjectSelectorItemInterface
 public:
     void setId(const QString& id) override { m_id = id; }
     QString id() override { return m_id; }
-    void setIsCheckable(bool) override {}
+    void setIsCheckable(bool) override { }
     bool isCheckable() const override { return true; }
     void setChecked(bool checked) override { m_checked = checked; }
     bool isChecked() const override { return m_checked; }
-    void setTitle(const QString&) override {}
+    void setTitle(const QString&) override { }
     QString title() override { return QString(); }
-    void setPixmap(const QPixmap&) override {}
+    void setPixmap(const QPixmap&) override { }
     QPixmap pixmap() override { return QPixmap(); }
     bool isExpanded() const override { return false; }
-    void setExpanded(bool) override {}
+    void setExpanded(bool) override { }
 
 private:
     QString m_id;
@@ -214,7 +214,9 @@ private slots:
         QTest::addColumn<bool>("accepted");
         QTest::newRow("version 1.0") << fragment("1.0", payload({"12"})) << false;
         QTest::newRow("version 2.0 with spaces") << fragment(" 2.0", payload({"12"})) << false;
-        QTest::newRow("no version") << QStringLiteral("<ObjectSelectorModel><SelectedItems>x</SelectedItems></ObjectSelectorModel>") << false;
+        QTest::newRow("no version") << QStringLiteral(
+            "<ObjectSelectorModel><SelectedItems>x</SelectedItems></ObjectSelectorModel>")
+                                    << false;
         QTest::newRow("no element") << QStringLiteral("<Other><Version>2.0</Version></Other>") << false;
         QTest::newRow("no content") << QString() << false;
         const auto bytes = [](const char* data, int size) {
@@ -266,7 +268,8 @@ private slots:
         plain->setId("99");
         sample::Node* node = sample::appendNode(&model.root(), nullptr);
         node->attribute = plain;
-        sample::appendNode(node, sample::makeItem("98", "Below a plain item", QString(), true))->attribute->setChecked(true);
+        sample::appendNode(node, sample::makeItem("98", "Below a plain item", QString(), true))
+            ->attribute->setChecked(true);
         QCOMPARE(checkedIds(model), QStringList({"98"}));
         QCOMPARE(model.getAllItems().size(), 24);
         model.uncheckAll();
@@ -284,7 +287,8 @@ private slots:
 
         sample::fill(model);
         model.availableFilters(available);
-        QCOMPARE(available, QList<QString>({"MasterName", "formula", "CAS", "AnalysisType", "StudyType", "DisplayFormula"}));
+        QCOMPARE(available,
+                 QList<QString>({"MasterName", "formula", "CAS", "AnalysisType", "StudyType", "DisplayFormula"}));
 
         QVERIFY(!model.enableFilter("TITLE")); // declared properties are not filters
         QVERIFY(!model.enableFilter("family"));
@@ -321,7 +325,8 @@ private slots:
         sample::fill(model);
         QStringList labels;
         model.visibleFilters(labels);
-        QCOMPARE(labels, QStringList({"Analysis type", "CAS", "Compound formula", "Name", "Parameter formula", "Study type"}));
+        QCOMPARE(labels,
+                 QStringList({"Analysis type", "CAS", "Compound formula", "Name", "Parameter formula", "Study type"}));
         QCOMPARE(model.visibleFilterValue("Name"), QStringLiteral("MasterName"));
         QVERIFY(model.visibleFilterValue("Nom").isNull());
         QCOMPARE(model.visibleFilterKey("formula"), QStringLiteral("Compound formula"));

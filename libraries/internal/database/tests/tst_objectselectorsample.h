@@ -61,7 +61,8 @@ struct Compound
 
 inline Node* compound(Node* parent, const Compound& c, bool checkable = true)
 {
-    ObjectSelectorItem* item = makeItem(QString::fromLatin1(c.id), QString::fromUtf8(c.name), QStringLiteral("compound"), checkable);
+    ObjectSelectorItem* item
+        = makeItem(QString::fromLatin1(c.id), QString::fromUtf8(c.name), QStringLiteral("compound"), checkable);
     item->setProperty("MasterName", QString::fromUtf8(c.name));
     item->setProperty("formula", QString::fromLatin1(c.formula));
     if (c.cas)
@@ -89,16 +90,28 @@ inline void fill(ObjectSelectorModel& model, bool checkable = true)
     compound(isoprenoids, {"22", "Phytane", "C20H42", "638-36-8", "Saturates", "Source Rock"}, checkable);
 
     Node* hopanes = category(model, QStringLiteral("3"), QStringLiteral("Hopanes"));
-    compound(hopanes, {"31", "18\u03B1(H)-22,29,30-Trisnorneohopane (Ts)", "C27H46", nullptr, "MSMS", "Source Rock"}, checkable);
-    compound(hopanes, {"32", "17\u03B1(H)-22,29,30-Trisnorhopane (Tm)", "C27H46", nullptr, "MSMS", "Source Rock"}, checkable);
-    compound(hopanes, {"33", "17\u03B1(H),21\u03B2(H)-30-Norhopane", "C29H50", nullptr, "MSMS", "Source Rock"}, checkable);
-    compound(hopanes, {"34", "17\u03B1(H),21\u03B2(H)-Hopane", "C30H52", "13849-96-9", "MSMS", "Source Rock"}, checkable);
+    compound(hopanes, {"31", "18\u03B1(H)-22,29,30-Trisnorneohopane (Ts)", "C27H46", nullptr, "MSMS", "Source Rock"},
+             checkable);
+    compound(hopanes, {"32", "17\u03B1(H)-22,29,30-Trisnorhopane (Tm)", "C27H46", nullptr, "MSMS", "Source Rock"},
+             checkable);
+    compound(hopanes, {"33", "17\u03B1(H),21\u03B2(H)-30-Norhopane", "C29H50", nullptr, "MSMS", "Source Rock"},
+             checkable);
+    compound(hopanes, {"34", "17\u03B1(H),21\u03B2(H)-Hopane", "C30H52", "13849-96-9", "MSMS", "Source Rock"},
+             checkable);
 
     Node* steranes = category(model, QStringLiteral("4"), QStringLiteral("Steranes"));
-    compound(steranes, {"41", "5\u03B1(H),14\u03B1(H),17\u03B1(H)-Cholestane 20R", "C27H48", "481-21-0", "MS", "Source Rock"}, checkable);
-    compound(steranes, {"42", "5\u03B1(H),14\u03B1(H),17\u03B1(H)-Ergostane 20R", "C28H50", nullptr, "MS", "Source Rock"}, checkable);
-    compound(steranes, {"43", "5\u03B1(H),14\u03B1(H),17\u03B1(H)-Stigmastane 20S", "C29H52", nullptr, "MS", "Source Rock"}, checkable);
-    compound(steranes, {"44", "5\u03B1(H),14\u03B1(H),17\u03B1(H)-Stigmastane 20R", "C29H52", nullptr, "MS", "Source Rock"}, checkable);
+    compound(steranes,
+             {"41", "5\u03B1(H),14\u03B1(H),17\u03B1(H)-Cholestane 20R", "C27H48", "481-21-0", "MS", "Source Rock"},
+             checkable);
+    compound(steranes,
+             {"42", "5\u03B1(H),14\u03B1(H),17\u03B1(H)-Ergostane 20R", "C28H50", nullptr, "MS", "Source Rock"},
+             checkable);
+    compound(steranes,
+             {"43", "5\u03B1(H),14\u03B1(H),17\u03B1(H)-Stigmastane 20S", "C29H52", nullptr, "MS", "Source Rock"},
+             checkable);
+    compound(steranes,
+             {"44", "5\u03B1(H),14\u03B1(H),17\u03B1(H)-Stigmastane 20R", "C29H52", nullptr, "MS", "Source Rock"},
+             checkable);
 
     Node* parameters = category(model, QStringLiteral("5"), QStringLiteral("Parameters"));
     const char* const ratios[][3] = {
@@ -108,8 +121,8 @@ inline void fill(ObjectSelectorModel& model, bool checkable = true)
         {"PAR-4", "C29 20S/(20S+20R)", "C29 sterane 20S / (20S + 20R)"},
     };
     for (const auto& r : ratios) {
-        ObjectSelectorItem* item = makeItem(QString::fromLatin1(r[0]), QString::fromLatin1(r[1]),
-                                            QStringLiteral("ratioIcon"), checkable);
+        ObjectSelectorItem* item
+            = makeItem(QString::fromLatin1(r[0]), QString::fromLatin1(r[1]), QStringLiteral("ratioIcon"), checkable);
         item->setProperty("MasterName", QString::fromLatin1(r[1]));
         item->setProperty("DisplayFormula", QString::fromLatin1(r[2]));
         item->setProperty("AnalysisType", QStringLiteral("MS"));

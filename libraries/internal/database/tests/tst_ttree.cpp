@@ -12,8 +12,7 @@ struct Item
 {
     explicit Item(int* deaths)
         : m_deaths(deaths)
-    {
-    }
+    { }
     virtual ~Item() { ++*m_deaths; }
     int* m_deaths;
 };
@@ -363,7 +362,7 @@ private slots:
         QCOMPARE(walk(*n1, n1), QList<int>({1, 11, 111, 12, 2, 21}));
         // From a deep last son: the next brother of the nearest ancestor with one.
         QCOMPARE(n11->getNextNode(n111)->getNodeId(), 12);
-        QCOMPARE(n1->getNextNode(n1->getSon(1)), n2); // from 12, the last of subtree 1
+        QCOMPARE(n1->getNextNode(n1->getSon(1)), n2);           // from 12, the last of subtree 1
         QCOMPARE(root.getNextNode(n2->getFirstSon()), nullptr); // the last node of the whole tree
         // The caller plays no part: a stranger tree's node gives the same answers.
         Node stranger;

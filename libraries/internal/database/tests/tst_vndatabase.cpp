@@ -55,10 +55,9 @@ QMap<QString, QByteArray> snapshot(const QString& root)
         QByteArray content = "dir";
         if (info.isFile()) {
             QFile file(path);
-            content = file.open(QIODevice::ReadOnly)
-                ? QByteArray::number(info.size()) + ' '
+            content = file.open(QIODevice::ReadOnly) ? QByteArray::number(info.size()) + ' '
                     + QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1).toHex()
-                : QByteArray("unreadable");
+                                                     : QByteArray("unreadable");
         }
         tree.insert(base.relativeFilePath(path), content);
     }
@@ -260,8 +259,9 @@ private slots:
 
         // Scanned: the missing layout is added, folder by folder, each said once.
         const QStringList layout = db->folderNameList();
-        QCOMPARE(layout, QStringList({VNObject2Analysis::folderName(), VNObject2Indexation::folderName(),
-                                      VNObject2Pixmap::folderName(), VNObject2Well::folderName()}));
+        QCOMPARE(layout,
+                 QStringList({VNObject2Analysis::folderName(), VNObject2Indexation::folderName(),
+                              VNObject2Pixmap::folderName(), VNObject2Well::folderName()}));
         QStringList said;
         for (const QString& folder : layout) {
             const QString sub = db->getCurrentWorkingPath() + QDir::separator() + folder;
@@ -397,13 +397,15 @@ private slots:
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("geolocation");
-        QTest::newRow("en") << "en" << "Impossible to synchronize project <b>%1</b> because it is <b>Read Only</b> opened"
+        QTest::newRow("en") << "en"
+                            << "Impossible to synchronize project <b>%1</b> because it is <b>Read Only</b> opened"
                             << "Impossible to save the geolocation of <b>%1</b> because the project is <b>Read "
                                "Only</b> opened";
-        QTest::newRow("fr") << "fr"
-                            << "Impossible de synchroniser le projet <b>%1</b> car il est ouvert en <b>Lecture Seule</b>"
-                            << "Impossible d'enregistrer la géolocalisation de <b>%1</b> car le projet est ouvert en "
-                               "<b>Lecture Seule</b>";
+        QTest::newRow("fr")
+            << "fr"
+            << "Impossible de synchroniser le projet <b>%1</b> car il est ouvert en <b>Lecture Seule</b>"
+            << "Impossible d'enregistrer la géolocalisation de <b>%1</b> car le projet est ouvert en "
+               "<b>Lecture Seule</b>";
     }
 
     void readOnlyRefusesAndChangesNothing()
@@ -441,8 +443,9 @@ private slots:
             const VNObject2* well = wellsOf(*db)->getWell(QStringLiteral("Puits-1"));
             QVERIFY(well);
             QVERIFY(!db->setObjectGeolocalization(well, TLocalization(47.2184, -1.5536)));
-            QCOMPARE(log.entries(), QList<TRecordingLogger::Entry>({{MessageLoggerInterface::LevelInformation,
-                                                                     geolocation.arg(QStringLiteral("Puits-1"))}}));
+            QCOMPARE(log.entries(),
+                     QList<TRecordingLogger::Entry>(
+                         {{MessageLoggerInterface::LevelInformation, geolocation.arg(QStringLiteral("Puits-1"))}}));
 
             // Nothing else writes either.
             QVERIFY(!wellsOf(*db)->createWell(QStringLiteral("Puits-2")));
@@ -483,8 +486,10 @@ private slots:
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("message");
-        QTest::newRow("en") << "en" << "Impossible to synchronize a project while a module is being used";
-        QTest::newRow("fr") << "fr" << "Impossible de synchroniser un projet lorsqu'un module est en cours d'utilisation";
+        QTest::newRow("en") << "en"
+                            << "Impossible to synchronize a project while a module is being used";
+        QTest::newRow("fr") << "fr"
+                            << "Impossible de synchroniser un projet lorsqu'un module est en cours d'utilisation";
     }
 
     void moduleInUseRefuses()
@@ -508,8 +513,7 @@ private slots:
         const QMap<QString, QByteArray> before = snapshot(path);
         TRecordingLogger log;
         db->synchronizeSQLRoot();
-        QCOMPARE(log.entries(),
-                 QList<TRecordingLogger::Entry>({{MessageLoggerInterface::LevelWarning, message}}));
+        QCOMPARE(log.entries(), QList<TRecordingLogger::Entry>({{MessageLoggerInterface::LevelWarning, message}}));
         QVERIFY(db->lastSynchronization().registered.isEmpty());
         QVERIFY(!analysesOf(*db)->getAnalysis(QStringLiteral("Run 9")));
         QCOMPARE(snapshot(path), before);
@@ -611,7 +615,8 @@ private slots:
             } else if (kind == QLatin1String("folder")) {
                 QVERIFY(QDir().mkpath(header));
             } else {
-                QVERIFY(runOutside(header, QStringLiteral("CREATE TABLE samples (id INTEGER PRIMARY KEY, name TEXT)")) >= 0);
+                QVERIFY(runOutside(header, QStringLiteral("CREATE TABLE samples (id INTEGER PRIMARY KEY, name TEXT)"))
+                        >= 0);
                 QCOMPARE(runOutside(header, QStringLiteral("INSERT INTO samples (name) VALUES (?)"), {"Puits-1"}), 1);
             }
         }
@@ -660,8 +665,9 @@ private slots:
         const QString path = tmp.filePath(QStringLiteral("Projet"));
         const QString outside = tmp.filePath(QStringLiteral("outside"));
         QVERIFY(QDir().mkpath(outside));
-        const QStringList names{"../../évasion", "a/b\\c", "..", ".", "/etc/passwd", "O'Brien \"best\"",
-                                "x'); DROP TABLE objects;--", "Puits Hédé Ω 井", "CON"};
+        const QStringList names{
+            "../../évasion",   "a/b\\c", "..", ".", "/etc/passwd", "O'Brien \"best\"", "x'); DROP TABLE objects;--",
+            "Puits Hédé Ω 井", "CON"};
         const QString analysesRoot = path + QLatin1Char('/') + VNObject2Analysis::folderName();
         QStringList stored;
         VNObject2Project project(QStringLiteral("Projet"));
@@ -679,7 +685,8 @@ private slots:
                 QVERIFY2(QFileInfo(folder).isDir(), qPrintable(folder));
                 QCOMPARE(QFileInfo(folder).dir().absolutePath(), analysesRoot);
                 QVERIFY2(wellsOf(*db)->createWell(name), qPrintable(name));
-                QVERIFY2(variablesOf(*db)->createVariable(dataset, name, name, QStringLiteral("réf")), qPrintable(name));
+                QVERIFY2(variablesOf(*db)->createVariable(dataset, name, name, QStringLiteral("réf")),
+                         qPrintable(name));
             }
             // Folders found on disk with such names are registered as they are.
             QVERIFY(QDir().mkpath(analysesRoot + QStringLiteral("/Robert'); DROP TABLE objects;--")));
@@ -750,7 +757,8 @@ private slots:
 
         // Each object has a file of its own: two wells never share one.
         const QString runFile = db->objectFolderPath(run, false) + QStringLiteral("/localization.kml");
-        const QString wellFile = path + QLatin1Char('/') + VNObject2Well::folderName() + QStringLiteral("/Puits-1/localization.kml");
+        const QString wellFile
+            = path + QLatin1Char('/') + VNObject2Well::folderName() + QStringLiteral("/Puits-1/localization.kml");
         QVERIFY(QFileInfo::exists(runFile));
         QVERIFY(QFileInfo::exists(wellFile));
         QVERIFY(QFileInfo::exists(path + QStringLiteral("/localization.kml")));
@@ -825,8 +833,9 @@ private slots:
         data.setApplicationRootPath(tmp.path());
         QVERIFY(!db.openSQLBase());
         const QString program = tmp.path() + QDir::separator() + QStringLiteral("bin\\sqlbrowser.exe");
-        writeFile(program, "#!/bin/sh\necho \"$#\" > \"$(dirname \"$0\")/started.tmp\"\n"
-                           "mv \"$(dirname \"$0\")/started.tmp\" \"$(dirname \"$0\")/started\"\n");
+        writeFile(program,
+                  "#!/bin/sh\necho \"$#\" > \"$(dirname \"$0\")/started.tmp\"\n"
+                  "mv \"$(dirname \"$0\")/started.tmp\" \"$(dirname \"$0\")/started\"\n");
         QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         QVERIFY(db.openSQLBase());
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(tmp.filePath(QStringLiteral("started"))), 10000);

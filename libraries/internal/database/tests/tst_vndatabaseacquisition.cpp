@@ -57,7 +57,8 @@ void compareMeasurements(const TAcquisitionRun& expected, const TAcquisitionRun&
         QVERIFY(std::fabs(actual.tic[i] - expected.tic[i]) <= 1e-3 * std::max(1.0, std::fabs(expected.tic[i])));
     }
     for (int p = 0; p < expected.abundances.size(); ++p)
-        QVERIFY(std::fabs(actual.abundances[p] - expected.abundances[p]) <= 1e-3f * std::max(1.0f, expected.abundances[p]));
+        QVERIFY(std::fabs(actual.abundances[p] - expected.abundances[p])
+                <= 1e-3f * std::max(1.0f, expected.abundances[p]));
 }
 
 // The extracted-ion chromatogram of [low, high] computed from the run itself.
@@ -196,8 +197,8 @@ private slots:
             QVERIFY(owned->pointColor(i).isValid());
         }
 
-        const VNObject2Analysis* full =
-            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 30), QStringLiteral("Full"));
+        const VNObject2Analysis* full
+            = project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 30), QStringLiteral("Full"));
         QVERIFY(full);
         QCOMPARE(VNDatabase::returnSpectrumExtraction(full, &data, true, 3, 3), 60);
         owned.reset(data);
@@ -311,8 +312,8 @@ private slots:
         QCOMPARE(analysesOnDisk(project), QStringList{"Kept"});
         const QStringList errors = log.messages(MessageLoggerInterface::LevelError);
         QCOMPARE(errors.size(), 1);
-        const QString expected = language == QLatin1String("fr") ? QStringLiteral("Le fichier <b>")
-                                                                  : QStringLiteral("The file <b>");
+        const QString expected
+            = language == QLatin1String("fr") ? QStringLiteral("Le fichier <b>") : QStringLiteral("The file <b>");
         QVERIFY2(errors.first().startsWith(expected), qPrintable(errors.first()));
     }
 
@@ -355,7 +356,8 @@ private slots:
         const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::FullScan, 30);
         const VNObject2Analysis* analysis = project.add(run, QStringLiteral("Run"));
         QVERIFY(analysis);
-        std::unique_ptr<VNMCData> data(VNDatabaseImport::fromRun(AcquisitionProject::run(TSyntheticRun::FullScan, 30, 3)));
+        std::unique_ptr<VNMCData> data(
+            VNDatabaseImport::fromRun(AcquisitionProject::run(TSyntheticRun::FullScan, 30, 3)));
         QString signal = QStringLiteral("Smoothed");
         QVERIFY(project.db()->signalCreateTCM(data.get(), analysis, signal));
         QCOMPARE(signal, QStringLiteral("Smoothed"));
@@ -406,8 +408,8 @@ private slots:
         TTranslator::install(language);
         const bool fr = language == QLatin1String("fr");
         AcquisitionProject project;
-        const VNObject2Analysis* analysis =
-            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 20), QStringLiteral("Run"));
+        const VNObject2Analysis* analysis
+            = project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 20), QStringLiteral("Run"));
         QVERIFY(analysis);
         std::unique_ptr<VNMCData> data(VNDatabaseImport::fromRun(AcquisitionProject::run(TSyntheticRun::FullScan, 20)));
 
@@ -417,8 +419,9 @@ private slots:
         QString name = QStringLiteral("Signal");
         QVERIFY(!project.db()->signalCreateTCM(data.get(), analysis, name));
         QCOMPARE(log.messages(MessageLoggerInterface::LevelError),
-                 QStringList{fr ? QStringLiteral("Impossible de sauvegarder un signal dans un projet en <b>lecture seule</b>")
-                                : QStringLiteral("Impossible to save a signal in <b>read only</b> project")});
+                 QStringList{
+                     fr ? QStringLiteral("Impossible de sauvegarder un signal dans un projet en <b>lecture seule</b>")
+                        : QStringLiteral("Impossible to save a signal in <b>read only</b> project")});
         QCOMPARE(project.snapshot(), before);
         QVERIFY(!project.db()->signalExists(QStringLiteral("Run"), name));
 
@@ -439,8 +442,8 @@ private slots:
     void analysisNoise()
     {
         AcquisitionProject project;
-        const VNObject2Analysis* analysis =
-            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 600), QStringLiteral("Noisy"));
+        const VNObject2Analysis* analysis
+            = project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 600), QStringLiteral("Noisy"));
         QVERIFY(analysis);
         QVERIFY(!VNDatabase::analysisNoise(nullptr));
         const TAnalysisNoise* noise = VNDatabase::analysisNoise(analysis);
@@ -464,8 +467,8 @@ private slots:
     void modulationAndAnalysisData()
     {
         AcquisitionProject project;
-        const VNObject2Analysis* analysis =
-            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 20), QStringLiteral("GCxGC"));
+        const VNObject2Analysis* analysis
+            = project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 20), QStringLiteral("GCxGC"));
         QVERIFY(analysis);
         QVERIFY(project.db()->modulationChanged(analysis, 6.5f));
         QVERIFY(project.db()->signalExists(QStringLiteral("GCxGC"), QStringLiteral("TIC")));
@@ -583,8 +586,8 @@ private slots:
         const VNObject2Analysis* analysis = project.add(run, QStringLiteral("Bare"));
         QVERIFY(analysis);
         const QString xml = project.file("Analyses/Bare/acquisition.xml");
-        for (const QByteArray& content : {QByteArray(), QByteArray("<acquisition version=\"1\"><name>"),
-                                          QByteArray("<other/>")}) {
+        for (const QByteArray& content :
+             {QByteArray(), QByteArray("<acquisition version=\"1\"><name>"), QByteArray("<other/>")}) {
             QFile::remove(xml);
             QVERIFY(content.isNull() || AcquisitionProject::write(xml, content));
             TRecordingLogger log;

@@ -59,7 +59,8 @@ private slots:
     {
         VNDatabaseFactory factory;
         DatabaseFactoryInterface::install(&factory);
-        std::unique_ptr<Sedra::TDatabase> db(DatabaseFactoryInterface::returnMe()->createDatabase(Sedra::DatabaseProject));
+        std::unique_ptr<Sedra::TDatabase> db(
+            DatabaseFactoryInterface::returnMe()->createDatabase(Sedra::DatabaseProject));
         QVERIFY(qobject_cast<VNDatabase*>(db.get()));
         // A copy is an independent factory, not a second installation.
         {

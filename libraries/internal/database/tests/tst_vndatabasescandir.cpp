@@ -97,8 +97,10 @@ private slots:
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("message");
-        QTest::newRow("en") << "en" << "Project structure is obsolete - Adding directory <b>%1</b>";
-        QTest::newRow("fr") << "fr" << "La structure du projet est obsolète - Ajout du dossier <b>%1</b>";
+        QTest::newRow("en") << "en"
+                            << "Project structure is obsolete - Adding directory <b>%1</b>";
+        QTest::newRow("fr") << "fr"
+                            << "La structure du projet est obsolète - Ajout du dossier <b>%1</b>";
     }
 
     void missingFolderIsRecreated()
@@ -113,8 +115,8 @@ private slots:
         const QString gone = m_tmp.filePath(language + QStringLiteral("/old/Indexations"));
         QCOMPARE(db.scanDir(gone, true), QStringList());
         QVERIFY(QFileInfo(gone).isDir());
-        QCOMPARE(log.entries(), QList<TRecordingLogger::Entry>({{MessageLoggerInterface::LevelInformation,
-                                                                 message.arg(gone)}}));
+        QCOMPARE(log.entries(),
+                 QList<TRecordingLogger::Entry>({{MessageLoggerInterface::LevelInformation, message.arg(gone)}}));
 
         // The filtered listing repairs silently, files and folders alike.
         log.clear();

@@ -165,7 +165,8 @@ private slots:
         QCOMPARE(reopened->getAllJoints().size(), 1);
         QCOMPARE(reopened->getAllRatios().size(), 1);
         QCOMPARE(reopened->getRatio(QStringLiteral("R-1"))->name(), QStringLiteral("Ts/(Ts+Tm)"));
-        Sedra::TToviAlias* alias = reopened->getAlias(dynamic_cast<const VNObject2Tovi*>(found), "CAS", "Vendor; \"B\"");
+        Sedra::TToviAlias* alias
+            = reopened->getAlias(dynamic_cast<const VNObject2Tovi*>(found), "CAS", "Vendor; \"B\"");
         QVERIFY(alias);
         QCOMPARE(alias->getValue(), longValue);
         // The other databases of the folder saw none of it.
@@ -321,10 +322,11 @@ private slots:
             QVERIFY(db->scanDir(path, true).isEmpty());
             QVERIFY(QFileInfo(path).isDir());
             const bool en = language == QLatin1String("en");
-            QVERIFY(log.contains(MessageLoggerInterface::LevelInformation,
-                                 (en ? QStringLiteral("Project structure is obsolete - Adding directory <b>%1</b>")
-                                     : QStringLiteral("La structure du projet est obsolète - Ajout du dossier <b>%1</b>"))
-                                     .arg(path)));
+            QVERIFY(
+                log.contains(MessageLoggerInterface::LevelInformation,
+                             (en ? QStringLiteral("Project structure is obsolete - Adding directory <b>%1</b>")
+                                 : QStringLiteral("La structure du projet est obsolète - Ajout du dossier <b>%1</b>"))
+                                 .arg(path)));
 
             // A folder that cannot be made (a file stands in its way) says so
             // twice, and lists nothing.

@@ -141,8 +141,8 @@ private slots:
     void graphsAndOverlaysAreStoredWithTheirDrawings()
     {
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(kUser));
-        std::unique_ptr<VNDataModelGraph> model = crossPlot(QStringLiteral("Pr/n-C17 vs Ph/n-C18"),
-                                                            QStringLiteral("R1"), QStringLiteral("R2"));
+        std::unique_ptr<VNDataModelGraph> model
+            = crossPlot(QStringLiteral("Pr/n-C17 vs Ph/n-C18"), QStringLiteral("R1"), QStringLiteral("R2"));
         const QDomDocument document = VNGraphDocument::create(*model);
         QVERIFY(!document.isNull());
         QCOMPARE(db->getRatioUids(document), (QStringList{QStringLiteral("R1"), QStringLiteral("R2")}));
@@ -228,11 +228,11 @@ private slots:
     void aDrawingReadBackIsTheCallersToUse()
     {
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(kUser));
-        std::unique_ptr<VNDataModelGraph> model = crossPlot(QStringLiteral("Pristane; \"Phytane\" é"),
-                                                            QStringLiteral("R1"), QStringLiteral("R2"));
+        std::unique_ptr<VNDataModelGraph> model
+            = crossPlot(QStringLiteral("Pristane; \"Phytane\" é"), QStringLiteral("R1"), QStringLiteral("R2"));
         const QDomDocument document = VNGraphDocument::create(*model);
-        const QDomElement sent =
-            TXMLMethod::getChildElement(document.documentElement(), QStringLiteral("TDataXml")).firstChildElement();
+        const QDomElement sent
+            = TXMLMethod::getChildElement(document.documentElement(), QStringLiteral("TDataXml")).firstChildElement();
         QVERIFY(!sent.isNull());
         const VNObject2* made = db->createGraph(model.get(), document);
         QVERIFY(made);
@@ -269,8 +269,10 @@ private slots:
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("text");
-        QTest::newRow("en") << "en" << "Impossible to save graph %1";
-        QTest::newRow("fr") << "fr" << "Impossible de sauvegarder le graphe %1";
+        QTest::newRow("en") << "en"
+                            << "Impossible to save graph %1";
+        QTest::newRow("fr") << "fr"
+                            << "Impossible de sauvegarder le graphe %1";
     }
 
     void aGraphThatCannotBeSavedSaysSo()
@@ -285,13 +287,14 @@ private slots:
         blocker.close();
         TTranslator::install(language);
         TRecordingLogger log;
-        std::unique_ptr<VNDataModelGraph> model = crossPlot(QStringLiteral("G"), QStringLiteral("R1"),
-                                                            QStringLiteral("R2"));
+        std::unique_ptr<VNDataModelGraph> model
+            = crossPlot(QStringLiteral("G"), QStringLiteral("R1"), QStringLiteral("R2"));
         QVERIFY(!db->createGraph(model.get(), VNGraphDocument::create(*model)));
         const QStringList errors = log.messages(MessageLoggerInterface::LevelError);
         QVERIFY2(std::any_of(errors.cbegin(), errors.cend(),
                              [&](const QString& e) {
-                                 return e.startsWith(text.arg(QString())) && e.contains(VNObject2ToviGraph::folderName());
+                                 return e.startsWith(text.arg(QString()))
+                                     && e.contains(VNObject2ToviGraph::folderName());
                              }),
                  qPrintable(errors.join(QLatin1Char('\n'))));
         // The record stays, as the editor may save it again.
@@ -314,8 +317,7 @@ private slots:
         QCOMPARE(overlay->name(), overlays.first()->name());
         const VNObject2* copiedGraph = merged->getGraph(graph->key());
         QVERIFY(copiedGraph);
-        QCOMPARE(merged->getGraphInformation(graph->key()).comments,
-                 user->getGraphInformation(graph->key()).comments);
+        QCOMPARE(merged->getGraphInformation(graph->key()).comments, user->getGraphInformation(graph->key()).comments);
         QCOMPARE(merged->getOverlay(overlay)->getLiteratureReference(), QStringLiteral("Shanmugam 1985"));
         // Again: found, not doubled.
         QCOMPARE(merged->objectCopy(overlays.first(), first, second, count), overlay);
@@ -480,8 +482,9 @@ private slots:
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("en") << "en"
-                            << "The merged reference database cannot be rebuilt: <b>%1</b> cannot be copied to <b>%2</b>";
+        QTest::newRow("en")
+            << "en"
+            << "The merged reference database cannot be rebuilt: <b>%1</b> cannot be copied to <b>%2</b>";
         QTest::newRow("fr") << "fr"
                             << "La base de référence fusionnée ne peut pas être reconstruite : <b>%1</b> ne peut pas "
                                "être copié vers <b>%2</b>";
@@ -509,8 +512,8 @@ private slots:
         QPointer<VNDatabaseTovi> merged(registered(kMerged));
         // Both sources are there: the answer is still true, the warning tells.
         QVERIFY(registered(kUser)->updateMergedDB());
-        QVERIFY(log.contains(MessageLoggerInterface::LevelWarning,
-                             expected.arg(fileOf(registered(kDelivered)), inTheWay)));
+        QVERIFY(
+            log.contains(MessageLoggerInterface::LevelWarning, expected.arg(fileOf(registered(kDelivered)), inTheWay)));
         QCOMPARE(registered(kMerged), merged.data());
         QCOMPARE(merged->serialNumber(), QStringLiteral("A1B1"));
         QCOMPARE(digest(mergedFile), before);
@@ -532,8 +535,8 @@ private slots:
         // The editor saves a new graph in the user database, which is
         // stamped anew, and asks the merged database to refresh its graphics.
         VNDatabaseTovi* user = registered(kUser);
-        const VNObject2ToviGraph* graph = addGraph(user, QStringLiteral("Ts/(Ts+Tm) vs C29 20S/(20S+20R)"),
-                                                   QStringLiteral("Mature window"));
+        const VNObject2ToviGraph* graph
+            = addGraph(user, QStringLiteral("Ts/(Ts+Tm) vs C29 20S/(20S+20R)"), QStringLiteral("Mature window"));
         QVERIFY(graph);
         const QString identifier = graph->key();
         QVERIFY(user->getConnector()->setSerialNumber(QStringLiteral("B2")));
@@ -543,8 +546,7 @@ private slots:
         QCOMPARE(merged->serialNumber(), QStringLiteral("A1B2"));
         const VNObject2* copied = merged->getGraph(identifier);
         QVERIFY(copied);
-        QCOMPARE(merged->getGraphInformation(identifier).toviName,
-                 QStringLiteral("Ts/(Ts+Tm) vs C29 20S/(20S+20R)"));
+        QCOMPARE(merged->getGraphInformation(identifier).toviName, QStringLiteral("Ts/(Ts+Tm) vs C29 20S/(20S+20R)"));
         const auto* copiedGraph = dynamic_cast<const VNObject2ToviGraph*>(copied);
         QCOMPARE(merged->getOverlays(copiedGraph).size(), 1);
         QCOMPARE(merged->getAllOverlays().size(), 2);

@@ -144,7 +144,8 @@ private slots:
         QCOMPARE(db->getRatiosByMasterName(QStringLiteral("Pr/Ph")),
                  (QList<const VNObject2*>{first->object(), second->object()}));
         QVERIFY(db->getRatiosByMasterName(QStringLiteral("pr/ph")).isEmpty());
-        QVERIFY(db->aliasCreate(tovi(second), QStringLiteral("name"), QStringLiteral("V"), QStringLiteral("pristane/phytane")));
+        QVERIFY(db->aliasCreate(tovi(second), QStringLiteral("name"), QStringLiteral("V"),
+                                QStringLiteral("pristane/phytane")));
         QCOMPARE(db->getRatiosByAliasesValue(QStringLiteral("pristane/phytane")),
                  QList<const VNObject2*>{second->object()});
         QCOMPARE(db->getAllRatios().size(), 3);
@@ -182,9 +183,11 @@ private slots:
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("removeText");
         QTest::addColumn<QString>("renameText");
-        QTest::newRow("en") << "en" << "Impossible to remove <b>%1</b>, in a <b>Read only</b> project"
+        QTest::newRow("en") << "en"
+                            << "Impossible to remove <b>%1</b>, in a <b>Read only</b> project"
                             << "Impossible to rename <b>%1</b>, project is <b>Read only</b>";
-        QTest::newRow("fr") << "fr" << "Impossible de supprimer <b>%1</b>, le projet est en <b>Lecture Seule</b>"
+        QTest::newRow("fr") << "fr"
+                            << "Impossible de supprimer <b>%1</b>, le projet est en <b>Lecture Seule</b>"
                             << "Impossible de renommer <b>%1</b>, le projet est en <b>Lecture Seule</b>";
     }
 
@@ -337,8 +340,10 @@ private slots:
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("text");
-        QTest::newRow("en") << "en" << "Impossible to copy Joint %1";
-        QTest::newRow("fr") << "fr" << "Impossible de copier la jointure %1";
+        QTest::newRow("en") << "en"
+                            << "Impossible to copy Joint %1";
+        QTest::newRow("fr") << "fr"
+                            << "Impossible de copier la jointure %1";
     }
 
     void jointCopyThatCannotBeMadeSaysSo()
@@ -373,7 +378,7 @@ private slots:
         QVERIFY(!merged->importObjectsByType(nullptr, VNObjectTypeCompound));
         QVERIFY(merged->importObjectsByType(user.get(), VNObjectTypeCompound));
         QVERIFY(merged->importObjectsByType(user.get(), VNObjectTypeCompound)); // again: nothing doubled
-        QVERIFY(merged->importObjectsByType(user.get(), 4242));                  // unknown kind: nothing
+        QVERIFY(merged->importObjectsByType(user.get(), 4242));                 // unknown kind: nothing
         merged.reset(makeTovi(10));
         QCOMPARE(merged->getAllCompounds().size(), 50);
         QCOMPARE(merged->getAllAlias().size(), 50);
@@ -397,7 +402,8 @@ private slots:
         QVERIFY(error.contains("missing.json"));
         const auto write = [this](const char* name, const QByteArray& content) {
             QFile file(m_dir->filePath(name));
-            return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? file.fileName() : QString();
+            return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? file.fileName()
+                                                                                            : QString();
         };
         QVERIFY(!VNDatabaseToviSample::load(db.get(), write("bad.json", "{\"compounds\": [ {\"toviKey\": "), &error));
         QVERIFY(db->getAllCompounds().isEmpty());

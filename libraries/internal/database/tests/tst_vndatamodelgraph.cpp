@@ -33,8 +33,7 @@ struct Ratio
 {
     Ratio(const QString& key, const QString& name)
         : record(new VNObject2ToviRatio(name, key))
-    {
-    }
+    { }
     Sedra::TToviRatio record;
 };
 
@@ -125,9 +124,9 @@ private slots:
         model.changeRatio(&prph.record, 1);
         QCOMPARE(model.getAxes(), QStringList({"", "PR_PH"}));
 
-        model.addPolarAxe(-1);   // appends
-        model.addPolarAxe(99);   // appends
-        model.addPolarAxe(0);    // in front
+        model.addPolarAxe(-1); // appends
+        model.addPolarAxe(99); // appends
+        model.addPolarAxe(0);  // in front
         QCOMPARE(model.getAxes(), QStringList({"", "", "PR_PH", "", ""}));
         QCOMPARE(verticalLabels(model), QStringList({"5 axis", "1 Axis", "2 Axis", "3 axis", "4 axis"}));
 
@@ -183,8 +182,7 @@ private slots:
         QVERIFY(file.open(path));
         const QDomDocument reread = file.document();
 
-        QCOMPARE(VNGraphDocument::getRatioUids(reread),
-                 QStringList({"STER_C27_PCT", "STER_C28_PCT", "STER_C29_PCT"}));
+        QCOMPARE(VNGraphDocument::getRatioUids(reread), QStringList({"STER_C27_PCT", "STER_C28_PCT", "STER_C29_PCT"}));
         QCOMPARE(VNGraphDocument::ions(reread), ions);
         VNGraphData data;
         QVERIFY(data.decode(reread.documentElement()));
@@ -238,8 +236,10 @@ private slots:
     {
         QTest::addColumn<QString>("xml");
         const QString axis = axisXml(QStringLiteral("<dataValue type=\"7\">K</dataValue>"));
-        QTest::newRow("no TDataXml") << QStringLiteral("<GraphDocument><informations><ionList/></informations></GraphDocument>");
-        QTest::newRow("empty TDataXml") << QStringLiteral("<GraphDocument><TDataXml>text only</TDataXml></GraphDocument>");
+        QTest::newRow("no TDataXml") << QStringLiteral(
+            "<GraphDocument><informations><ionList/></informations></GraphDocument>");
+        QTest::newRow("empty TDataXml") << QStringLiteral(
+            "<GraphDocument><TDataXml>text only</TDataXml></GraphDocument>");
         QTest::newRow("TDataXml not a child of the root")
             << QStringLiteral("<GraphDocument><x><TDataXml>%1</TDataXml></x></GraphDocument>")
                    .arg(viewerXml("3", axis + axis + axis));
@@ -249,8 +249,10 @@ private slots:
         QTest::newRow("typeView huge") << viewerXml("99999999999999999999", axis + axis + axis);
         QTest::newRow("ternary with two axes") << viewerXml("3", axis + axis);
         QTest::newRow("axis bound not a number")
-            << viewerXml("1", axis + QString(axis).replace(QStringLiteral("<maximum>1</maximum>"),
-                                                           QStringLiteral("<maximum>lots</maximum>")));
+            << viewerXml("1",
+                         axis
+                             + QString(axis).replace(QStringLiteral("<maximum>1</maximum>"),
+                                                     QStringLiteral("<maximum>lots</maximum>")));
         QTest::newRow("data value of no kind")
             << viewerXml("1", axis + axisXml(QStringLiteral("<dataValue type=\"-7\">K</dataValue>")));
         QTest::newRow("data value kind beyond 32 bits")
@@ -289,9 +291,9 @@ private slots:
         QCOMPARE(model.getAxes(), QStringList({"", "", ""}));
 
         // A description that says another kind of view than its viewer.
-        QDomDocument mismatch = parse(viewerXml("3", axis + axis + axis)
-                                          .replace(QStringLiteral("<graphType>3</graphType>"),
-                                                   QStringLiteral("<graphType>x</graphType>")));
+        QDomDocument mismatch = parse(
+            viewerXml("3", axis + axis + axis)
+                .replace(QStringLiteral("<graphType>3</graphType>"), QStringLiteral("<graphType>x</graphType>")));
         QVERIFY(!VNGraphDocument::read(mismatch, &model));
         QCOMPARE(model.getAxes(), QStringList({"", "", ""}));
     }

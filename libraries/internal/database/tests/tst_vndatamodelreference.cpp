@@ -114,7 +114,8 @@ private slots:
         QVERIFY(storedOverlay);
 
         VNDataModelOverlay overlayBack;
-        QAbstractItemModelTester overlayBackTester(&overlayBack, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QAbstractItemModelTester overlayBackTester(&overlayBack,
+                                                   QAbstractItemModelTester::FailureReportingMode::QtTest);
         QVERIFY(overlayBack.decode(storedOverlay));
         QCOMPARE(descriptionOf(overlayBack), descriptionOf(overlay));
         QCOMPARE(overlayBack.getGraph(), graphObject);

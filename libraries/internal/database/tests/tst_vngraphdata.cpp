@@ -43,7 +43,11 @@ private slots:
         QCOMPARE(data.getViewTypeString(), QStringLiteral("1"));
         QStringList table;
         for (auto it = data.getViewTypes().cbegin(); it != data.getViewTypes().cend(); ++it)
-            table << QStringLiteral("%1 %2 %3 %4").arg(it.key()).arg(it->name).arg(it->axisCount).arg(it->axisLabels.join(','));
+            table << QStringLiteral("%1 %2 %3 %4")
+                         .arg(it.key())
+                         .arg(it->name)
+                         .arg(it->axisCount)
+                         .arg(it->axisLabels.join(','));
         table.sort(); // a hash: no order of its own
         QCOMPARE(table, QStringList({"1 Orthogonal 2 X,Y", "2 Polar -1 1 Axis,2 Axis", "3 Ternary 3 X,Y,Z"}));
     }
@@ -79,8 +83,9 @@ private slots:
         QStringList keys;
         for (QDomElement e = informations.firstChildElement(); !e.isNull(); e = e.nextSiblingElement())
             keys << e.tagName();
-        QCOMPARE(keys, QStringList({"graphType", "graphName", "studyType", "familyName", "processType",
-                                    "expectedUnit", "expectedAnalysisType", "literatureReference", "comments"}));
+        QCOMPARE(keys,
+                 QStringList({"graphType", "graphName", "studyType", "familyName", "processType", "expectedUnit",
+                              "expectedAnalysisType", "literatureReference", "comments"}));
         QCOMPARE(TXMLMethod::getInfoString(informations, "comments"), data.getComments());
     }
 
@@ -113,8 +118,8 @@ private slots:
     {
         QDomDocument document;
         const QDomElement root = parse(document,
-            "<g><a><informations><graphName>first</graphName><ionList/></informations></a>"
-            "<informations><graphName>second</graphName><ionList/></informations></g>");
+                                       "<g><a><informations><graphName>first</graphName><ionList/></informations></a>"
+                                       "<informations><graphName>second</graphName><ionList/></informations></g>");
         VNGraphData data;
         QVERIFY(data.decode(root));
         QCOMPARE(data.getToVIName(), QStringLiteral("first"));
@@ -122,8 +127,8 @@ private slots:
         // An ion list in a later "informations" does not rescue the first.
         QDomDocument other;
         const QDomElement root2 = parse(other,
-            "<g><informations><graphName>first</graphName></informations>"
-            "<informations><graphName>second</graphName><ionList/></informations></g>");
+                                        "<g><informations><graphName>first</graphName></informations>"
+                                        "<informations><graphName>second</graphName><ionList/></informations></g>");
         VNGraphData kept;
         QVERIFY(!kept.decode(root2));
         QVERIFY(kept.getToVIName().isEmpty());
@@ -139,12 +144,18 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("empty") << "" << "0";
-        QTest::newRow("word") << "Ternary" << "0";
-        QTest::newRow("decimal") << "2.5" << "0";
-        QTest::newRow("beyond 32 bits") << "99999999999" << "0";
-        QTest::newRow("negative") << "-4" << "-4";
-        QTest::newRow("polar") << "2" << "2";
+        QTest::newRow("empty") << ""
+                               << "0";
+        QTest::newRow("word") << "Ternary"
+                              << "0";
+        QTest::newRow("decimal") << "2.5"
+                                 << "0";
+        QTest::newRow("beyond 32 bits") << "99999999999"
+                                        << "0";
+        QTest::newRow("negative") << "-4"
+                                  << "-4";
+        QTest::newRow("polar") << "2"
+                               << "2";
     }
 
     void graphTypeThatIsNotANumberReadsAsZero()
@@ -152,8 +163,10 @@ private slots:
         QFETCH(QString, text);
         QFETCH(QString, expected);
         QDomDocument document;
-        const QDomElement root = parse(document, QStringLiteral("<g><informations><graphType>%1</graphType><ionList/>"
-                                                                "</informations></g>").arg(text));
+        const QDomElement root = parse(document,
+                                       QStringLiteral("<g><informations><graphType>%1</graphType><ionList/>"
+                                                      "</informations></g>")
+                                           .arg(text));
         VNGraphData data;
         data.setViewType(Plavo::VIEW_TERNARY);
         QVERIFY(data.decode(root));

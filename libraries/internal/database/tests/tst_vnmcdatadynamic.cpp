@@ -66,8 +66,8 @@ private slots:
     void releaseAndDestruction()
     {
         AcquisitionProject project;
-        const VNObject2Analysis* analysis =
-            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 40), QStringLiteral("Released"));
+        const VNObject2Analysis* analysis
+            = project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 40), QStringLiteral("Released"));
         VNMCData* data = VNDatabase::getMCData(analysis);
         QVERIFY(data);
         VNDatabase::releaseMCData(data);
@@ -131,8 +131,8 @@ private slots:
 
         // An analysis whose file is damaged reads as no file at all.
         AcquisitionProject project;
-        const VNObject2Analysis* analysis =
-            project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 20), QStringLiteral("Damaged"));
+        const VNObject2Analysis* analysis
+            = project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 20), QStringLiteral("Damaged"));
         QVERIFY(analysis);
         const QString path = project.file("Analyses/Damaged/Damaged.tcm");
         TCMFileRegistry::forget(path);

@@ -12,7 +12,7 @@ namespace {
 struct Manager : ProjectMgrInterface
 {
     Sedra::TDatabase* getCurrentDatabase() const override { return nullptr; }
-    void refreshProject() override {}
+    void refreshProject() override { }
 };
 struct Launcher : ModuleLauncherInterface
 {

@@ -49,10 +49,14 @@ MessageLoggerInterface* MessageLoggerInterface::setDefault(MessageLoggerInterfac
 QString MessageLoggerInterface::levelName(Level level)
 {
     switch (level) {
-    case LevelDebug: return QStringLiteral("Debug");
-    case LevelInformation: return QStringLiteral("Information");
-    case LevelWarning: return QStringLiteral("Warning");
-    case LevelError: return QStringLiteral("Error");
+    case LevelDebug:
+        return QStringLiteral("Debug");
+    case LevelInformation:
+        return QStringLiteral("Information");
+    case LevelWarning:
+        return QStringLiteral("Warning");
+    case LevelError:
+        return QStringLiteral("Error");
     }
     return QString();
 }

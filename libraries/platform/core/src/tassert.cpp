@@ -18,9 +18,8 @@ void t_assert(const char* expression, const char* file, int line, bool log)
     failure.line = line;
     recorded().append(failure);
     if (log) {
-        MessageLoggerInterface::Error(QStringLiteral("Assertion failed: %1 (%2:%3)")
-                                          .arg(failure.expression, failure.file)
-                                          .arg(line));
+        MessageLoggerInterface::Error(
+            QStringLiteral("Assertion failed: %1 (%2:%3)").arg(failure.expression, failure.file).arg(line));
     }
 }
 

@@ -2,8 +2,7 @@
 
 TDataModel::TDataModel(QObject* parent)
     : QAbstractItemModel(parent)
-{
-}
+{ }
 
 TDataModel::~TDataModel() = default;
 

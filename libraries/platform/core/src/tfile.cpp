@@ -23,9 +23,10 @@ bool TFile::mkdir(const QString& path, bool logErrors)
         return false;
     if (QFileInfo(path).isDir() || QDir().mkdir(path))
         return true;
-    return report(logErrors, QCoreApplication::translate("TFile", "Error while creating directory <b>%1</b>",
-                                                         "Echec de création du répertoire <b>%1</b>")
-                                 .arg(path));
+    return report(logErrors,
+                  QCoreApplication::translate("TFile", "Error while creating directory <b>%1</b>",
+                                              "Echec de création du répertoire <b>%1</b>")
+                      .arg(path));
 }
 
 bool TFile::mkdirs(const QString& path, bool logErrors)
@@ -34,9 +35,10 @@ bool TFile::mkdirs(const QString& path, bool logErrors)
         return false;
     if (QFileInfo(path).isDir() || QDir().mkpath(path))
         return true;
-    return report(logErrors, QCoreApplication::translate("TFile", "Error while creating directory <b>%1</b>",
-                                                         "Echec de création du répertoire <b>%1</b>")
-                                 .arg(path));
+    return report(logErrors,
+                  QCoreApplication::translate("TFile", "Error while creating directory <b>%1</b>",
+                                              "Echec de création du répertoire <b>%1</b>")
+                      .arg(path));
 }
 
 bool TFile::copyFile(const QString& source, const QString& target, bool failIfExists, bool logErrors)

@@ -4,8 +4,7 @@
 
 TPrintLogger::TPrintLogger(std::FILE* stream)
     : m_stream(stream)
-{
-}
+{ }
 
 void TPrintLogger::log(Level level, const QString& message)
 {
@@ -18,8 +17,7 @@ void TPrintLogger::log(Level level, const QString& message)
 
 QString TPrintLogger::plainText(const QString& richText)
 {
-    static const QRegularExpression lineBreaks(QStringLiteral("<br\\s*/?>"),
-                                              QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression lineBreaks(QStringLiteral("<br\\s*/?>"), QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression tags(QStringLiteral("<[^>]*>"));
     QString text = richText;
     text.replace(lineBreaks, QStringLiteral(" "));

@@ -17,8 +17,7 @@ bool isQtContext(const char* context)
 TTranslator::TTranslator(const QString& language, QObject* parent)
     : QTranslator(parent)
     , m_language(language.toLower())
-{
-}
+{ }
 
 bool TTranslator::isFrench() const
 {

@@ -19,8 +19,7 @@ bool isXmlName(const QString& name)
     for (int i = 0; i < name.size(); ++i) {
         const QChar c = name.at(i);
         const bool start = c.isLetter() || c == QLatin1Char('_') || c == QLatin1Char(':');
-        if (i == 0 ? !start
-                   : !(start || c.isDigit() || c.isMark() || c == QLatin1Char('-') || c == QLatin1Char('.')))
+        if (i == 0 ? !start : !(start || c.isDigit() || c.isMark() || c == QLatin1Char('-') || c == QLatin1Char('.')))
             return false;
     }
     return true;
@@ -107,8 +106,9 @@ bool TXMLMethod::load(QDomDocument* document, const QString& path, bool logError
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (logErrors) {
-            MessageLoggerInterface::Warning(QCoreApplication::translate(
-                "TXMLMethod", "Unable to open the file <b>%1</b>", "Impossible d'ouvrir le fichier <b>%1</b>")
+            MessageLoggerInterface::Warning(QCoreApplication::translate("TXMLMethod",
+                                                                        "Unable to open the file <b>%1</b>",
+                                                                        "Impossible d'ouvrir le fichier <b>%1</b>")
                                                 .arg(path));
         }
         return false;
@@ -120,7 +120,8 @@ bool TXMLMethod::load(QDomDocument* document, const QString& path, bool logError
     if (!parsed.setContent(&file, namespaceProcessing, &error, &line, &column)) {
         if (logErrors) {
             MessageLoggerInterface::Warning(
-                QCoreApplication::translate("TXMLMethod", "The file <b>%1</b> is not valid XML (line %2, column %3): %4",
+                QCoreApplication::translate("TXMLMethod",
+                                            "The file <b>%1</b> is not valid XML (line %2, column %3): %4",
                                             "Le fichier <b>%1</b> n'est pas un XML valide (ligne %2, colonne %3) : %4")
                     .arg(path)
                     .arg(line)
@@ -147,8 +148,8 @@ bool TXMLMethod::save(const QDomDocument* document, const QString& path, bool cr
         ok = ok ? file.commit() : (file.cancelWriting(), false);
     }
     if (!ok && logErrors) {
-        MessageLoggerInterface::Warning(QCoreApplication::translate(
-            "TXMLMethod", "Unable to write the file <b>%1</b>", "Impossible d'écrire le fichier <b>%1</b>")
+        MessageLoggerInterface::Warning(QCoreApplication::translate("TXMLMethod", "Unable to write the file <b>%1</b>",
+                                                                    "Impossible d'écrire le fichier <b>%1</b>")
                                             .arg(path));
     }
     return ok;

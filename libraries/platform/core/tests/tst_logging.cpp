@@ -32,10 +32,11 @@ private slots:
         std::fclose(stream);
         const QString printed = QString::fromUtf8(buffer, int(size));
         std::free(buffer);
-        QCOMPARE(printed, QStringLiteral("[Information] Loading compounds\n"
-                                            "[Warning] Ratio Pr/Ph & CPI <missing>\n"
-                                            "[Error] line one line two three four\n"
-                                            "[Debug] now shown\n"));
+        QCOMPARE(printed,
+                 QStringLiteral("[Information] Loading compounds\n"
+                                "[Warning] Ratio Pr/Ph & CPI <missing>\n"
+                                "[Error] line one line two three four\n"
+                                "[Debug] now shown\n"));
 
         TPrintLogger silent(nullptr);
         silent.log(MessageLoggerInterface::LevelError, "goes nowhere");

@@ -18,8 +18,8 @@ private slots:
         QVERIFY(m_dir.isValid());
         TApplicationDataLoader::getInstance()->setSettingsFile(QString());
         // Each test starts from an environment without the names it uses.
-        for (const char* name : {"VN_TEST_FROM_FILE", "VN_TEST_BOTH", "VN_TEST_FROM_ENV", "VN_TEST_NOWHERE",
-                                 "VNDB_SETTINGS", "VARNELDIR"})
+        for (const char* name :
+             {"VN_TEST_FROM_FILE", "VN_TEST_BOTH", "VN_TEST_FROM_ENV", "VN_TEST_NOWHERE", "VNDB_SETTINGS", "VARNELDIR"})
             qunsetenv(name);
     }
 
@@ -67,9 +67,10 @@ private slots:
     void loaderSources()
     {
         const QString settings = m_dir.filePath("vndb.ini");
-        QVERIFY(writeAll(settings, "VN_TEST_FROM_FILE=/data/file\n"
-                                   "VN_TEST_BOTH=from file\n"
-                                   "[Elsewhere]\nVN_TEST_GROUPED=hidden\n"));
+        QVERIFY(writeAll(settings,
+                         "VN_TEST_FROM_FILE=/data/file\n"
+                         "VN_TEST_BOTH=from file\n"
+                         "[Elsewhere]\nVN_TEST_GROUPED=hidden\n"));
         TApplicationDataLoader* loader = TApplicationDataLoader::getInstance();
         loader->setSettingsFile(settings);
         qputenv("VN_TEST_BOTH", "from environment");

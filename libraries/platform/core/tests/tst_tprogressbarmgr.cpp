@@ -39,8 +39,9 @@ private slots:
             bar.setProgress(2, "Ratios");
             bar.setProgress(4, QString());
         }
-        QCOMPARE(recorder.reports, QList<Report>({Report(0, 4, "Compounds"), Report(1, 4, "Compounds"),
-                                                  Report(2, 4, "Ratios"), Report(4, 4, "Ratios")}));
+        QCOMPARE(recorder.reports,
+                 QList<Report>({Report(0, 4, "Compounds"), Report(1, 4, "Compounds"), Report(2, 4, "Ratios"),
+                                Report(4, 4, "Ratios")}));
     }
 
     // Steps outside 0..steps are clamped; no steps at all is a valid bar.

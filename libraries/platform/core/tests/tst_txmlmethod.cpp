@@ -56,16 +56,18 @@ private slots:
     {
         QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("expected");
-        for (const QString value : {"Pristane/Phytane", "a < b && c > \"d\" 'e' ]]> <![CDATA[",
-                                    "Stérane 20S/(20S+20R) – αββ C₂₉", "first line\nsecond line", "  padded value  ",
-                                    "   "})
+        for (const QString value :
+             {"Pristane/Phytane", "a < b && c > \"d\" 'e' ]]> <![CDATA[", "Stérane 20S/(20S+20R) – αββ C₂₉",
+              "first line\nsecond line", "  padded value  ", "   "})
             QTest::newRow(qPrintable(value)) << value << value;
         QTest::newRow("empty") << QString() << QString();
         // Characters that XML cannot carry are dropped instead of making the
         // saved document unreadable; characters outside the BMP are kept.
         const QString emoji = QString::fromUcs4(U"\U0001F600");
-        QTest::newRow("unwritable") << QString("a\x01" "b\tc") + QChar(0xFFFE) + QChar(0xD800) + emoji
-                                    << "ab\tc" + emoji;
+        QTest::newRow("unwritable") << QString("a\x01"
+                                               "b\tc")
+                + QChar(0xFFFE) + QChar(0xD800)
+                + emoji << "ab\tc" + emoji;
     }
 
     // A value written with addToElement reads back the same, in memory and
@@ -188,7 +190,8 @@ private slots:
         const QStringList warnings = logger.messages(MessageLoggerInterface::LevelWarning);
         QCOMPARE(warnings.size(), 3);
         QCOMPARE(warnings.at(0), QString("Impossible d'ouvrir le fichier <b>%1</b>").arg(missing));
-        QVERIFY(warnings.at(1).startsWith(QString("Le fichier <b>%1</b> n'est pas un XML valide (ligne 1").arg(broken)));
+        QVERIFY(
+            warnings.at(1).startsWith(QString("Le fichier <b>%1</b> n'est pas un XML valide (ligne 1").arg(broken)));
         QVERIFY(warnings.at(2).startsWith("Impossible d'écrire le fichier"));
     }
 

@@ -93,7 +93,10 @@ bool TAcquisitionRun::isConsistent(QString* why) const
         return fail(QStringLiteral("%1 channel names for %2 channels").arg(channelNames.size()).arg(channels.size()));
     for (int c = 0; c < channels.size(); ++c) {
         if (channels.at(c).size() != n)
-            return fail(QStringLiteral("channel %1 has %2 values for %3 scans").arg(channelNames.at(c)).arg(channels.at(c).size()).arg(n));
+            return fail(QStringLiteral("channel %1 has %2 values for %3 scans")
+                            .arg(channelNames.at(c))
+                            .arg(channels.at(c).size())
+                            .arg(n));
     }
     return true;
 }

@@ -31,13 +31,13 @@ public:
     quint32 acquisitionSystem = SystemUnknown;
     QString signalName = QStringLiteral("TIC");
 
-    QVector<double> rtimes;          ///< minutes, one per scan, non-decreasing
-    QVector<double> tic;             ///< total ion current, one per scan
-    QVector<quint64> scanOffsets;    ///< scanCount() + 1 entries, first is 0
-    QVector<quint32> masses;         ///< mass x 100
+    QVector<double> rtimes;       ///< minutes, one per scan, non-decreasing
+    QVector<double> tic;          ///< total ion current, one per scan
+    QVector<quint64> scanOffsets; ///< scanCount() + 1 entries, first is 0
+    QVector<quint32> masses;      ///< mass x 100
     QVector<float> abundances;
 
-    QStringList channelNames;        ///< extra signals (detectors, ion channels)
+    QStringList channelNames;          ///< extra signals (detectors, ion channels)
     QVector<QVector<double>> channels; ///< one array of scanCount() values per name
 
     /// MS/MS transitions (parent, daughter), in the order of their keys in every scan.

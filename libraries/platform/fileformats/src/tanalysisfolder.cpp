@@ -105,9 +105,10 @@ bool TAnalysisFolder::write(const TAcquisitionRun& run, const QString& analysesF
         return fail(error, QStringLiteral("cannot create the folder %1").arg(analysesFolder));
 
     // The hidden sibling lives on the same file system, so the final rename is one step.
-    const QString staging = QDir(analysesFolder)
-                                .filePath(QStringLiteral(".%1.%2.partial")
-                                              .arg(name, QUuid::createUuid().toString(QUuid::Id128).left(12)));
+    const QString staging
+        = QDir(analysesFolder)
+              .filePath(
+                  QStringLiteral(".%1.%2.partial").arg(name, QUuid::createUuid().toString(QUuid::Id128).left(12)));
     if (!QDir().mkdir(staging))
         return fail(error, QStringLiteral("cannot create the folder %1").arg(staging));
     const auto abandon = [&](const QString& reason) {

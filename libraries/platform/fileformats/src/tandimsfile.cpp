@@ -27,10 +27,11 @@ constexpr size_t MaxPoints = 2000u * 1000 * 1000;
 
 void refuse(const QString& source, const QString& why)
 {
-    MessageLoggerInterface::Error(QCoreApplication::translate(
-        Context, "The file <b>%1</b> is not a readable ANDI mass spectrometry file: %2",
-        "Le fichier <b>%1</b> n'est pas un fichier ANDI de spectrométrie de masse lisible : %2")
-                                      .arg(source, why));
+    MessageLoggerInterface::Error(
+        QCoreApplication::translate(
+            Context, "The file <b>%1</b> is not a readable ANDI mass spectrometry file: %2",
+            "Le fichier <b>%1</b> n'est pas un fichier ANDI de spectrométrie de masse lisible : %2")
+            .arg(source, why));
 }
 
 QString missing(const char* name)
@@ -68,19 +69,22 @@ public:
         nc_type type = NC_NAT;
         double factor = 1.0;
         if (nc_inq_att(id, variable, "scale_factor", &type, &length) == NC_NOERR && length == 1 && type != NC_CHAR
-            && type != NC_STRING && nc_get_att_double(id, variable, "scale_factor", &factor) == NC_NOERR && std::isfinite(factor))
+            && type != NC_STRING && nc_get_att_double(id, variable, "scale_factor", &factor) == NC_NOERR
+            && std::isfinite(factor))
             return factor;
         return 1.0;
     }
 
     // A 1-D numeric variable over `dimension`; false when absent or of another shape.
-    bool read(const char* name, int dimension, size_t length, std::vector<double>* values, int* variable = nullptr) const
+    bool read(const char* name, int dimension, size_t length, std::vector<double>* values,
+              int* variable = nullptr) const
     {
         int var = -1;
         int dims = 0;
         int dimIds[NC_MAX_VAR_DIMS];
         nc_type type = NC_NAT;
-        if (nc_inq_varid(id, name, &var) != NC_NOERR || nc_inq_var(id, var, nullptr, &type, &dims, dimIds, nullptr) != NC_NOERR)
+        if (nc_inq_varid(id, name, &var) != NC_NOERR
+            || nc_inq_var(id, var, nullptr, &type, &dims, dimIds, nullptr) != NC_NOERR)
             return false;
         if (dims != 1 || dimIds[0] != dimension || type == NC_CHAR || type == NC_STRING || type > NC_UINT64)
             return false;
@@ -103,8 +107,7 @@ public:
     ClassicHeader(const QByteArray& bytes)
         : m_data(reinterpret_cast<const unsigned char*>(bytes.constData()))
         , m_size(quint64(bytes.size()))
-    {
-    }
+    { }
 
     // Empty when the header holds together, else the reason.
     QString check()
@@ -277,7 +280,8 @@ bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRu
         refuse(source, missing("scan_number"));
         return false;
     }
-    if (nc_inq_dimid(nc.id, "point_number", &pointDim) != NC_NOERR || nc_inq_dimlen(nc.id, pointDim, &points) != NC_NOERR) {
+    if (nc_inq_dimid(nc.id, "point_number", &pointDim) != NC_NOERR
+        || nc_inq_dimlen(nc.id, pointDim, &points) != NC_NOERR) {
         refuse(source, missing("point_number"));
         return false;
     }
@@ -285,9 +289,11 @@ bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRu
     // before allocating (compressed files may hold more than their size).
     const double budget = 64.0 * double(byteSize) + 1e6;
     if (scans > MaxScans || points > MaxPoints || double(points) > budget || double(scans) > budget) {
-        refuse(source, QCoreApplication::translate(Context, "its dimensions (%1 scans, %2 points) do not fit its size",
-                                                   "ses dimensions (%1 scans, %2 points) ne correspondent pas à sa taille")
-                           .arg(scans).arg(points));
+        refuse(source,
+               QCoreApplication::translate(Context, "its dimensions (%1 scans, %2 points) do not fit its size",
+                                           "ses dimensions (%1 scans, %2 points) ne correspondent pas à sa taille")
+                   .arg(scans)
+                   .arg(points));
         return false;
     }
     std::vector<double> times, totals, index, counts, masses, intensities;
@@ -311,7 +317,8 @@ bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRu
         }
     }
     const bool hasTotals = nc.read("total_intensity", scanDim, scans, &totals);
-    const double timeScale = nc.textAttribute(timeVar, "units").contains(QLatin1String("min"), Qt::CaseInsensitive) ? 1.0 : 1.0 / 60.0;
+    const double timeScale
+        = nc.textAttribute(timeVar, "units").contains(QLatin1String("min"), Qt::CaseInsensitive) ? 1.0 : 1.0 / 60.0;
     const double massScale = nc.scale(massVar);
     const double intensityScale = nc.scale(intensityVar);
 
@@ -339,7 +346,8 @@ bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRu
         if (!std::isfinite(time) || (scan > 0 && time < result.rtimes.last()))
             return bad(QCoreApplication::translate(Context, "its time goes backwards", "son temps recule"));
         if (!(first >= 0) || !(count >= 0) || first + count > double(points))
-            return bad(QCoreApplication::translate(Context, "its points lie outside the data", "ses points sont hors des données"));
+            return bad(QCoreApplication::translate(Context, "its points lie outside the data",
+                                                   "ses points sont hors des données"));
         spectrum.clear();
         const size_t begin = size_t(first);
         for (size_t p = begin; p < begin + size_t(count); ++p) {
@@ -352,7 +360,8 @@ bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRu
         }
         // Data systems write their spectra in mass order, but a hand-made file
         // may not; equal keys (after rounding to 0.01) are one point.
-        std::stable_sort(spectrum.begin(), spectrum.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+        std::stable_sort(spectrum.begin(), spectrum.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
         keys.clear();
         values.clear();
         for (const auto& point : spectrum) {
@@ -395,7 +404,8 @@ bool TAndiMSFile::readMemory(const QByteArray& bytes, TAcquisitionRun* run, cons
     // files that are not ours.
     const bool classic = bytes.size() >= 4 && bytes.startsWith("CDF") && (bytes.at(3) == 1 || bytes.at(3) == 2);
     if (!classic) {
-        refuse(source, QCoreApplication::translate(Context, "it is not a netCDF file", "ce n'est pas un fichier netCDF"));
+        refuse(source,
+               QCoreApplication::translate(Context, "it is not a netCDF file", "ce n'est pas un fichier netCDF"));
         return false;
     }
     const QString damage = ClassicHeader(bytes).check();
@@ -417,7 +427,8 @@ bool TAndiMSFile::readMemory(const QByteArray& bytes, TAcquisitionRun* run, cons
 bool TAndiMSFile::write(const QString& path, const TAcquisitionRun& run)
 {
     auto fail = [&path](const QString& why) {
-        MessageLoggerInterface::Error(QCoreApplication::translate(Context, "Unable to write the ANDI file <b>%1</b>: %2",
+        MessageLoggerInterface::Error(QCoreApplication::translate(Context,
+                                                                  "Unable to write the ANDI file <b>%1</b>: %2",
                                                                   "Impossible d'écrire le fichier ANDI <b>%1</b> : %2")
                                           .arg(path, why));
         return false;
@@ -426,11 +437,12 @@ bool TAndiMSFile::write(const QString& path, const TAcquisitionRun& run)
     if (!run.isConsistent(&why))
         return fail(why);
     if (run.pointCount() > INT_MAX)
-        return fail(QCoreApplication::translate(Context, "too many points for the format", "trop de points pour le format"));
+        return fail(
+            QCoreApplication::translate(Context, "too many points for the format", "trop de points pour le format"));
     // netCDF writes through its own file handle: write beside the target and
     // rename, so that the target is complete or untouched.
-    const QString temporary = QFileInfo(path).absolutePath() + QStringLiteral("/.")
-        + QFileInfo(path).fileName() + QLatin1Char('.') + QUuid::createUuid().toString(QUuid::Id128);
+    const QString temporary = QFileInfo(path).absolutePath() + QStringLiteral("/.") + QFileInfo(path).fileName()
+        + QLatin1Char('.') + QUuid::createUuid().toString(QUuid::Id128);
     int id = -1;
     int status = nc_create(QFile::encodeName(temporary).constData(), NC_CLOBBER | NC_64BIT_OFFSET, &id);
     auto check = [&status](int s) {
@@ -464,7 +476,8 @@ bool TAndiMSFile::write(const QString& path, const TAcquisitionRun& run)
     text(NC_GLOBAL, "ms_template_revision", QStringLiteral("1.0.1"));
     text(NC_GLOBAL, "experiment_title", run.name);
     if (run.date.isValid())
-        text(NC_GLOBAL, "experiment_date_time_stamp", run.date.toUTC().toString(QStringLiteral("yyyyMMddHHmmss")) + QStringLiteral("+0000"));
+        text(NC_GLOBAL, "experiment_date_time_stamp",
+             run.date.toUTC().toString(QStringLiteral("yyyyMMddHHmmss")) + QStringLiteral("+0000"));
     check(nc_enddef(id));
 
     std::vector<double> seconds(scans);
@@ -497,7 +510,8 @@ bool TAndiMSFile::write(const QString& path, const TAcquisitionRun& run)
     QFile::remove(path);
     if (!QFile::rename(temporary, path)) {
         QFile::remove(temporary);
-        return fail(QCoreApplication::translate(Context, "the file cannot be renamed", "le fichier ne peut pas être renommé"));
+        return fail(
+            QCoreApplication::translate(Context, "the file cannot be renamed", "le fichier ne peut pas être renommé"));
     }
     return true;
 }

@@ -115,7 +115,8 @@ public:
 
     bool inWindow(unsigned long scan) const
     {
-        return map && first >= 0 && scan >= static_cast<unsigned long>(first) && scan <= static_cast<unsigned long>(last);
+        return map && first >= 0 && scan >= static_cast<unsigned long>(first)
+            && scan <= static_cast<unsigned long>(last);
     }
 
     bool readHeader();
@@ -276,8 +277,7 @@ bool TCMFilePrivate::checkWindow(quint64 from, quint64 to)
 
 TCMFile::TCMFile()
     : d(new TCMFilePrivate)
-{
-}
+{ }
 
 TCMFile::TCMFile(const QString& path)
     : TCMFile()
@@ -318,20 +318,62 @@ void TCMFile::close()
     d->channelCount = 0;
 }
 
-bool TCMFile::isOpen() const { return d->open; }
-QString TCMFile::fileName() const { return d->file.fileName(); }
-QString TCMFile::errorString() const { return d->error; }
-int TCMFile::nbScans() const { return d->open ? int(qMin<quint32>(d->scanCount, INT_MAX)) : -1; }
-quint64 TCMFile::pointCount() const { return d->pointCount; }
-quint32 TCMFile::acquisitionSystem() const { return d->system; }
-quint16 TCMFile::formatVersion() const { return d->open ? VersionMajor : 0; }
-QString TCMFile::signalName() const { return d->strings.value(0); }
-QString TCMFile::runName() const { return d->strings.value(1); }
-QString TCMFile::runDate() const { return d->strings.value(2); }
-QStringList TCMFile::channelNames() const { return d->strings.mid(int(FixedStrings)); }
-QVector<QPair<float, float>> TCMFile::transitions() const { return d->transitions; }
-double TCMFile::lowMass() const { return d->pointCount ? d->minKey / 100.0 : 0.0; }
-double TCMFile::highMass() const { return d->pointCount ? d->maxKey / 100.0 : 0.0; }
+bool TCMFile::isOpen() const
+{
+    return d->open;
+}
+QString TCMFile::fileName() const
+{
+    return d->file.fileName();
+}
+QString TCMFile::errorString() const
+{
+    return d->error;
+}
+int TCMFile::nbScans() const
+{
+    return d->open ? int(qMin<quint32>(d->scanCount, INT_MAX)) : -1;
+}
+quint64 TCMFile::pointCount() const
+{
+    return d->pointCount;
+}
+quint32 TCMFile::acquisitionSystem() const
+{
+    return d->system;
+}
+quint16 TCMFile::formatVersion() const
+{
+    return d->open ? VersionMajor : 0;
+}
+QString TCMFile::signalName() const
+{
+    return d->strings.value(0);
+}
+QString TCMFile::runName() const
+{
+    return d->strings.value(1);
+}
+QString TCMFile::runDate() const
+{
+    return d->strings.value(2);
+}
+QStringList TCMFile::channelNames() const
+{
+    return d->strings.mid(int(FixedStrings));
+}
+QVector<QPair<float, float>> TCMFile::transitions() const
+{
+    return d->transitions;
+}
+double TCMFile::lowMass() const
+{
+    return d->pointCount ? d->minKey / 100.0 : 0.0;
+}
+double TCMFile::highMass() const
+{
+    return d->pointCount ? d->maxKey / 100.0 : 0.0;
+}
 
 bool TCMFile::mzRangeExist(float low, float high) const
 {
@@ -370,12 +412,30 @@ bool TCMFile::loadContent(float fromTime, float toTime, unsigned long firstScan,
     return true;
 }
 
-void TCMFile::deleteContent() { d->unmap(); }
-bool TCMFile::isLoaded() const { return d->map && d->first >= 0; }
-long TCMFile::firstLoadedScan() const { return isLoaded() ? d->first : -1; }
-long TCMFile::lastLoadedScan() const { return isLoaded() ? d->last : -1; }
-const double* TCMFile::rtime() const { return isLoaded() ? d->rtimes() : nullptr; }
-const double* TCMFile::tic() const { return isLoaded() ? d->tics() : nullptr; }
+void TCMFile::deleteContent()
+{
+    d->unmap();
+}
+bool TCMFile::isLoaded() const
+{
+    return d->map && d->first >= 0;
+}
+long TCMFile::firstLoadedScan() const
+{
+    return isLoaded() ? d->first : -1;
+}
+long TCMFile::lastLoadedScan() const
+{
+    return isLoaded() ? d->last : -1;
+}
+const double* TCMFile::rtime() const
+{
+    return isLoaded() ? d->rtimes() : nullptr;
+}
+const double* TCMFile::tic() const
+{
+    return isLoaded() ? d->tics() : nullptr;
+}
 
 const double* TCMFile::channel(int index) const
 {
@@ -522,13 +582,15 @@ bool TCMFile::verify()
         const quint32* keys = d->keys();
         const float* values = d->abundances();
         for (quint32 scan = 0; ok && scan < d->scanCount; ++scan) {
-            if (!std::isfinite(times[scan]) || !std::isfinite(tics[scan]) || (scan > 0 && times[scan] < times[scan - 1]))
+            if (!std::isfinite(times[scan]) || !std::isfinite(tics[scan])
+                || (scan > 0 && times[scan] < times[scan - 1]))
                 ok = d->fail(QStringLiteral("scan %1 has a bad time or TIC").arg(scan));
             const quint64 start = d->scanFirst(scan);
             const quint32 count = d->scanCountAt(scan);
             for (quint32 i = 0; ok && i < count; ++i) {
                 const quint32 key = keys[start + i];
-                if (key < d->minKey || key > d->maxKey || (i > 0 && key <= keys[start + i - 1]) || !std::isfinite(values[start + i]))
+                if (key < d->minKey || key > d->maxKey || (i > 0 && key <= keys[start + i - 1])
+                    || !std::isfinite(values[start + i]))
                     ok = d->fail(QStringLiteral("scan %1 has a bad point").arg(scan));
             }
         }
@@ -606,8 +668,7 @@ class Writer
 public:
     explicit Writer(QSaveFile* file)
         : m_file(file)
-    {
-    }
+    { }
     bool write(const void* data, quint64 bytes)
     {
         const char* p = static_cast<const char*>(data);

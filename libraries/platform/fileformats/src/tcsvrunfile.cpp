@@ -21,8 +21,8 @@ const char* const Context = "TCSVRunFile";
 void refuse(const QString& source, int line, const QString& why)
 {
     if (line > 0) {
-        MessageLoggerInterface::Error(QCoreApplication::translate(
-            Context, "The file <b>%1</b> is refused, line %2: %3", "Le fichier <b>%1</b> est refusé, ligne %2 : %3")
+        MessageLoggerInterface::Error(QCoreApplication::translate(Context, "The file <b>%1</b> is refused, line %2: %3",
+                                                                  "Le fichier <b>%1</b> est refusé, ligne %2 : %3")
                                           .arg(source)
                                           .arg(line)
                                           .arg(why));
@@ -55,7 +55,10 @@ bool number(QByteArray field, bool decimalComma, double* value)
     return ok && std::isfinite(*value);
 }
 
-bool validMass(double mass) { return mass >= 0 && mass < 4.0e7; }
+bool validMass(double mass)
+{
+    return mass >= 0 && mass < 4.0e7;
+}
 
 } // namespace
 
@@ -128,7 +131,8 @@ bool TCSVRunFile::readText(const QByteArray& text, TAcquisitionRun* run, const Q
         if (line.isEmpty() || line.startsWith('#'))
             continue;
         if (line.contains('\0')) {
-            refuse(source, lineNumber, QCoreApplication::translate(Context, "this is not text", "ce n'est pas du texte"));
+            refuse(source, lineNumber,
+                   QCoreApplication::translate(Context, "this is not text", "ce n'est pas du texte"));
             return false;
         }
         if (!separator) {
@@ -154,8 +158,9 @@ bool TCSVRunFile::readText(const QByteArray& text, TAcquisitionRun* run, const Q
         if (layout == 0)
             layout = kind;
         if (kind != layout) {
-            refuse(source, lineNumber, QCoreApplication::translate(Context, "the layout of the rows changes here",
-                                                                   "la disposition des lignes change ici"));
+            refuse(source, lineNumber,
+                   QCoreApplication::translate(Context, "the layout of the rows changes here",
+                                               "la disposition des lignes change ici"));
             return false;
         }
         const double previous = result.rtimes.isEmpty() ? -INFINITY : result.rtimes.last();
@@ -172,7 +177,8 @@ bool TCSVRunFile::readText(const QByteArray& text, TAcquisitionRun* run, const Q
             if (!scanOpen || time != scanTime) {
                 flush();
                 if (time < (result.rtimes.isEmpty() ? -INFINITY : result.rtimes.last())) {
-                    refuse(source, lineNumber, QCoreApplication::translate(Context, "the time goes backwards", "le temps recule"));
+                    refuse(source, lineNumber,
+                           QCoreApplication::translate(Context, "the time goes backwards", "le temps recule"));
                     return false;
                 }
                 scanTime = time;
@@ -182,7 +188,8 @@ bool TCSVRunFile::readText(const QByteArray& text, TAcquisitionRun* run, const Q
             continue;
         }
         if (time < previous) {
-            refuse(source, lineNumber, QCoreApplication::translate(Context, "the time goes backwards", "le temps recule"));
+            refuse(source, lineNumber,
+                   QCoreApplication::translate(Context, "the time goes backwards", "le temps recule"));
             return false;
         }
         scanTime = time;
@@ -196,9 +203,10 @@ bool TCSVRunFile::readText(const QByteArray& text, TAcquisitionRun* run, const Q
                 double mass = 0.0, abundance = 0.0;
                 if (colon < 0 || !number(pair.left(colon), decimalComma, &mass) || !validMass(mass)
                     || !number(pair.mid(colon + 1), decimalComma, &abundance) || std::fabs(abundance) > 3.0e38) {
-                    refuse(source, lineNumber, QCoreApplication::translate(Context, "<b>%1</b> is not a mass:abundance pair",
-                                                                           "<b>%1</b> n'est pas une paire masse:abondance")
-                                                   .arg(QString::fromUtf8(pair.left(40))));
+                    refuse(source, lineNumber,
+                           QCoreApplication::translate(Context, "<b>%1</b> is not a mass:abundance pair",
+                                                       "<b>%1</b> n'est pas une paire masse:abondance")
+                               .arg(QString::fromUtf8(pair.left(40))));
                     return false;
                 }
                 points.emplace_back(quint32(std::lround(mass * 100.0)), float(abundance));

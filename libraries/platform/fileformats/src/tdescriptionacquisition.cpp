@@ -13,7 +13,10 @@
 
 namespace {
 
-QString text(double value) { return QString::number(value, 'g', 17); }
+QString text(double value)
+{
+    return QString::number(value, 'g', 17);
+}
 
 // Reads an optional number; an absent or empty key keeps `fallback`.
 bool readNumber(const QDomElement& element, const QString& key, double fallback, double* value)
@@ -30,23 +33,24 @@ bool readNumber(const QDomElement& element, const QString& key, double fallback,
 
 void refuse(const QString& why)
 {
-    MessageLoggerInterface::Error(QCoreApplication::translate(
-        "TDescriptionAcquisition", "The acquisition description is refused: %1",
-        "La description de l'acquisition est refusée : %1").arg(why));
+    MessageLoggerInterface::Error(QCoreApplication::translate("TDescriptionAcquisition",
+                                                              "The acquisition description is refused: %1",
+                                                              "La description de l'acquisition est refusée : %1")
+                                      .arg(why));
 }
 
 QString badValue(const QString& key, const QString& value)
 {
     return QCoreApplication::translate("TDescriptionAcquisition", "the value <b>%1</b> of <b>%2</b> is not valid",
-                                       "la valeur <b>%1</b> de <b>%2</b> n'est pas valide").arg(value, key);
+                                       "la valeur <b>%1</b> de <b>%2</b> n'est pas valide")
+        .arg(value, key);
 }
 
 } // namespace
 
 TDescriptionAcquisition::TDescriptionAcquisition()
     : m_signals(QStringList() << QStringLiteral("TIC"))
-{
-}
+{ }
 
 TDescriptionAcquisition TDescriptionAcquisition::fromRun(const TAcquisitionRun& run)
 {
@@ -89,7 +93,8 @@ bool TDescriptionAcquisition::encode(QDomElement& element) const
         element.removeChild(element.firstChild());
     TXMLMethod::addToElement(element, QStringLiteral("version"), QString::number(Version));
     TXMLMethod::addToElement(element, QStringLiteral("name"), m_name);
-    TXMLMethod::addToElement(element, QStringLiteral("date"), m_date.isValid() ? m_date.toString(Qt::ISODateWithMs) : QString());
+    TXMLMethod::addToElement(element, QStringLiteral("date"),
+                             m_date.isValid() ? m_date.toString(Qt::ISODateWithMs) : QString());
     TXMLMethod::addToElement(element, QStringLiteral("system"), QString::number(m_system));
     TXMLMethod::addToElement(element, QStringLiteral("scans"), QString::number(m_scanCount));
     TXMLMethod::addToElement(element, QStringLiteral("startTime"), text(m_startTime));
@@ -113,7 +118,8 @@ bool TDescriptionAcquisition::encode(QDomElement& element) const
 bool TDescriptionAcquisition::decode(const QDomElement& element)
 {
     if (element.isNull() || element.tagName() != QLatin1String(rootTag())) {
-        refuse(QCoreApplication::translate("TDescriptionAcquisition", "the document is not an acquisition description (root <b>%1</b>)",
+        refuse(QCoreApplication::translate("TDescriptionAcquisition",
+                                           "the document is not an acquisition description (root <b>%1</b>)",
                                            "le document n'est pas une description d'acquisition (racine <b>%1</b>)")
                    .arg(element.tagName()));
         return false;
@@ -143,9 +149,9 @@ bool TDescriptionAcquisition::decode(const QDomElement& element)
         bool integral;
     };
     double system = 0, scans = 0;
-    const Number numbers[] = {{"system", &system, true},       {"scans", &scans, true},
-                              {"startTime", &d.m_startTime, false}, {"endTime", &d.m_endTime, false},
-                              {"lowMass", &d.m_lowMass, false},   {"highMass", &d.m_highMass, false}};
+    const Number numbers[]
+        = {{"system", &system, true},        {"scans", &scans, true},          {"startTime", &d.m_startTime, false},
+           {"endTime", &d.m_endTime, false}, {"lowMass", &d.m_lowMass, false}, {"highMass", &d.m_highMass, false}};
     for (const Number& n : numbers) {
         const QString key = QLatin1String(n.key);
         if (!readNumber(element, key, 0.0, n.target) || *n.target < 0
@@ -166,7 +172,8 @@ bool TDescriptionAcquisition::decode(const QDomElement& element)
          s = s.nextSiblingElement(QStringLiteral("signal"))) {
         const QString name = TXMLMethod::getInfoString(s, QStringLiteral("name"));
         if (name.trimmed().isEmpty()) {
-            refuse(QCoreApplication::translate("TDescriptionAcquisition", "a signal has no name", "un signal n'a pas de nom"));
+            refuse(QCoreApplication::translate("TDescriptionAcquisition", "a signal has no name",
+                                               "un signal n'a pas de nom"));
             return false;
         }
         d.m_signals << name;
@@ -177,10 +184,12 @@ bool TDescriptionAcquisition::decode(const QDomElement& element)
     for (QDomElement t = transitionList.firstChildElement(QStringLiteral("transition")); !t.isNull();
          t = t.nextSiblingElement(QStringLiteral("transition"))) {
         double parent = 0, daughter = 0;
-        const bool ok = readNumber(t, QStringLiteral("parent"), -1, &parent) && readNumber(t, QStringLiteral("daughter"), -1, &daughter);
+        const bool ok = readNumber(t, QStringLiteral("parent"), -1, &parent)
+            && readNumber(t, QStringLiteral("daughter"), -1, &daughter);
         if (!ok || parent <= 0 || daughter <= 0) {
-            refuse(badValue(QStringLiteral("transition"), TXMLMethod::getInfoString(t, QStringLiteral("parent")) + QStringLiteral("->")
-                                                              + TXMLMethod::getInfoString(t, QStringLiteral("daughter"))));
+            refuse(badValue(QStringLiteral("transition"),
+                            TXMLMethod::getInfoString(t, QStringLiteral("parent")) + QStringLiteral("->")
+                                + TXMLMethod::getInfoString(t, QStringLiteral("daughter"))));
             return false;
         }
         d.m_transitions.append(qMakePair(float(parent), float(daughter)));
@@ -206,7 +215,8 @@ bool TDescriptionAcquisition::load(const QString& path)
     QDomDocument document;
     if (!TXMLMethod::load(&document, path, true, false)) {
         refuse(QCoreApplication::translate("TDescriptionAcquisition", "<b>%1</b> cannot be read as XML",
-                                           "<b>%1</b> ne peut pas être lu comme du XML").arg(path));
+                                           "<b>%1</b> ne peut pas être lu comme du XML")
+                   .arg(path));
         return false;
     }
     return decode(document.documentElement());

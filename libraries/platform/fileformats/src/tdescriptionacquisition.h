@@ -39,10 +39,18 @@ public:
     void setScanCount(int count) { m_scanCount = count; }
     double startTime() const { return m_startTime; }
     double endTime() const { return m_endTime; }
-    void setTimeRange(double start, double end) { m_startTime = start; m_endTime = end; }
+    void setTimeRange(double start, double end)
+    {
+        m_startTime = start;
+        m_endTime = end;
+    }
     double lowMass() const { return m_lowMass; }
     double highMass() const { return m_highMass; }
-    void setMassRange(double low, double high) { m_lowMass = low; m_highMass = high; }
+    void setMassRange(double low, double high)
+    {
+        m_lowMass = low;
+        m_highMass = high;
+    }
     /// The signals of the acquisition, the main one ("TIC") first.
     QStringList signalNames() const { return m_signals; }
     void setSignalNames(const QStringList& names) { m_signals = names; }

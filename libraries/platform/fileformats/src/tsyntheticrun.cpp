@@ -26,9 +26,9 @@ struct Ion
 struct Compound
 {
     double retentionIndex;
-    double amount;    // apex abundance of the base peak
-    int parent;       // nominal molecular mass, the MS/MS parent
-    int carbons;      // flame detector response
+    double amount; // apex abundance of the base peak
+    int parent;    // nominal molecular mass, the MS/MS parent
+    int carbons;   // flame detector response
     std::vector<Ion> ions;
 };
 
@@ -39,8 +39,7 @@ class Random
 public:
     explicit Random(quint32 seed)
         : m_engine(seed)
-    {
-    }
+    { }
     double uniform() { return (m_engine() >> 8) * (1.0 / 16777216.0); }
     double exponential(double mean) { return -std::log(1.0 - uniform()) * mean; }
     int jitter(int amplitude) { return int(m_engine() % quint32(2 * amplitude + 1)) - amplitude; }
@@ -49,16 +48,26 @@ private:
     std::mt19937 m_engine;
 };
 
-double alkyl(int k) { return C * k + H * (2 * k + 1); }
-double alkenyl(int k) { return C * k + H * (2 * k - 1); }
-double alkane(int n) { return C * n + H * (2 * n + 2); }
+double alkyl(int k)
+{
+    return C * k + H * (2 * k + 1);
+}
+double alkenyl(int k)
+{
+    return C * k + H * (2 * k - 1);
+}
+double alkane(int n)
+{
+    return C * n + H * (2 * n + 2);
+}
 
 std::vector<Compound> compounds()
 {
     std::vector<Compound> list;
     // n-alkanes of a mature marine oil: a smooth envelope centred near C17-C20.
     for (int n = 10; n <= 40; ++n) {
-        Compound c{100.0 * n, 2.0e6 * std::exp(-std::pow((n - 18) / 9.0, 2.0)) + 2.0e4, int(std::lround(alkane(n))), n, {}};
+        Compound c{
+            100.0 * n, 2.0e6 * std::exp(-std::pow((n - 18) / 9.0, 2.0)) + 2.0e4, int(std::lround(alkane(n))), n, {}};
         const double base[] = {80, 100, 65, 45, 28};
         for (int k = 3; k < n; ++k) {
             const double relative = k - 3 < 5 ? base[k - 3] : 28.0 * std::pow(0.78, k - 7);
@@ -73,26 +82,52 @@ std::vector<Compound> compounds()
     // Isoprenoids just after n-C17 and n-C18; their 113 and 183 ions come from
     // cleavage at the branch points.
     const double c17 = 2.0e6 * std::exp(-std::pow(-1 / 9.0, 2.0));
-    list.push_back({1707, 0.7 * c17, 268, 19,
-                    {{alkyl(3), 90}, {alkyl(4), 100}, {alkyl(5), 70}, {alkyl(6), 30}, {alkyl(8), 40}, {alkyl(13), 15}, {alkane(19), 0.5}}});
-    list.push_back({1811, 0.45 * c17, 282, 20,
-                    {{alkyl(3), 80}, {alkyl(4), 100}, {alkyl(5), 70}, {alkyl(6), 35}, {alkyl(8), 25}, {alkyl(9), 10}, {alkyl(13), 12}, {alkane(20), 0.5}}});
+    list.push_back({1707,
+                    0.7 * c17,
+                    268,
+                    19,
+                    {{alkyl(3), 90},
+                     {alkyl(4), 100},
+                     {alkyl(5), 70},
+                     {alkyl(6), 30},
+                     {alkyl(8), 40},
+                     {alkyl(13), 15},
+                     {alkane(19), 0.5}}});
+    list.push_back({1811,
+                    0.45 * c17,
+                    282,
+                    20,
+                    {{alkyl(3), 80},
+                     {alkyl(4), 100},
+                     {alkyl(5), 70},
+                     {alkyl(6), 35},
+                     {alkyl(8), 25},
+                     {alkyl(9), 10},
+                     {alkyl(13), 12},
+                     {alkane(20), 0.5}}});
 
     const double bio = 4.0e4;
     // Hopanes: ring A/B fragment C14H23+ at m/z 191.18, molecular ions C(n)H(2n-6).
     auto hopane = [&](double ri, double amount, int n, double m191, double extraMass, double extra) {
         const double molecular = C * n + H * (2 * n - 6);
-        Compound c{ri, amount * bio, int(std::lround(molecular)), n,
-                   {{C * 14 + H * 23, m191}, {molecular, 15}, {molecular - C - 3 * H, 6}, {C * 11 + H * 16 + 0.0, 25}, {C * 7 + H * 11, 30}}};
+        Compound c{ri,
+                   amount * bio,
+                   int(std::lround(molecular)),
+                   n,
+                   {{C * 14 + H * 23, m191},
+                    {molecular, 15},
+                    {molecular - C - 3 * H, 6},
+                    {C * 11 + H * 16 + 0.0, 25},
+                    {C * 7 + H * 11, 30}}};
         if (extra > 0)
             c.ions.push_back({extraMass, extra});
         list.push_back(c);
     };
-    hopane(2880, 0.6, 27, 60, C * 27 + H * 46, 45);      // Ts, strong molecular ion
-    hopane(2920, 0.5, 27, 100, 0, 0);                     // Tm
-    hopane(3075, 1.2, 29, 100, C * 13 + H * 21, 40);      // 30-norhopane, m/z 177
-    hopane(3140, 2.0, 30, 100, C * 27 + H * 45, 15);      // hopane, m/z 369
-    for (int n = 31; n <= 35; ++n) {                      // homohopanes, 22S before 22R
+    hopane(2880, 0.6, 27, 60, C * 27 + H * 46, 45);  // Ts, strong molecular ion
+    hopane(2920, 0.5, 27, 100, 0, 0);                // Tm
+    hopane(3075, 1.2, 29, 100, C * 13 + H * 21, 40); // 30-norhopane, m/z 177
+    hopane(3140, 2.0, 30, 100, C * 27 + H * 45, 15); // hopane, m/z 369
+    for (int n = 31; n <= 35; ++n) {                 // homohopanes, 22S before 22R
         const double amount = 0.9 * std::pow(0.68, n - 31);
         const double sideChain = C * (n - 16) + H * (2 * (n - 16) - 5); // ring E fragment, m/z 205, 219 ...
         const double ri = 3235 + 88.0 * (n - 31);
@@ -109,17 +144,29 @@ std::vector<Compound> compounds()
         const double isomers[][2] = {{0, 0.8}, {22, 0.9}, {30, 0.8}, {60, 1.0}}; // aaa20S, abb20R, abb20S, aaa20R
         for (int i = 0; i < 4; ++i) {
             const bool abb = i == 1 || i == 2;
-            Compound c{ri0 + isomers[i][0], s[1] * isomers[i][1] * bio, int(std::lround(molecular)), n,
-                       {{C * 16 + H * 25, abb ? 50.0 : 100.0}, {C * 16 + H * 26, abb ? 100.0 : 40.0}, {C * 11 + H * 17, 45},
-                        {C * 8 + H * 13, 30}, {C * 7 + H * 11, 35}, {molecular, 25}, {molecular - C - 3 * H, 10}}};
+            Compound c{ri0 + isomers[i][0],
+                       s[1] * isomers[i][1] * bio,
+                       int(std::lround(molecular)),
+                       n,
+                       {{C * 16 + H * 25, abb ? 50.0 : 100.0},
+                        {C * 16 + H * 26, abb ? 100.0 : 40.0},
+                        {C * 11 + H * 17, 45},
+                        {C * 8 + H * 13, 30},
+                        {C * 7 + H * 11, 35},
+                        {molecular, 25},
+                        {molecular - C - 3 * H, 10}}};
             list.push_back(c);
         }
     }
-    std::sort(list.begin(), list.end(), [](const Compound& a, const Compound& b) { return a.retentionIndex < b.retentionIndex; });
+    std::sort(list.begin(), list.end(),
+              [](const Compound& a, const Compound& b) { return a.retentionIndex < b.retentionIndex; });
     return list;
 }
 
-double sigmaAt(double time) { return 0.02 + 0.0004 * time; }
+double sigmaAt(double time)
+{
+    return 0.02 + 0.0004 * time;
+}
 
 } // namespace
 
@@ -172,7 +219,8 @@ TAcquisitionRun TSyntheticRun::generate(const Options& options)
     run.rtimes.reserve(n);
     run.tic.reserve(n);
     run.scanOffsets.reserve(n + 1);
-    const qint64 expected = qint64(n) * (options.kind == MSMS ? qint64(transitionParent.size()) : std::min(options.pointsPerScan, massCount));
+    const qint64 expected = qint64(n)
+        * (options.kind == MSMS ? qint64(transitionParent.size()) : std::min(options.pointsPerScan, massCount));
     run.masses.reserve(int(std::min<qint64>(expected, INT_MAX / 8)));
     run.abundances.reserve(int(std::min<qint64>(expected, INT_MAX / 8)));
 
@@ -226,8 +274,10 @@ TAcquisitionRun TSyntheticRun::generate(const Options& options)
             }
             const int keep = std::min(options.pointsPerScan, massCount);
             if (keep < massCount) {
-                std::nth_element(order.begin(), order.begin() + keep, order.end(),
-                                 [&value](int a, int b) { return value[std::size_t(a)] > value[std::size_t(b)] || (value[std::size_t(a)] == value[std::size_t(b)] && a < b); });
+                std::nth_element(order.begin(), order.begin() + keep, order.end(), [&value](int a, int b) {
+                    return value[std::size_t(a)] > value[std::size_t(b)]
+                        || (value[std::size_t(a)] == value[std::size_t(b)] && a < b);
+                });
                 std::sort(order.begin(), order.begin() + keep);
             }
             for (int j = 0; j < std::max(keep, 0); ++j) {

@@ -15,9 +15,9 @@ class VNFILEFORMATS_EXPORT TSyntheticRun
 {
 public:
     enum Kind {
-        FullScan,     ///< one mass spectrum per scan
-        MSMS,         ///< parent -> daughter transitions (acquisition system 768)
-        Multichannel  ///< full scan plus detector and ion channels
+        FullScan,    ///< one mass spectrum per scan
+        MSMS,        ///< parent -> daughter transitions (acquisition system 768)
+        Multichannel ///< full scan plus detector and ion channels
     };
 
     struct Options
@@ -25,10 +25,10 @@ public:
         Kind kind = FullScan;
         quint32 seed = 1;
         int scanCount = 3600;
-        double startTime = 5.0;   ///< minutes
-        double endTime = 65.0;    ///< minutes
-        int pointsPerScan = 120;  ///< full scan: points per spectrum, noise included
-        double noise = 50.0;      ///< mean baseline abundance
+        double startTime = 5.0;  ///< minutes
+        double endTime = 65.0;   ///< minutes
+        int pointsPerScan = 120; ///< full scan: points per spectrum, noise included
+        double noise = 50.0;     ///< mean baseline abundance
         QString name = QStringLiteral("Synthetic oil");
     };
 

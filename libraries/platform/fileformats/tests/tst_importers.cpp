@@ -155,7 +155,8 @@ private slots:
         const QByteArray bytes = readAll(good);
 
         expectRefusal(&TAndiMSFile::read, m_dir.filePath("absent.cdf"), "cannot be opened", "ne peut pas être ouvert");
-        expectRefusal(&TAndiMSFile::read, write("text.cdf", "time,mass\n"), "not a netCDF file", "pas un fichier netCDF");
+        expectRefusal(&TAndiMSFile::read, write("text.cdf", "time,mass\n"), "not a netCDF file",
+                      "pas un fichier netCDF");
         // Cuts through the header and through the data.
         for (int size : {3, 4, 40, 300, bytes.size() / 2, bytes.size() - 1}) {
             TRecordingLogger logger;
@@ -175,7 +176,8 @@ private slots:
         const int variables = manyVariables.indexOf(QByteArray("\0\0\0\x0b\0\0\0\x06", 8));
         QVERIFY(variables > 0);
         manyVariables.replace(variables + 4, 4, QByteArray("\x7f\xff\xff\xff", 4));
-        expectRefusal(&TAndiMSFile::read, write("vars.cdf", manyVariables), "header is damaged", "en-tête est endommagé");
+        expectRefusal(&TAndiMSFile::read, write("vars.cdf", manyVariables), "header is damaged",
+                      "en-tête est endommagé");
 
         // A variable renamed away.
         QByteArray renamed = bytes;
@@ -211,10 +213,11 @@ private slots:
     {
         TAcquisitionRun run;
         // Long layout, tab separated, seconds, unsorted masses and a duplicate.
-        QVERIFY(TCSVRunFile::read(write("long.txt", "Time (s)\tm/z\tIntensity\n"
-                                                    "60\t71.1\t5\n60\t57.07\t10\n60\t57.07\t2\n"
-                                                    "# a comment\n\n"
-                                                    "66\t43\t1,5\n"),
+        QVERIFY(TCSVRunFile::read(write("long.txt",
+                                        "Time (s)\tm/z\tIntensity\n"
+                                        "60\t71.1\t5\n60\t57.07\t10\n60\t57.07\t2\n"
+                                        "# a comment\n\n"
+                                        "66\t43\t1,5\n"),
                                   &run));
         QCOMPARE(run.scanCount(), 2);
         QCOMPARE(run.rtimes.at(0), 1.0);
@@ -226,7 +229,8 @@ private slots:
         QCOMPARE(run.tic.at(0), 17.0);
 
         // One row per scan, semicolons and decimal commas, pairs as separate fields.
-        QVERIFY(TCSVRunFile::read(write("wide.csv", "\xEF\xBB\xBFtemps;spectre\n12,5;57,07:100;71,09:50\n12,6;\n"), &run));
+        QVERIFY(
+            TCSVRunFile::read(write("wide.csv", "\xEF\xBB\xBFtemps;spectre\n12,5;57,07:100;71,09:50\n12,6;\n"), &run));
         QCOMPARE(run.scanCount(), 2);
         QCOMPARE(run.rtimes.at(0), 12.5);
         QCOMPARE(run.pointsAtScan(0), 2);
@@ -244,22 +248,30 @@ private slots:
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("english");
         QTest::addColumn<QString>("french");
-        QTest::newRow("empty") << QByteArray("# nothing\n") << "holds no scan" << "aucun scan";
-        QTest::newRow("header only") << QByteArray("time,spectrum\n") << "holds no scan" << "aucun scan";
+        QTest::newRow("empty") << QByteArray("# nothing\n") << "holds no scan"
+                               << "aucun scan";
+        QTest::newRow("header only") << QByteArray("time,spectrum\n") << "holds no scan"
+                                     << "aucun scan";
         QTest::newRow("bad time") << QByteArray("1,57:1\nabc,57:1\n") << "line 2: <b>abc</b> is not a number"
                                   << "ligne 2 : <b>abc</b> n'est pas un nombre";
         QTest::newRow("bad pair") << QByteArray("1,57:1 58\n") << "<b>58</b> is not a mass:abundance pair"
                                   << "<b>58</b> n'est pas une paire masse:abondance";
-        QTest::newRow("negative mass") << QByteArray("1,-57:1\n") << "<b>-57:1</b>" << "<b>-57:1</b>";
-        QTest::newRow("infinite") << QByteArray("1,57:inf\n") << "<b>57:inf</b>" << "<b>57:inf</b>";
-        QTest::newRow("huge abundance") << QByteArray("1,57:1e300\n") << "<b>57:1e300</b>" << "<b>57:1e300</b>";
+        QTest::newRow("negative mass") << QByteArray("1,-57:1\n") << "<b>-57:1</b>"
+                                       << "<b>-57:1</b>";
+        QTest::newRow("infinite") << QByteArray("1,57:inf\n") << "<b>57:inf</b>"
+                                  << "<b>57:inf</b>";
+        QTest::newRow("huge abundance") << QByteArray("1,57:1e300\n") << "<b>57:1e300</b>"
+                                        << "<b>57:1e300</b>";
         QTest::newRow("time backwards") << QByteArray("2,57:1\n1,57:1\n") << "line 2: the time goes backwards"
                                         << "ligne 2 : le temps recule";
-        QTest::newRow("long backwards") << QByteArray("2,57,1\n1,57,1\n") << "the time goes backwards" << "le temps recule";
-        QTest::newRow("long bad mass") << QByteArray("1,x,1\n") << "<b>x</b> is not a number" << "<b>x</b> n'est pas";
+        QTest::newRow("long backwards") << QByteArray("2,57,1\n1,57,1\n") << "the time goes backwards"
+                                        << "le temps recule";
+        QTest::newRow("long bad mass") << QByteArray("1,x,1\n") << "<b>x</b> is not a number"
+                                       << "<b>x</b> n'est pas";
         QTest::newRow("mixed layouts") << QByteArray("1,57,1\n2,57:1\n") << "layout of the rows changes"
                                        << "disposition des lignes change";
-        QTest::newRow("binary") << QByteArray("1,57:1\n\x89TCM\0\0\n", 14) << "not text" << "pas du texte";
+        QTest::newRow("binary") << QByteArray("1,57:1\n\x89TCM\0\0\n", 14) << "not text"
+                                << "pas du texte";
     }
 
     void csvRefusals()

@@ -81,8 +81,8 @@ private slots:
             QVERIFY(qAbs(back.rtimes[i] - run.rtimes[i]) < 1e-6);
 
         TDescriptionAcquisition description;
-        QVERIFY(
-            description.load(QDir(TAnalysisFolder::folderPath(analyses, "Well 3 - 2450 m")).filePath("acquisition.xml")));
+        QVERIFY(description.load(
+            QDir(TAnalysisFolder::folderPath(analyses, "Well 3 - 2450 m")).filePath("acquisition.xml")));
         QCOMPARE(description.scanCount(), run.scanCount());
     }
 

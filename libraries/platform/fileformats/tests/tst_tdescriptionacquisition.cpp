@@ -51,7 +51,9 @@ private slots:
         run.channels << QVector<double>(50, 1.0);
         const TDescriptionAcquisition d = TDescriptionAcquisition::fromRun(run);
         QCOMPARE(d.acquisitionSystem(), quint32(768));
-        QCOMPARE(d.signalNames(), QStringList() << "TIC" << "FID");
+        QCOMPARE(d.signalNames(),
+                 QStringList() << "TIC"
+                               << "FID");
         QCOMPARE(d.startTime(), run.rtimes.first());
         QCOMPARE(d.lowMass(), 191.0);
         const QString path = m_dir.filePath("msms.xml");
@@ -75,28 +77,36 @@ private slots:
         QTest::addColumn<QString>("french");
         QTest::newRow("not xml") << QByteArray("<acquisition><name>x</acquisition>") << "cannot be read as XML"
                                  << "ne peut pas être lu comme du XML";
-        QTest::newRow("empty") << QByteArray() << "cannot be read as XML" << "ne peut pas être lu comme du XML";
+        QTest::newRow("empty") << QByteArray() << "cannot be read as XML"
+                               << "ne peut pas être lu comme du XML";
         QTest::newRow("wrong root") << QByteArray("<graph><name>x</name></graph>") << "root <b>graph</b>"
                                     << "racine <b>graph</b>";
         QTest::newRow("future version") << QByteArray("<acquisition><version>9</version></acquisition>")
-                                        << "version <b>9</b>" << "version <b>9</b>";
+                                        << "version <b>9</b>"
+                                        << "version <b>9</b>";
         QTest::newRow("bad scans") << QByteArray("<acquisition><scans>many</scans></acquisition>")
-                                   << "<b>many</b> of <b>scans</b>" << "<b>many</b> de <b>scans</b>";
-        QTest::newRow("fractional scans") << QByteArray("<acquisition><scans>2.5</scans></acquisition>") << "<b>scans</b>"
-                                          << "<b>scans</b>";
-        QTest::newRow("negative mass") << QByteArray("<acquisition><lowMass>-3</lowMass></acquisition>") << "<b>lowMass</b>"
+                                   << "<b>many</b> of <b>scans</b>"
+                                   << "<b>many</b> de <b>scans</b>";
+        QTest::newRow("fractional scans")
+            << QByteArray("<acquisition><scans>2.5</scans></acquisition>") << "<b>scans</b>"
+            << "<b>scans</b>";
+        QTest::newRow("negative mass") << QByteArray("<acquisition><lowMass>-3</lowMass></acquisition>")
+                                       << "<b>lowMass</b>"
                                        << "<b>lowMass</b>";
         QTest::newRow("bad date") << QByteArray("<acquisition><date>yesterday</date></acquisition>") << "<b>date</b>"
                                   << "<b>date</b>";
         QTest::newRow("reversed times") << QByteArray(
             "<acquisition><startTime>10</startTime><endTime>5</endTime></acquisition>")
-                                        << "ends before it starts" << "finit avant de commencer";
+                                        << "ends before it starts"
+                                        << "finit avant de commencer";
         QTest::newRow("unnamed signal") << QByteArray(
             "<acquisition><signals><signal><name> </name></signal></signals></acquisition>")
-                                        << "has no name" << "n'a pas de nom";
+                                        << "has no name"
+                                        << "n'a pas de nom";
         QTest::newRow("bad transition") << QByteArray("<acquisition><transitions><transition><parent>414</parent>"
                                                       "<daughter>x</daughter></transition></transitions></acquisition>")
-                                        << "<b>414->x</b>" << "<b>414->x</b>";
+                                        << "<b>414->x</b>"
+                                        << "<b>414->x</b>";
     }
 
     void refusals()

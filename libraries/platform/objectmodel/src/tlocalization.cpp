@@ -48,13 +48,12 @@ TLocalization::TLocalization(double latitude, double longitude, double altitude)
     : m_latitude(latitude)
     , m_longitude(longitude)
     , m_altitude(altitude)
-{
-}
+{ }
 
 bool TLocalization::isValid() const
 {
-    return std::isfinite(m_latitude) && std::isfinite(m_longitude) && std::isfinite(m_altitude)
-        && m_latitude >= -90.0 && m_latitude <= 90.0 && m_longitude >= -180.0 && m_longitude <= 180.0;
+    return std::isfinite(m_latitude) && std::isfinite(m_longitude) && std::isfinite(m_altitude) && m_latitude >= -90.0
+        && m_latitude <= 90.0 && m_longitude >= -180.0 && m_longitude <= 180.0;
 }
 
 QByteArray TLocalization::toKml(const QString& placeName) const
@@ -102,8 +101,8 @@ TLocalization TLocalization::fromKml(const QByteArray& kml, QString* placeName)
             } else if (inPlacemark && tag == QLatin1String("Point")) {
                 inPoint = true;
             } else if (inPoint && tag == QLatin1String("coordinates")) {
-                const TLocalization position =
-                    parseCoordinates(xml.readElementText(QXmlStreamReader::IncludeChildElements));
+                const TLocalization position
+                    = parseCoordinates(xml.readElementText(QXmlStreamReader::IncludeChildElements));
                 // A document cut short inside the coordinates may have lost digits.
                 if (position.isValid() && !xml.hasError()) {
                     if (placeName)

@@ -27,8 +27,7 @@ QStringList splitLines(const QString& text)
 
 VNDataModel::VNDataModel(QObject* parent)
     : TDataModel(parent)
-{
-}
+{ }
 
 VNDataModel::~VNDataModel() = default;
 
@@ -193,7 +192,8 @@ QStringList VNDataModel::paste(const QModelIndex& at, const QString& text, bool 
             QStringList rowNames;
             QVector<QStringList> cells;
             for (int c = 0; c < columns; ++c)
-                columnNames << (c < columnCount() ? headerData(c, Qt::Horizontal, HeaderTextRole).toString() : QString());
+                columnNames << (c < columnCount() ? headerData(c, Qt::Horizontal, HeaderTextRole).toString()
+                                                  : QString());
             for (int r = 0; r < rows; ++r) {
                 rowNames << (r < rowCount() ? headerData(r, Qt::Vertical, HeaderTextRole).toString() : QString());
                 QStringList row;

@@ -2,5 +2,4 @@
 
 VNHeader::VNHeader(const QString& runName)
     : name(runName)
-{
-}
+{ }

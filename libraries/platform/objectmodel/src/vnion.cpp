@@ -6,8 +6,7 @@ VNIon::VNIon(float lowerMass, float upperMass, float offset)
     : m_lower(lowerMass)
     , m_upper(upperMass)
     , m_offset(offset)
-{
-}
+{ }
 
 VNIon VNIon::around(float mass, float tolerance, float offset)
 {

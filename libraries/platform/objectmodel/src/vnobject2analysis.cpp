@@ -2,8 +2,7 @@
 
 VNObject2Analysis::VNObject2Analysis(const QString& name)
     : VNObject2(name)
-{
-}
+{ }
 
 VNObject2Analysis::~VNObject2Analysis() = default;
 

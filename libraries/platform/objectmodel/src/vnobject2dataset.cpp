@@ -2,8 +2,7 @@
 
 VNObject2Dataset::VNObject2Dataset(const QString& name)
     : VNObject2(name)
-{
-}
+{ }
 
 VNObject2Dataset::~VNObject2Dataset() = default;
 

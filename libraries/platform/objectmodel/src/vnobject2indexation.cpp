@@ -2,10 +2,8 @@
 
 VNObject2Indexation::VNObject2Indexation(const QString& name, int type)
     : VNObject2(name)
-    , m_type(type == VNObjectTypePeakDetection || type == VNObjectTypeGlobalIndexation ? type
-                                                                                       : VNObjectTypeIndexation)
-{
-}
+    , m_type(type == VNObjectTypePeakDetection || type == VNObjectTypeGlobalIndexation ? type : VNObjectTypeIndexation)
+{ }
 
 VNObject2Indexation::~VNObject2Indexation() = default;
 

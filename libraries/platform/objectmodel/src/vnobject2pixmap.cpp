@@ -2,8 +2,7 @@
 
 VNObject2Pixmap::VNObject2Pixmap(const QString& name)
     : VNObject2(name)
-{
-}
+{ }
 
 VNObject2Pixmap::~VNObject2Pixmap() = default;
 

@@ -2,8 +2,6 @@
 
 VNObject2Project::VNObject2Project(const QString& name)
     : VNObject2(name)
-{
-}
+{ }
 
 VNObject2Project::~VNObject2Project() = default;
-

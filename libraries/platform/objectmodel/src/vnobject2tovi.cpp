@@ -18,7 +18,9 @@ bool VNObject2Tovi::isToviType(int type)
     case VNObjectTypeOverlay:
     case VNObjectTypeJoint:
     case VNObjectTypeIon:
-    case VNObjectTypeAlias: return true;
-    default: return false;
+    case VNObjectTypeAlias:
+        return true;
+    default:
+        return false;
     }
 }

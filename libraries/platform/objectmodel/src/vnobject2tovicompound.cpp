@@ -2,7 +2,6 @@
 
 VNObject2ToviCompound::VNObject2ToviCompound(const QString& name, const QString& key)
     : VNObject2Tovi(name, key)
-{
-}
+{ }
 
 VNObject2ToviCompound::~VNObject2ToviCompound() = default;

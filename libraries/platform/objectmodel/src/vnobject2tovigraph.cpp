@@ -2,8 +2,7 @@
 
 VNObject2ToviGraph::VNObject2ToviGraph(const QString& name, const QString& key)
     : VNObject2Tovi(name, key)
-{
-}
+{ }
 
 VNObject2ToviGraph::~VNObject2ToviGraph() = default;
 

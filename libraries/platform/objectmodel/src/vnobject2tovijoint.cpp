@@ -5,7 +5,6 @@ VNObject2ToviJoint::VNObject2ToviJoint(const QString& name, const VNObject2ToviC
     : VNObject2Tovi(name, key)
     , m_compound(compound)
     , m_eic(eic)
-{
-}
+{ }
 
 VNObject2ToviJoint::~VNObject2ToviJoint() = default;

@@ -4,7 +4,6 @@ VNObject2Variable::VNObject2Variable(const QString& name, const QString& referen
     : VNObject2(name)
     , m_reference1(reference1)
     , m_reference2(reference2)
-{
-}
+{ }
 
 VNObject2Variable::~VNObject2Variable() = default;

@@ -2,8 +2,7 @@
 
 VNObject2Well::VNObject2Well(const QString& name)
     : VNObject2(name)
-{
-}
+{ }
 
 VNObject2Well::~VNObject2Well() = default;
 

@@ -15,8 +15,7 @@ struct ShapeSpies
         , rowsRemoved(model, &QAbstractItemModel::rowsRemoved)
         , columnsInserted(model, &QAbstractItemModel::columnsInserted)
         , columnsRemoved(model, &QAbstractItemModel::columnsRemoved)
-    {
-    }
+    { }
     /// Completed resets; -1 when a reset began without ending.
     int resets() const { return reset.count() == aboutToReset.count() ? reset.count() : -1; }
     int partial() const

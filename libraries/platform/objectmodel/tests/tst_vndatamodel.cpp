@@ -129,8 +129,7 @@ private slots:
         QVERIFY(model.setHeadersData({"a", "b"}, {"1", "2"}));
         ShapeSpies spies(&model);
         // Windows line ends and a final line break are what spreadsheets copy.
-        QCOMPARE(model.paste(model.index(1, 1), QStringLiteral("x\ty\r\nz\r\n"), false),
-                 QStringList({"y", "z"}));
+        QCOMPARE(model.paste(model.index(1, 1), QStringLiteral("x\ty\r\nz\r\n"), false), QStringList({"y", "z"}));
         QCOMPARE(model.data(1, 1).toString(), QStringLiteral("x"));
         QCOMPARE(spies.resets(), 0);
 
@@ -173,9 +172,11 @@ private slots:
         ShapeSpies spies(&model);
         const QString ragged = writeFile(dir, "ragged.txt", "\ta\nS1\t1\t2\t3\n");
         QVERIFY(!model.open(ragged));
-        QVERIFY(model.errorString().contains(french ? QStringLiteral("plus de valeurs") : QStringLiteral("more values")));
+        QVERIFY(
+            model.errorString().contains(french ? QStringLiteral("plus de valeurs") : QStringLiteral("more values")));
         QVERIFY(!model.open(dir.filePath("missing.txt")));
-        QVERIFY(model.errorString().startsWith(french ? QStringLiteral("Impossible de lire") : QStringLiteral("Cannot read")));
+        QVERIFY(model.errorString().startsWith(french ? QStringLiteral("Impossible de lire")
+                                                      : QStringLiteral("Cannot read")));
         QVERIFY(!model.open(writeFile(dir, "empty.txt", "\n\n")));
         QVERIFY(!model.open(dir.path()));
         QCOMPARE(spies.resets(), 0);

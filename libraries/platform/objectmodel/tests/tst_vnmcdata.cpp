@@ -151,7 +151,8 @@ private slots:
         const VNModelise model(&tic, &analysis);
         QVERIFY(model.noise().valid);
         QCOMPARE(analysis.noise().kind, TAnalysisNoise::KindTicModel);
-        QVERIFY2(std::fabs(analysis.noise().level - sigma) < 0.1 * sigma, qPrintable(QString::number(analysis.noise().level)));
+        QVERIFY2(std::fabs(analysis.noise().level - sigma) < 0.1 * sigma,
+                 qPrintable(QString::number(analysis.noise().level)));
         QVERIFY(analysis.noise().baseline > 900.0 && analysis.noise().baseline < 1100.0);
         QCOMPARE(analysis.noise().pointCount, n);
 

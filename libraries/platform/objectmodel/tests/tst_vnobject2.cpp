@@ -35,8 +35,23 @@ private slots:
         QCOMPARE(signal.analysis(), &analysis);
 
         // the kinds a database stores side by side never share a number
-        QSet<int> numbers{project.type(), pixmap.type(), dataset.type(), variable.type(), 1, 2, 3, 256, 264,
-                          528, 1025, 1026, 1027, 1028, 1033, 1040, 1041};
+        QSet<int> numbers{project.type(),
+                          pixmap.type(),
+                          dataset.type(),
+                          variable.type(),
+                          1,
+                          2,
+                          3,
+                          256,
+                          264,
+                          528,
+                          1025,
+                          1026,
+                          1027,
+                          1028,
+                          1033,
+                          1040,
+                          1041};
         QCOMPARE(numbers.size(), 17);
     }
 
@@ -82,16 +97,17 @@ private slots:
                                    "-6.25 </coordinates></Point></Placemark></Document></kml>";
         const TLocalization point = TLocalization::fromKml(foreign, &placeName);
         QCOMPARE(placeName, QStringLiteral("B"));
-        QCOMPARE(QList<double>({point.latitude(), point.longitude(), point.altitude()}), QList<double>({-6.25, 5.5, 0.0}));
+        QCOMPARE(QList<double>({point.latitude(), point.longitude(), point.altitude()}),
+                 QList<double>({-6.25, 5.5, 0.0}));
 
         QVERIFY(!TLocalization().isValid());
-        for (const QByteArray& bad : QList<QByteArray>{
-                 QByteArray(), "not xml", "<gpx><Point><coordinates>1,2</coordinates></Point></gpx>",
-                 "<kml><Placemark><Point><coordinates>1</coordinates></Point></Placemark></kml>",
-                 "<kml><Placemark><Point><coordinates>1,2,3,4</coordinates></Point></Placemark></kml>",
-                 "<kml><Placemark><Point><coordinates>200,2</coordinates></Point></Placemark></kml>",
-                 "<kml><Placemark><Point><coordinates>1,nan</coordinates></Point></Placemark></kml>",
-                 "<kml><Placemark><Point><coordinates>1,2"}) {
+        for (const QByteArray& bad :
+             QList<QByteArray>{QByteArray(), "not xml", "<gpx><Point><coordinates>1,2</coordinates></Point></gpx>",
+                               "<kml><Placemark><Point><coordinates>1</coordinates></Point></Placemark></kml>",
+                               "<kml><Placemark><Point><coordinates>1,2,3,4</coordinates></Point></Placemark></kml>",
+                               "<kml><Placemark><Point><coordinates>200,2</coordinates></Point></Placemark></kml>",
+                               "<kml><Placemark><Point><coordinates>1,nan</coordinates></Point></Placemark></kml>",
+                               "<kml><Placemark><Point><coordinates>1,2"}) {
             placeName = QStringLiteral("unchanged");
             QVERIFY2(!TLocalization::fromKml(bad, &placeName).isValid(), bad.constData());
             QCOMPARE(placeName, QStringLiteral("unchanged"));

@@ -5,8 +5,7 @@ namespace Plavo {
 TDataInfo::TDataInfo(TYPE type, const QString& value)
     : m_type(type)
     , m_value(value)
-{
-}
+{ }
 
 bool TDataInfo::isKnownType(int type)
 {

@@ -66,14 +66,12 @@ bool screen(const QByteArray& bytes, QString* error)
 TDataXml::TDataXml(const QDomElement& element)
     : m_document(element.ownerDocument())
     , m_element(element)
-{
-}
+{ }
 
 TDataXml::TDataXml(const QDomDocument& document)
     : m_document(document)
     , m_element(document.documentElement())
-{
-}
+{ }
 
 bool TDataXml::open(const QString& path)
 {

@@ -14,8 +14,7 @@ const QString kTitle = QStringLiteral("title");
 
 TViewer::TViewer(TYPE_VIEW type)
     : m_typeView(type)
-{
-}
+{ }
 
 TViewer::~TViewer() = default;
 

@@ -205,19 +205,25 @@ private slots:
         QTest::addColumn<QString>("xml");
         const QString fields = "<label>a</label><minimum>0</minimum><maximum>1</maximum><logarithmic>0</logarithmic>";
         QTest::newRow("no maximum") << "<axis><label/><minimum>0</minimum><logarithmic>0</logarithmic></axis>";
-        QTest::newRow("no label") << "<axis><minimum>0</minimum><maximum>1</maximum><logarithmic>0</logarithmic></axis>";
+        QTest::newRow("no label")
+            << "<axis><minimum>0</minimum><maximum>1</maximum><logarithmic>0</logarithmic></axis>";
         QTest::newRow("reversed range")
             << "<axis><label/><minimum>2</minimum><maximum>1</maximum><logarithmic>0</logarithmic></axis>";
         QTest::newRow("huge bound")
             << "<axis><label/><minimum>0</minimum><maximum>1e999</maximum><logarithmic>0</logarithmic></axis>";
         QTest::newRow("flag not boolean")
             << "<axis><label/><minimum>0</minimum><maximum>1</maximum><logarithmic>yes</logarithmic></axis>";
-        QTest::newRow("unknown kind") << "<axis>" + fields + "<dataValues><dataValue type='8'>k</dataValue></dataValues></axis>";
-        QTest::newRow("kind zero") << "<axis>" + fields + "<dataValues><dataValue type='0'>k</dataValue></dataValues></axis>";
-        QTest::newRow("negative kind") << "<axis>" + fields + "<dataValues><dataValue type='-7'>k</dataValue></dataValues></axis>";
-        QTest::newRow("kind not a number") << "<axis>" + fields + "<dataValues><dataValue type='seven'>k</dataValue></dataValues></axis>";
+        QTest::newRow("unknown kind") << "<axis>" + fields
+                + "<dataValues><dataValue type='8'>k</dataValue></dataValues></axis>";
+        QTest::newRow("kind zero") << "<axis>" + fields
+                + "<dataValues><dataValue type='0'>k</dataValue></dataValues></axis>";
+        QTest::newRow("negative kind") << "<axis>" + fields
+                + "<dataValues><dataValue type='-7'>k</dataValue></dataValues></axis>";
+        QTest::newRow("kind not a number")
+            << "<axis>" + fields + "<dataValues><dataValue type='seven'>k</dataValue></dataValues></axis>";
         QTest::newRow("kind missing") << "<axis>" + fields + "<dataValues><dataValue>k</dataValue></dataValues></axis>";
-        QTest::newRow("foreign value") << "<axis>" + fields + "<dataValues><value type='7'>k</value></dataValues></axis>";
+        QTest::newRow("foreign value") << "<axis>" + fields
+                + "<dataValues><value type='7'>k</value></dataValues></axis>";
         QTest::newRow("two value lists") << "<axis>" + fields + "<dataValues/><dataValues/></axis>";
         QString many = "<axis>" + fields + "<dataValues>";
         for (int i = 0; i < 300; ++i)

@@ -117,8 +117,7 @@ private slots:
         QVERIFY(!polar.removePolarAxis(1));
         QVERIFY(polar.removePolarAxis(0));
         QVERIFY(TGraphDocument::ratioUids(TGraphDocument::create(polar)).isEmpty());
-        while (polar.insertPolarAxis(-1, TAxis())) {
-        }
+        while (polar.insertPolarAxis(-1, TAxis())) { }
         QCOMPARE(polar.getAxesData().size(), VNViewer2DGraph::maxAxisCount());
 
         // A viewer of no known kind cannot be written, and the document says so.
@@ -132,8 +131,8 @@ private slots:
 
     void setViewerReplacesOnlyTheViewer()
     {
-        QDomDocument document = documentWith(viewerXml("version='1' typeView='1'",
-                                                        "<axes>" + axisXml("A") + axisXml("B") + "</axes><curves/>"));
+        QDomDocument document = documentWith(
+            viewerXml("version='1' typeView='1'", "<axes>" + axisXml("A") + axisXml("B") + "</axes><curves/>"));
         QCOMPARE(TGraphDocument::ratioUids(document), QStringList({"A", "B"}));
         QVERIFY(TGraphDocument::setViewer(document, ternary()));
         QCOMPARE(TGraphDocument::ratioUids(document), QStringList({"ST-C27", "ST-C28", "ST-C29"}));
@@ -145,13 +144,14 @@ private slots:
     void ratioUidsGiveOneEntryPerAxis()
     {
         // First value of kind 7 that carries a text; axes without one give "".
-        const QString axes = axisXml(QString()) + "<axis><label/><minimum>0</minimum><maximum>1</maximum>"
-                             "<logarithmic>1</logarithmic><dataValues><dataValue type='7'></dataValue>"
-                             "<dataValue type='1'>name</dataValue><dataValue type='7'>SECOND</dataValue>"
-                             "<dataValue type='7'>THIRD</dataValue></dataValues></axis>"
-                             + axisXml("  KEY WITH SPACES ");
-        QCOMPARE(TGraphDocument::ratioUids(documentWith(viewerXml("version='1' typeView='2'",
-                                                                  "<axes>" + axes + "</axes><curves/>"))),
+        const QString axes = axisXml(QString())
+            + "<axis><label/><minimum>0</minimum><maximum>1</maximum>"
+              "<logarithmic>1</logarithmic><dataValues><dataValue type='7'></dataValue>"
+              "<dataValue type='1'>name</dataValue><dataValue type='7'>SECOND</dataValue>"
+              "<dataValue type='7'>THIRD</dataValue></dataValues></axis>"
+            + axisXml("  KEY WITH SPACES ");
+        QCOMPARE(TGraphDocument::ratioUids(
+                     documentWith(viewerXml("version='1' typeView='2'", "<axes>" + axes + "</axes><curves/>"))),
                  QStringList({"", "SECOND", "  KEY WITH SPACES "}));
 
         QCOMPARE(TGraphDocument::ratioUids(documentWith(viewerXml("version='1' typeView='3'",
@@ -163,13 +163,15 @@ private slots:
     void ratioUidsOfIncompleteDocumentsAreEmpty_data()
     {
         QTest::addColumn<QString>("xml");
-        const QString good = viewerXml("version='1' typeView='1'", "<axes>" + axisXml("A") + axisXml("B") + "</axes><curves/>");
+        const QString good
+            = viewerXml("version='1' typeView='1'", "<axes>" + axisXml("A") + axisXml("B") + "</axes><curves/>");
         QTest::newRow("no TDataXml") << "<GraphDocument><Viewer2DGraph/></GraphDocument>";
-        QTest::newRow("TDataXml deeper down") << "<GraphDocument><x><TDataXml>" + good + "</TDataXml></x></GraphDocument>";
+        QTest::newRow("TDataXml deeper down")
+            << "<GraphDocument><x><TDataXml>" + good + "</TDataXml></x></GraphDocument>";
         QTest::newRow("empty TDataXml") << "<GraphDocument><TDataXml>text only</TDataXml></GraphDocument>";
-        QTest::newRow("viewer not first")
-            << "<GraphDocument><TDataXml><note/>" + good + "</TDataXml></GraphDocument>";
-        QTest::newRow("unknown viewer") << "<GraphDocument><TDataXml><Viewer3D version='1' typeView='1'/></TDataXml></GraphDocument>";
+        QTest::newRow("viewer not first") << "<GraphDocument><TDataXml><note/>" + good + "</TDataXml></GraphDocument>";
+        QTest::newRow("unknown viewer")
+            << "<GraphDocument><TDataXml><Viewer3D version='1' typeView='1'/></TDataXml></GraphDocument>";
         QTest::newRow("no document element") << "";
     }
 
@@ -203,10 +205,10 @@ private slots:
         QTest::newRow("two axes lists") << viewerXml("version='1' typeView='2'", "<axes/><axes/><curves/>");
         QTest::newRow("foreign element among axes")
             << viewerXml("version='1' typeView='2'", "<axes>" + axisXml("A") + "<curve/></axes><curves/>");
-        QTest::newRow("broken axis")
-            << viewerXml("version='1' typeView='2'", "<axes><axis><label/></axis></axes><curves/>");
-        QTest::newRow("broken curve")
-            << viewerXml("version='1' typeView='1'", "<axes>" + axisXml("A") + axisXml("B") + "</axes><curves><curve/></curves>");
+        QTest::newRow("broken axis") << viewerXml("version='1' typeView='2'",
+                                                  "<axes><axis><label/></axis></axes><curves/>");
+        QTest::newRow("broken curve") << viewerXml(
+            "version='1' typeView='1'", "<axes>" + axisXml("A") + axisXml("B") + "</axes><curves><curve/></curves>");
         QTest::newRow("no title") << "<Viewer2DGraph version='1' typeView='1'>" + two + "</Viewer2DGraph>";
         QString many = "<axes>";
         for (int i = 0; i < 65; ++i)
@@ -238,8 +240,8 @@ private slots:
         TDataXml file;
         QVERIFY(file.open(path));
         QVERIFY(file.errorString().isEmpty());
-        const QDomElement viewerElement =
-            TXMLMethod::getChildElement(file.contentElement(), "TDataXml").firstChildElement();
+        const QDomElement viewerElement
+            = TXMLMethod::getChildElement(file.contentElement(), "TDataXml").firstChildElement();
         const TDataXml inner(viewerElement);
         QCOMPARE(inner.contentElement(), viewerElement);
         VNViewer2DGraph viewer;
@@ -259,7 +261,9 @@ private slots:
         QByteArray laughs = "<!DOCTYPE l [<!ENTITY a \"aaaaaaaaaa\">";
         for (int i = 1; i < 10; ++i)
             laughs += QStringLiteral("<!ENTITY %1 \"&%2;&%2;&%2;&%2;&%2;&%2;&%2;&%2;&%2;&%2;\">")
-                          .arg(QChar('a' + i)).arg(QChar('a' + i - 1)).toUtf8();
+                          .arg(QChar('a' + i))
+                          .arg(QChar('a' + i - 1))
+                          .toUtf8();
         QTest::newRow("entity expansion") << laughs + "]><l>&j;</l>";
         QTest::newRow("undeclared entity") << QByteArray("<g>&nothing;</g>");
         QTest::newRow("deep nesting") << QByteArray("<a>").repeated(100000) + QByteArray("</a>").repeated(100000);

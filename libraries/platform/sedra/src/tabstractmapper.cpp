@@ -18,8 +18,7 @@ namespace Sedra {
 
 TAbstractMapper::TAbstractMapper(int type)
     : m_type(type)
-{
-}
+{ }
 
 TAbstractMapper::~TAbstractMapper() = default;
 

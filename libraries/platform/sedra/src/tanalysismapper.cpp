@@ -6,7 +6,6 @@
 
 #include <vnobject2analysis.h>
 
-
 namespace Sedra {
 
 namespace {
@@ -16,8 +15,7 @@ const QString ModulationProperty = QStringLiteral("Modulation");
 TAnalysisMapper::TAnalysisMapper(const QString& fileSuffix)
     : TAbstractMapper(VNObjectTypeAnalysis)
     , m_fileSuffix(fileSuffix)
-{
-}
+{ }
 
 TAnalysisMapper::~TAnalysisMapper() = default;
 

@@ -15,8 +15,7 @@ const QString FormulaProperty = QStringLiteral("Formula");
 
 TCompoundMapper::TCompoundMapper()
     : TAbstractMapper(VNObjectTypeCompound)
-{
-}
+{ }
 
 TCompoundMapper::~TCompoundMapper() = default;
 

@@ -28,8 +28,7 @@ TDatabase::TDatabase(const DatabaseType& type, QObject* parent)
     : QObject(parent)
     , m_type(type)
     , m_header(new THeaderDatabase)
-{
-}
+{ }
 
 TDatabase::~TDatabase()
 {
@@ -56,8 +55,8 @@ void TDatabase::setMapperFactory(TMapperFactory* factory)
     m_factory = factory;
     if (!factory)
         return;
-    const QList<TAbstractMapper*> made =
-        isReferenceDatabase(m_type) ? factory->createReferenceMappers() : factory->createProjectMappers();
+    const QList<TAbstractMapper*> made
+        = isReferenceDatabase(m_type) ? factory->createReferenceMappers() : factory->createProjectMappers();
     for (TAbstractMapper* mapper : made) {
         if (m_mappers.contains(mapper->type())) {
             delete mapper; // the first creator of a kind wins

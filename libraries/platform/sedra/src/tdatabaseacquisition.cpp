@@ -204,8 +204,8 @@ QString TDatabase::signalCreateDestFileName(const VNObject2Analysis* analysis, Q
     };
     for (int n = 2;; ++n) {
         const QString file = fileOf(candidate);
-        const bool taken = (signalMapper && signalMapper->signalExists(analysis->name(), candidate)) || QFileInfo::exists(file)
-            || QFileInfo(file).fileName().toLower() == own;
+        const bool taken = (signalMapper && signalMapper->signalExists(analysis->name(), candidate))
+            || QFileInfo::exists(file) || QFileInfo(file).fileName().toLower() == own;
         if (!taken)
             break;
         candidate = QStringLiteral("%1 %2").arg(base).arg(n);

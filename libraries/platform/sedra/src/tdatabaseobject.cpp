@@ -9,8 +9,7 @@ namespace Sedra {
 
 TDatabaseObject::TDatabaseObject(VNObject2* object)
     : m_object(object)
-{
-}
+{ }
 
 TDatabaseObject::~TDatabaseObject()
 {

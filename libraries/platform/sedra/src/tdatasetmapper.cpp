@@ -10,8 +10,7 @@ namespace Sedra {
 
 TDatasetMapper::TDatasetMapper()
     : TAbstractMapper(VNObjectTypeDataset)
-{
-}
+{ }
 
 TDatasetMapper::~TDatasetMapper() = default;
 

@@ -5,8 +5,7 @@ namespace Sedra {
 TFileObject::TFileObject(VNObject2* object, const QString& relativePath)
     : TPropertyObject(object)
     , m_relativePath(relativePath)
-{
-}
+{ }
 
 TFileObject::~TFileObject() = default;
 

@@ -4,8 +4,7 @@ namespace Sedra {
 
 TGlobalIndexationMapper::TGlobalIndexationMapper()
     : TIndexationMapper(VNObjectTypeGlobalIndexation)
-{
-}
+{ }
 
 TGlobalIndexationMapper::~TGlobalIndexationMapper() = default;
 

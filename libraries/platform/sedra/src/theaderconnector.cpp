@@ -36,8 +36,7 @@ const char* const THeaderConnector::SerialKey = "serial_number";
 
 THeaderConnector::THeaderConnector()
     : m_connectionName(QStringLiteral("sedra-header-%1").arg(s_connectionCounter.fetchAndAddOrdered(1)))
-{
-}
+{ }
 
 THeaderConnector::~THeaderConnector()
 {
@@ -47,10 +46,14 @@ THeaderConnector::~THeaderConnector()
 QString THeaderConnector::fileNameForType(DatabaseType type)
 {
     switch (type) {
-    case DatabaseToviDelivered: return QStringLiteral("tovi-delivered.sqlite");
-    case DatabaseToviUser: return QStringLiteral("tovi-user.sqlite");
-    case DatabaseToviMerged: return QStringLiteral("tovi-merged.sqlite");
-    default: return QStringLiteral("project.sqlite");
+    case DatabaseToviDelivered:
+        return QStringLiteral("tovi-delivered.sqlite");
+    case DatabaseToviUser:
+        return QStringLiteral("tovi-user.sqlite");
+    case DatabaseToviMerged:
+        return QStringLiteral("tovi-merged.sqlite");
+    default:
+        return QStringLiteral("project.sqlite");
     }
 }
 
@@ -123,7 +126,8 @@ bool THeaderConnector::checkSchema(QString* error) const
     // Reading the table list is the first access to the file: it is where
     // SQLite finds out that the file is not a database at all.
     QSqlQuery query(database());
-    if (!query.prepare(QStringLiteral("SELECT name FROM sqlite_master WHERE type = ?")) || !bindAndRun(query, "table")) {
+    if (!query.prepare(QStringLiteral("SELECT name FROM sqlite_master WHERE type = ?"))
+        || !bindAndRun(query, "table")) {
         *error = damaged(query.lastError().text());
         return false;
     }

@@ -489,7 +489,8 @@ QList<THeaderRow> THeaderDatabase::readRows() const
         while (properties.next()) {
             const int index = byId.value(properties.value(0).toLongLong(), -1);
             if (index >= 0)
-                rows[index].properties.append(TProperty(properties.value(1).toString(), properties.value(2).toString()));
+                rows[index].properties.append(
+                    TProperty(properties.value(1).toString(), properties.value(2).toString()));
         }
     }
     return rows;

@@ -12,15 +12,13 @@ const QString RetentionProperty = QStringLiteral("RetentionTime");
 
 bool isIndexationKind(int type)
 {
-    return type == VNObjectTypeIndexation || type == VNObjectTypePeakDetection
-        || type == VNObjectTypeGlobalIndexation;
+    return type == VNObjectTypeIndexation || type == VNObjectTypePeakDetection || type == VNObjectTypeGlobalIndexation;
 }
 } // namespace
 
 TIdentificationMapper::TIdentificationMapper()
     : TAbstractMapper(VNObjectTypeIdentification)
-{
-}
+{ }
 
 TIdentificationMapper::~TIdentificationMapper() = default;
 

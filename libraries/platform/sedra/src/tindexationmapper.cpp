@@ -15,13 +15,11 @@ const QChar Separator = QLatin1Char('\n');
 
 TIndexationMapper::TIndexationMapper()
     : TAbstractMapper(VNObjectTypeIndexation)
-{
-}
+{ }
 
 TIndexationMapper::TIndexationMapper(int type)
     : TAbstractMapper(type)
-{
-}
+{ }
 
 TIndexationMapper::~TIndexationMapper() = default;
 
@@ -30,8 +28,7 @@ VNObject2* TIndexationMapper::newObject(const QString& name) const
     return new VNObject2Indexation(name, type());
 }
 
-TPropertyObject* TIndexationMapper::createIndexation(const QString& name, const QStringList& analyses,
-                                                     bool flush) const
+TPropertyObject* TIndexationMapper::createIndexation(const QString& name, const QStringList& analyses, bool flush) const
 {
     if (name.isEmpty() || !database() || exists(name))
         return nullptr;

@@ -4,8 +4,7 @@ namespace Sedra {
 
 TMutableObject::TMutableObject(VNObject2* object)
     : TPropertyObject(object)
-{
-}
+{ }
 
 TMutableObject::~TMutableObject() = default;
 

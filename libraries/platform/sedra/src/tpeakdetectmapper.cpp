@@ -4,8 +4,7 @@ namespace Sedra {
 
 TPeakDetectMapper::TPeakDetectMapper()
     : TIndexationMapper(VNObjectTypePeakDetection)
-{
-}
+{ }
 
 TPeakDetectMapper::~TPeakDetectMapper() = default;
 

@@ -14,8 +14,7 @@ public:
     TProperty(const QString& name, const QString& value)
         : m_name(name)
         , m_value(value)
-    {
-    }
+    { }
     const QString& name() const { return m_name; }
     const QString& value() const { return m_value; }
     void setValue(const QString& value) { m_value = value; }

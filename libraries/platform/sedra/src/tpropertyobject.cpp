@@ -6,8 +6,7 @@ namespace Sedra {
 
 TPropertyObject::TPropertyObject(VNObject2* object)
     : TDatabaseObject(object)
-{
-}
+{ }
 
 TPropertyObject::~TPropertyObject() = default;
 

@@ -17,8 +17,7 @@ const QString IonsProperty = QStringLiteral("Ions");
 
 TSignalMapper::TSignalMapper()
     : TAbstractMapper(VNObjectTypeSignal)
-{
-}
+{ }
 
 TSignalMapper::~TSignalMapper() = default;
 
@@ -133,9 +132,9 @@ TDatabaseObject* TSignalMapper::recordFromRow(const THeaderRow& row) const
         return nullptr;
     made->setTag(hashTag(analysisHash(row.parentKey), row.name));
     // Analyses are read back before signals (kinds in ascending order).
-    const TDatabaseObject* analysis =
-        header() && row.parentType == VNObjectTypeAnalysis ? header()->findByKey(row.parentType, row.parentKey)
-                                                            : nullptr;
+    const TDatabaseObject* analysis = header() && row.parentType == VNObjectTypeAnalysis
+        ? header()->findByKey(row.parentType, row.parentKey)
+        : nullptr;
     if (analysis)
         static_cast<VNObject2Signal*>(made->object())
             ->setAnalysis(static_cast<const VNObject2Analysis*>(analysis->object()));

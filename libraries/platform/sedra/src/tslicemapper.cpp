@@ -16,8 +16,7 @@ const QString EndProperty = QStringLiteral("End");
 
 TSliceMapper::TSliceMapper()
     : TAbstractMapper(VNObjectTypeSlice)
-{
-}
+{ }
 
 TSliceMapper::~TSliceMapper() = default;
 

@@ -16,8 +16,7 @@ const QString DateProperty = QStringLiteral("Date");
 
 TToviProcessMapper::TToviProcessMapper()
     : TAbstractMapper(VNObjectTypeToviProcess)
-{
-}
+{ }
 
 TToviProcessMapper::~TToviProcessMapper() = default;
 

@@ -12,12 +12,11 @@ namespace Sedra {
 namespace {
 const QString Reference1Property = QStringLiteral("Reference1");
 const QString Reference2Property = QStringLiteral("Reference2");
-}
+} // namespace
 
 TVariableMapper::TVariableMapper()
     : TAbstractMapper(VNObjectTypeVariable)
-{
-}
+{ }
 
 TVariableMapper::~TVariableMapper() = default;
 
@@ -28,8 +27,7 @@ QString TVariableMapper::pairTag(const QString& reference1, const QString& refer
 }
 
 TPropertyObject* TVariableMapper::createVariable(const VNObject2Dataset* dataset, const QString& name,
-                                                 const QString& reference1, const QString& reference2,
-                                                 bool flush) const
+                                                 const QString& reference1, const QString& reference2, bool flush) const
 {
     if (name.isEmpty() || !database() || (dataset && !database()->record(dataset)))
         return nullptr;

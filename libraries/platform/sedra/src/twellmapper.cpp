@@ -8,8 +8,7 @@ namespace Sedra {
 
 TWellMapper::TWellMapper()
     : TAbstractMapper(VNObjectTypeWell)
-{
-}
+{ }
 
 TWellMapper::~TWellMapper() = default;
 

@@ -18,8 +18,9 @@ namespace {
 // Every stored field of a graph's information, `number` included, in one list.
 QStringList fieldsOf(const TToviGraph::GraphInformation& i)
 {
-    return {i.toviName, QString::number(i.number), i.literatureReference, i.comments, i.expectedUnit,
-            i.expectedAnalysisType, i.studyType, i.familyName, i.processType, QString::number(i.isORL)};
+    return {i.toviName,     QString::number(i.number), i.literatureReference, i.comments,
+            i.expectedUnit, i.expectedAnalysisType,    i.studyType,           i.familyName,
+            i.processType,  QString::number(i.isORL)};
 }
 
 QString drawingOf(const TDatabaseObject* record)
@@ -128,9 +129,8 @@ void TestToviGraph::graphInformationKeepsItsFieldsAcrossReload()
     QCOMPARE(g->graph()->getTitle(), info.toviName);
     // The keys the selector shows for graphs are there.
     for (const char* key : {TToviGraph::KeyMasterName, TToviGraph::KeyExpectedUnit, TToviGraph::KeyComments,
-                            TToviGraph::KeyAnalysisType, TToviGraph::KeyLiteratureReference,
-                            TToviGraph::KeyStudyType, TToviGraph::KeyProcessType, TToviGraph::KeyFamilyName,
-                            TToviGraph::KeyRatioUID})
+                            TToviGraph::KeyAnalysisType, TToviGraph::KeyLiteratureReference, TToviGraph::KeyStudyType,
+                            TToviGraph::KeyProcessType, TToviGraph::KeyFamilyName, TToviGraph::KeyRatioUID})
         QVERIFY2(g->hasProperty(QLatin1String(key)), key);
 }
 
@@ -245,15 +245,16 @@ void TestToviGraph::syncOnTheFileAloneAndOnTamperedPaths()
     ToviTestDatabase probe(DatabaseToviUser, path, nullptr);
     QVERIFY(probe.opened);
     const QString file = probe.fileName();
-    QCOMPARE(runSql(file, {QStringLiteral("UPDATE objects SET path = '../outside.xml' WHERE key = '%1'").arg(climbing),
-                           QStringLiteral("SELECT changes()")}),
+    QCOMPARE(runSql(file,
+                    {QStringLiteral("UPDATE objects SET path = '../outside.xml' WHERE key = '%1'").arg(climbing),
+                     QStringLiteral("SELECT changes()")}),
              QVariant(1));
     // A database without mappers holds no records: the sync works on the
     // rows of the file.
     QVERIFY(probe.tovi()->graphOverlaySync());
-    QCOMPARE(QSet<QString>(probe.tovi()->lastSyncReport().removed.begin(),
-                           probe.tovi()->lastSyncReport().removed.end()),
-             QSet<QString>({bad, climbing}));
+    QCOMPARE(
+        QSet<QString>(probe.tovi()->lastSyncReport().removed.begin(), probe.tovi()->lastSyncReport().removed.end()),
+        QSet<QString>({bad, climbing}));
     QCOMPARE(rowsOfKind(file, VNObjectTypeGraph), 1);
     QVERIFY(QFileInfo(outside).isFile());
     ToviKinds db(DatabaseToviUser, path, &m_factory);
@@ -314,8 +315,7 @@ void TestToviGraph::copyContentBringsTheDrawing()
     QVERIFY(written.open(QIODevice::ReadOnly));
     QCOMPARE(written.readAll(), drawing);
     QVERIFY(drawingOf(copy).startsWith(targetPath));
-    TToviOverlay* overlayCopy =
-        target.overlays->overlayCreate(copy->graph(), o->identifier());
+    TToviOverlay* overlayCopy = target.overlays->overlayCreate(copy->graph(), o->identifier());
     QVERIFY(overlayCopy->copyContent(o));
     QCOMPARE(overlayCopy->getEquation(), QStringLiteral("no equation in model"));
     QVERIFY(QFileInfo(drawingOf(overlayCopy)).isFile());

@@ -35,7 +35,8 @@ std::unique_ptr<TToviCompound> model(const QString& masterName, const QString& t
     made->setCas(cas);
     made->setFormula(QStringLiteral("C19H40"));
     made->setInChIKey(QStringLiteral("XOJVVFBFDXDTEG-UHFFFAOYSA-N"));
-    made->setInChI(QStringLiteral("InChI=1S/C19H40/c1-16(2)10-7-11-17(3)12-8-13-18(4)14-9-15-19(5)6/h16-19H,7-15H2,1-6H3"));
+    made->setInChI(
+        QStringLiteral("InChI=1S/C19H40/c1-16(2)10-7-11-17(3)12-8-13-18(4)14-9-15-19(5)6/h16-19H,7-15H2,1-6H3"));
     made->setFamily(QStringLiteral("isoprenoids"));
     made->setCarbons(QStringLiteral("19"));
     made->setOrlName(QStringLiteral("Pr"));
@@ -126,12 +127,11 @@ void TestToviStorage::compoundsAreFoundByEveryKeyAndSurviveReload()
         QVERIFY(pr && ph);
         QVERIFY2(ph->compoundId().startsWith(QLatin1String("USR-C")), qPrintable(ph->compoundId()));
         // Every key the selector lists is stored.
-        for (const char* key : {TToviCompound::KeyId, TToviCompound::KeyMasterName, TToviCompound::KeyInChI,
-                                TToviCompound::KeyInChIKey, TToviCompound::KeyFormula, TToviCompound::KeyCAS,
-                                TToviCompound::KeyFamily, TToviCompound::KeyCarbons, TToviCompound::KeyORLName,
-                                TToviCompound::KeyToVIKey, TToviCompound::KeyAnalysisType,
-                                TToviCompound::KeyStudyType, TToviCompound::KeyExpectedIons,
-                                TToviCompound::KeyFamilyName})
+        for (const char* key :
+             {TToviCompound::KeyId, TToviCompound::KeyMasterName, TToviCompound::KeyInChI, TToviCompound::KeyInChIKey,
+              TToviCompound::KeyFormula, TToviCompound::KeyCAS, TToviCompound::KeyFamily, TToviCompound::KeyCarbons,
+              TToviCompound::KeyORLName, TToviCompound::KeyToVIKey, TToviCompound::KeyAnalysisType,
+              TToviCompound::KeyStudyType, TToviCompound::KeyExpectedIons, TToviCompound::KeyFamilyName})
             QVERIFY2(pr->hasProperty(QLatin1String(key)), key);
         QCOMPARE(pr->property(QLatin1String(TToviCompound::KeyId)), QStringLiteral("C-PR"));
         QCOMPARE(pr->compound()->db(), &db);
@@ -234,11 +234,10 @@ void TestToviStorage::ratiosKeepTheirElevenValuesAndDisplayOrder()
     const QString path = folder();
     {
         Reference db(DatabaseToviUser, path, &m_factory);
-        TToviRatio* prph = db.ratios->createRatio(QStringLiteral("R001"), QStringLiteral("Pr/Ph"),
-                                                  QStringLiteral("Pr / Ph"), QStringLiteral("Pr/Ph"), 20,
-                                                  QStringLiteral("Redox"), QStringLiteral("GC-MS"),
-                                                  QStringLiteral("Peak area ratio"), QStringLiteral("Saturates"),
-                                                  QStringLiteral("57;71"), QStringLiteral("Didyk et al. 1978"));
+        TToviRatio* prph = db.ratios->createRatio(
+            QStringLiteral("R001"), QStringLiteral("Pr/Ph"), QStringLiteral("Pr / Ph"), QStringLiteral("Pr/Ph"), 20,
+            QStringLiteral("Redox"), QStringLiteral("GC-MS"), QStringLiteral("Peak area ratio"),
+            QStringLiteral("Saturates"), QStringLiteral("57;71"), QStringLiteral("Didyk et al. 1978"));
         QVERIFY(prph);
         QVERIFY(plainRatio(db.ratios, QStringLiteral("R002"), QStringLiteral("CPI"), 10));
         // A second ratio of the same master name, and one placed at the end.
@@ -263,16 +262,24 @@ void TestToviStorage::ratiosKeepTheirElevenValuesAndDisplayOrder()
     Reference db(DatabaseToviUser, path, &m_factory);
     TToviRatio* prph = db.ratios->ratio(QStringLiteral("R001"));
     QVERIFY(prph);
-    const QStringList stored{prph->masterName(), prph->displayFormula(), prph->formula(),
-                             QString::number(prph->displayOrder()), QString::number(prph->ratio()->displayOrder()),
-                             prph->studyType(), prph->analysisType(), prph->processType(), prph->familyName(),
-                             prph->expectedIons(), prph->literatureReference()};
-    QCOMPARE(stored, (QStringList{"Pr/Ph", "Pr / Ph", "Pr/Ph", "20", "20", "Redox", "GC-MS", "Peak area ratio",
-                                  "Saturates", "57;71", "Didyk et al. 1978"}));
-    for (const char* key : {TToviRatio::KeyId, TToviRatio::KeyMasterName, TToviRatio::KeyDisplayFormula,
-                            TToviRatio::KeyFormula, TToviRatio::KeyStudyType, TToviRatio::KeyAnalysisType,
-                            TToviRatio::KeyProcessType, TToviRatio::KeyFamilyName, TToviRatio::KeyExpectedIons,
-                            TToviRatio::KeyLiteratureReference})
+    const QStringList stored{prph->masterName(),
+                             prph->displayFormula(),
+                             prph->formula(),
+                             QString::number(prph->displayOrder()),
+                             QString::number(prph->ratio()->displayOrder()),
+                             prph->studyType(),
+                             prph->analysisType(),
+                             prph->processType(),
+                             prph->familyName(),
+                             prph->expectedIons(),
+                             prph->literatureReference()};
+    QCOMPARE(stored,
+             (QStringList{"Pr/Ph", "Pr / Ph", "Pr/Ph", "20", "20", "Redox", "GC-MS", "Peak area ratio", "Saturates",
+                          "57;71", "Didyk et al. 1978"}));
+    for (const char* key :
+         {TToviRatio::KeyId, TToviRatio::KeyMasterName, TToviRatio::KeyDisplayFormula, TToviRatio::KeyFormula,
+          TToviRatio::KeyStudyType, TToviRatio::KeyAnalysisType, TToviRatio::KeyProcessType, TToviRatio::KeyFamilyName,
+          TToviRatio::KeyExpectedIons, TToviRatio::KeyLiteratureReference})
         QVERIFY2(prph->hasProperty(QLatin1String(key)), key);
 
     QCOMPARE(db.ratios->getByMasterName(QStringLiteral("Pr/Ph")), prph);
@@ -283,8 +290,9 @@ void TestToviStorage::ratiosKeepTheirElevenValuesAndDisplayOrder()
     QStringList ordered;
     for (const TToviRatio* r : db.ratios->listByDisplayOrder())
         ordered.append(r->masterName());
-    QCOMPARE(ordered, QStringList({QStringLiteral("CPI"), QStringLiteral("Pr/Ph"), QStringLiteral("Pr/Ph"),
-                                   QStringLiteral("Ts/(Ts+Tm)")}));
+    QCOMPARE(ordered,
+             QStringList({QStringLiteral("CPI"), QStringLiteral("Pr/Ph"), QStringLiteral("Pr/Ph"),
+                          QStringLiteral("Ts/(Ts+Tm)")}));
 
     QCOMPARE(db.ratios->getByAliasesValue(QStringLiteral("pristane/phytane")), QList<const VNObject2*>{prph->object()});
     QVERIFY(db.ratios->getByAliasesValue(QStringLiteral("Pristane/Phytane")).isEmpty());
@@ -560,7 +568,8 @@ void TestToviStorage::batchWritesOnceAtTheEnd()
         QVERIFY(db.aliases->aliasCreate(gone->object(), QStringLiteral("f"), QStringLiteral("W"), QStringLiteral("v")));
         QVERIFY(db.compounds->remove(gone->object(), true, true));
         const VNObject2* c7 = db.aliases->getByValue(QStringLiteral("alias 7")).first()->getParent()->object();
-        QVERIFY(db.aliases->aliasUpdate(c7, QStringLiteral("masterName"), QStringLiteral("V"), QStringLiteral("seven")));
+        QVERIFY(
+            db.aliases->aliasUpdate(c7, QStringLiteral("masterName"), QStringLiteral("V"), QStringLiteral("seven")));
         QCOMPARE(db.tovi()->referenceDatabase(), &db);
         // Nothing is in the file before the outermost batch ends.
         QCOMPARE(rowsOfKind(db.fileName(), VNObjectTypeCompound), 0);

@@ -104,8 +104,9 @@ void TestDatabase::synchronizeRegistersAndKeepsMissing()
         QCOMPARE(report.missing, QStringList{QStringLiteral("Gone")});
         QVERIFY(p.analyses()->exists(QStringLiteral("Gone")));
         QCOMPARE(p.analyses()->count(), 4);
-        const QString missing = language == QLatin1String("en") ? QStringLiteral("The folder of analysis <b>Gone</b> is missing")
-                                                                : QStringLiteral("Le dossier de l'analyse <b>Gone</b> est introuvable");
+        const QString missing = language == QLatin1String("en")
+            ? QStringLiteral("The folder of analysis <b>Gone</b> is missing")
+            : QStringLiteral("Le dossier de l'analyse <b>Gone</b> est introuvable");
         const QStringList warnings = logger.messages(MessageLoggerInterface::LevelWarning);
         QCOMPARE(warnings.size(), 1);
         QVERIFY2(warnings.first().startsWith(missing), qPrintable(warnings.first()));
@@ -114,7 +115,8 @@ void TestDatabase::synchronizeRegistersAndKeepsMissing()
     // A folder whose name an analysis elsewhere already has is not taken over.
     {
         TestProject p(dir.path());
-        QVERIFY(p.analyses()->createAnalysisInFolder(QStringLiteral("Twin"), QStringLiteral("Analyses/Elsewhere"), true));
+        QVERIFY(
+            p.analyses()->createAnalysisInFolder(QStringLiteral("Twin"), QStringLiteral("Analyses/Elsewhere"), true));
         QVERIFY(root.mkpath(QStringLiteral("Analyses/Twin")));
         // Names another system reads as a drive or a separator are not stored.
         QVERIFY(root.mkpath(QStringLiteral("Analyses/C:run")));
@@ -226,15 +228,18 @@ void TestDatabase::lookUpsAfterReload()
                                                   QStringLiteral("C%1").arg(i % 7), false));
         }
         // Pairs that would collide if the two keys were simply glued together.
-        QVERIFY(p.variables()->createVariable(nullptr, QStringLiteral("ab|c"), QStringLiteral("ab"), QStringLiteral("c"), false));
-        QVERIFY(p.variables()->createVariable(nullptr, QStringLiteral("a|bc"), QStringLiteral("a"), QStringLiteral("bc"), false));
+        QVERIFY(p.variables()->createVariable(nullptr, QStringLiteral("ab|c"), QStringLiteral("ab"),
+                                              QStringLiteral("c"), false));
+        QVERIFY(p.variables()->createVariable(nullptr, QStringLiteral("a|bc"), QStringLiteral("a"),
+                                              QStringLiteral("bc"), false));
         auto* peaks = p.mapper<TPeakDetectMapper>(VNObjectTypePeakDetection);
         TPropertyObject* detection = peaks->createIndexation(QStringLiteral("Peaks"), {QStringLiteral("A1")}, false);
         QVERIFY(detection);
         QVERIFY(p.mapper<TIdentificationMapper>(VNObjectTypeIdentification)
                     ->createIdentification(detection->object(), QStringLiteral("Pristane"), 17.25, false));
         QVERIFY(p.mapper<TSliceMapper>(VNObjectTypeSlice)
-                    ->createSlice(p.analyses()->getAnalysis(QStringLiteral("A2")), QStringLiteral("Steranes"), 40.0, 55.5, false));
+                    ->createSlice(p.analyses()->getAnalysis(QStringLiteral("A2")), QStringLiteral("Steranes"), 40.0,
+                                  55.5, false));
         QVERIFY(p.db->headerDb()->flushDatabase());
     }
     TestProject p(dir.path());
@@ -251,9 +256,11 @@ void TestDatabase::lookUpsAfterReload()
     QCOMPARE(tic->analysis(), a123);
     QCOMPARE(tic->key(), QStringLiteral("A123/TIC"));
     QCOMPARE(p.signalMapper()->get(QStringLiteral("A123/TIC")), tic);
-    QCOMPARE(p.signalMapper()->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A123"))),
-             tic);
-    QVERIFY(!p.signalMapper()->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A9999"))));
+    QCOMPARE(
+        p.signalMapper()->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A123"))),
+        tic);
+    QVERIFY(!p.signalMapper()->getSignalByHash(QStringLiteral("TIC"),
+                                               TSignalMapper::analysisHash(QStringLiteral("A9999"))));
     QVERIFY(!p.signalMapper()->getSignal(QStringLiteral("A123"), QStringLiteral("tic")));
     QCOMPARE(TAbstractMapper::getObjectChildLst(a123, VNObjectTypeSignal).size(), 2);
 
@@ -263,8 +270,8 @@ void TestDatabase::lookUpsAfterReload()
     QCOMPARE(p.db->getReference(QStringLiteral("a"), QStringLiteral("bc"))->name(), QStringLiteral("a|bc"));
 
     auto* identifications = p.mapper<TIdentificationMapper>(VNObjectTypeIdentification);
-    const QList<const VNObject2*> found =
-        identifications->identifications(p.mapper<TPeakDetectMapper>(VNObjectTypePeakDetection)->get(QStringLiteral("Peaks")));
+    const QList<const VNObject2*> found = identifications->identifications(
+        p.mapper<TPeakDetectMapper>(VNObjectTypePeakDetection)->get(QStringLiteral("Peaks")));
     QCOMPARE(found.size(), 1);
     QCOMPARE(identifications->retentionTime(found.first()), 17.25);
     double start = 0;
@@ -277,7 +284,8 @@ void TestDatabase::lookUpsAfterReload()
     // and only those.
     QVERIFY(p.db->removeObject(p.analyses()->getAnalysis(QStringLiteral("A2")), true));
     QVERIFY(!p.signalMapper()->getSignal(QStringLiteral("A2"), QStringLiteral("TIC")));
-    QVERIFY(!p.signalMapper()->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A2"))));
+    QVERIFY(
+        !p.signalMapper()->getSignalByHash(QStringLiteral("TIC"), TSignalMapper::analysisHash(QStringLiteral("A2"))));
     QVERIFY(p.signalMapper()->getSignal(QStringLiteral("A3"), QStringLiteral("TIC")));
     QCOMPARE(slices->count(), 0);
     QCOMPARE(p.signalMapper()->count(), 2 * count - 2);
@@ -307,8 +315,8 @@ void TestDatabase::childKeysStayApart()
         QVERIFY(!p.signalMapper()->signalExists(QStringLiteral("Oil"), QStringLiteral("z 191")));
         QCOMPARE(p.signalMapper()->get(QStringLiteral("Oil/TIC")), nullptr);
 
-        const auto* steranes = static_cast<const VNObject2Dataset*>(
-            p.datasets()->createDataset(QStringLiteral("Steranes"))->object());
+        const auto* steranes
+            = static_cast<const VNObject2Dataset*>(p.datasets()->createDataset(QStringLiteral("Steranes"))->object());
         QVERIFY(p.variables()->createVariable(steranes, QStringLiteral("20S/(20S+20R)"), QStringLiteral("R1"),
                                               QStringLiteral("C1")));
         QVERIFY(p.datasets()->createDataset(QStringLiteral("Taken")));
@@ -317,8 +325,8 @@ void TestDatabase::childKeysStayApart()
         QVERIFY(p.wells()->createWell(QStringLiteral("W")));
         QVERIFY(p.wells()->rename(p.wells()->get(QStringLiteral("W")), QStringLiteral("W-2")));
         // The old name is free again, for the dataset and for its variables.
-        const auto* again = static_cast<const VNObject2Dataset*>(
-            p.datasets()->createDataset(QStringLiteral("Steranes"))->object());
+        const auto* again
+            = static_cast<const VNObject2Dataset*>(p.datasets()->createDataset(QStringLiteral("Steranes"))->object());
         QVERIFY(again);
         QVERIFY(p.variables()->createVariable(again, QStringLiteral("20S/(20S+20R)"), QStringLiteral("R2"),
                                               QStringLiteral("C2")));
@@ -336,8 +344,10 @@ void TestDatabase::childKeysStayApart()
         QCOMPARE(p.signalMapper()->getSignalByHash(signalNames.at(i), TSignalMapper::analysisHash(analysis->key())),
                  signal);
     }
-    const QList<const VNObject2Variable*> moved = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("C29 steranes")));
-    const QList<const VNObject2Variable*> fresh = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("Steranes")));
+    const QList<const VNObject2Variable*> moved
+        = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("C29 steranes")));
+    const QList<const VNObject2Variable*> fresh
+        = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("Steranes")));
     QCOMPARE(moved.size(), 1);
     QCOMPARE(fresh.size(), 1);
     QVERIFY(moved.first() != fresh.first());
@@ -394,16 +404,17 @@ void TestDatabase::aboutToDeleteObjectsComesFirst()
     QStringList heard;
     bool allPresent = true;
     // A listener that drops what depends on the analysis: the peak detection.
-    QObject::connect(p.db.get(), &Sedra::TDatabase::aboutToDeleteObjects, p.db.get(),
-                     [&](QList<const VNObject2*>* objects) {
-                         for (const VNObject2* o : *objects) {
-                             heard << o->key();
-                             allPresent = allPresent && p.db->record(o) != nullptr;
-                         }
-                         objects->append(detection);
-                         objects->append(run); // named twice: removed once
-                     },
-                     Qt::DirectConnection);
+    QObject::connect(
+        p.db.get(), &Sedra::TDatabase::aboutToDeleteObjects, p.db.get(),
+        [&](QList<const VNObject2*>* objects) {
+            for (const VNObject2* o : *objects) {
+                heard << o->key();
+                allPresent = allPresent && p.db->record(o) != nullptr;
+            }
+            objects->append(detection);
+            objects->append(run); // named twice: removed once
+        },
+        Qt::DirectConnection);
     QVERIFY(p.db->removeObject(run, true));
     QCOMPARE(spy.count(), 1);
     QVERIFY(allPresent);

@@ -49,9 +49,9 @@ void fillProject(TestProject& p)
     QVERIFY(p.signalMapper()->setSignalIonList(static_cast<const VNObject2Signal*>(m191->object()), {191.0f, 217.0f}));
     TMutableObject* dataset = p.datasets()->createDataset(QStringLiteral("Biomarkers"));
     QVERIFY(dataset);
-    QVERIFY(p.variables()
-                ->createVariable(static_cast<const VNObject2Dataset*>(dataset->object()), QStringLiteral("Pr/Ph"),
-                                 QStringLiteral("R-PRPH"), QStringLiteral("C-PRISTANE")));
+    QVERIFY(p.variables()->createVariable(static_cast<const VNObject2Dataset*>(dataset->object()),
+                                          QStringLiteral("Pr/Ph"), QStringLiteral("R-PRPH"),
+                                          QStringLiteral("C-PRISTANE")));
     QVERIFY(p.mapper<TCompoundMapper>(VNObjectTypeCompound)
                 ->createCompound(QStringLiteral("Pristane"), QStringLiteral("1921-70-6"), QStringLiteral("C19H40")));
     QVERIFY(p.mapper<TIndexationMapper>(VNObjectTypeIndexation)
@@ -62,7 +62,8 @@ void fillProject(TestProject& p)
 void addAnalyses(TestProject& p, int count)
 {
     for (int i = 0; i < count; ++i) {
-        TFileObject* made = p.analyses()->createAnalysis(QStringLiteral("Run %1").arg(i, 4, 10, QLatin1Char('0')), false);
+        TFileObject* made
+            = p.analyses()->createAnalysis(QStringLiteral("Run %1").arg(i, 4, 10, QLatin1Char('0')), false);
         QVERIFY(made);
         made->setProperty(QStringLiteral("Comment"), QString(40, QLatin1Char('x')));
         QVERIFY(p.signalMapper()->createSignal(static_cast<const VNObject2Analysis*>(made->object()),
@@ -164,8 +165,8 @@ void TestHeaderDatabase::unflushedChangesAreWrittenAtClose()
     }
     TestProject p(dir.path());
     bool found = false;
-    const TProperty field = p.db->getObjectProperties(p.wells()->get(QStringLiteral("W1")),
-                                                      QStringLiteral("Field"), &found);
+    const TProperty field
+        = p.db->getObjectProperties(p.wells()->get(QStringLiteral("W1")), QStringLiteral("Field"), &found);
     QVERIFY(found);
     QCOMPARE(field.value(), QStringLiteral("Troll"));
 
@@ -203,18 +204,27 @@ void TestHeaderDatabase::damagedHeaderIsRefused_data()
     QTest::addColumn<QString>("damage");
     QTest::addColumn<QString>("english");
     QTest::addColumn<QString>("french");
-    QTest::newRow("zero bytes") << "empty" << "the file is empty (0 bytes)" << "le fichier est vide (0 octet)";
-    QTest::newRow("text file") << "text" << "not an SQLite database or is damaged"
+    QTest::newRow("zero bytes") << "empty"
+                                << "the file is empty (0 bytes)"
+                                << "le fichier est vide (0 octet)";
+    QTest::newRow("text file") << "text"
+                               << "not an SQLite database or is damaged"
                                << "pas une base SQLite ou est endommagé";
-    QTest::newRow("truncated") << "truncated" << "not an SQLite database or is damaged"
+    QTest::newRow("truncated") << "truncated"
+                               << "not an SQLite database or is damaged"
                                << "pas une base SQLite ou est endommagé";
-    QTest::newRow("overwritten pages") << "overwritten" << "not an SQLite database or is damaged"
+    QTest::newRow("overwritten pages") << "overwritten"
+                                       << "not an SQLite database or is damaged"
                                        << "pas une base SQLite ou est endommagé";
-    QTest::newRow("another application") << "foreign" << "an SQLite database of another application"
+    QTest::newRow("another application") << "foreign"
+                                         << "an SQLite database of another application"
                                          << "une base SQLite d'une autre application";
-    QTest::newRow("newer schema") << "newer" << "written by a newer version (schema 99)"
+    QTest::newRow("newer schema") << "newer"
+                                  << "written by a newer version (schema 99)"
                                   << "écrit par une version plus récente (schéma 99)";
-    QTest::newRow("folder in its place") << "folder" << "the path is not a file" << "le chemin n'est pas un fichier";
+    QTest::newRow("folder in its place") << "folder"
+                                         << "the path is not a file"
+                                         << "le chemin n'est pas un fichier";
 }
 
 void TestHeaderDatabase::damagedHeaderIsRefused()
@@ -366,7 +376,8 @@ void TestHeaderDatabase::removalIsOneTransaction()
 {
     QTemporaryDir dir;
     TestProject p(dir.path());
-    const auto* run = static_cast<const VNObject2Analysis*>(p.analyses()->createAnalysis(QStringLiteral("Run"))->object());
+    const auto* run
+        = static_cast<const VNObject2Analysis*>(p.analyses()->createAnalysis(QStringLiteral("Run"))->object());
     for (int i = 0; i < 30; ++i)
         QVERIFY(p.signalMapper()->createSignal(run, QStringLiteral("S%1").arg(i)));
     const QString file = p.headerFile();
@@ -374,8 +385,9 @@ void TestHeaderDatabase::removalIsOneTransaction()
 
     // Another program refuses the deletion of the last signal: the rows
     // already deleted in the same transaction must come back.
-    QVERIFY(runSql(file, {QStringLiteral("CREATE TRIGGER refuse BEFORE DELETE ON objects WHEN OLD.name = 'S29' "
-                                         "BEGIN SELECT RAISE(ABORT, 'kept by another program'); END")})
+    QVERIFY(runSql(file,
+                   {QStringLiteral("CREATE TRIGGER refuse BEFORE DELETE ON objects WHEN OLD.name = 'S29' "
+                                   "BEGIN SELECT RAISE(ABORT, 'kept by another program'); END")})
                 .isValid());
     QVERIFY(!p.db->removeObject(run, true));
     QCOMPARE(rowsOfKind(file, VNObjectTypeSignal), 30);
@@ -452,7 +464,8 @@ void TestHeaderDatabase::swappedNamesAndRepeatedPropertiesAreWritten()
                                               QStringLiteral("C29 20S/(20S+20R)"), QStringLiteral("R-S"),
                                               QStringLiteral("C-S")));
         QVERIFY(p.variables()->createVariable(static_cast<const VNObject2Dataset*>(second->object()),
-                                              QStringLiteral("Ts/(Ts+Tm)"), QStringLiteral("R-H"), QStringLiteral("C-H")));
+                                              QStringLiteral("Ts/(Ts+Tm)"), QStringLiteral("R-H"),
+                                              QStringLiteral("C-H")));
         // Swapped through a third name, nothing written until the flush.
         QVERIFY(p.datasets()->rename(first->object(), QStringLiteral("Swap"), false));
         QVERIFY(p.datasets()->rename(second->object(), QStringLiteral("Steranes"), false));
@@ -469,20 +482,21 @@ void TestHeaderDatabase::swappedNamesAndRepeatedPropertiesAreWritten()
     }
     TestProject p(dir.path());
     QCOMPARE(p.datasets()->count(), 2);
-    const QList<const VNObject2Variable*> hopanes = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("Hopanes")));
-    const QList<const VNObject2Variable*> steranes =
-        p.variables()->variables(p.datasets()->getDataset(QStringLiteral("Steranes")));
+    const QList<const VNObject2Variable*> hopanes
+        = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("Hopanes")));
+    const QList<const VNObject2Variable*> steranes
+        = p.variables()->variables(p.datasets()->getDataset(QStringLiteral("Steranes")));
     QCOMPARE(hopanes.size(), 1);
     QCOMPARE(steranes.size(), 1);
     QCOMPARE(hopanes.first()->name(), QStringLiteral("C29 20S/(20S+20R)"));
     QCOMPARE(steranes.first()->name(), QStringLiteral("Ts/(Ts+Tm)"));
     QCOMPARE(runSql(p.headerFile(), {QStringLiteral("SELECT count(*) FROM objects WHERE key LIKE '%moving%'")}).toInt(),
              0);
-    const auto* well = dynamic_cast<const TPropertyObject*>(
-        p.wells()->record(QStringLiteral("W")));
+    const auto* well = dynamic_cast<const TPropertyObject*>(p.wells()->record(QStringLiteral("W")));
     QVERIFY(well);
-    QCOMPARE(well->properties(), (QList<TProperty>{TProperty(QStringLiteral("Depth"), QStringLiteral("2")),
-                                                   TProperty(QStringLiteral("Field"), QStringLiteral("Brent"))}));
+    QCOMPARE(well->properties(),
+             (QList<TProperty>{TProperty(QStringLiteral("Depth"), QStringLiteral("2")),
+                               TProperty(QStringLiteral("Field"), QStringLiteral("Brent"))}));
 }
 
 QTEST_GUILESS_MAIN(TestHeaderDatabase)

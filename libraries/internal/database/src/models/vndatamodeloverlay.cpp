@@ -131,8 +131,7 @@ QStringList VNDataModelOverlay::paste(const QModelIndex&, const QString&, bool)
 }
 
 void VNDataModelOverlay::clear()
-{
-}
+{ }
 
 bool VNDataModelOverlay::encode(QDomElement& parent) const
 {
@@ -147,9 +146,8 @@ bool VNDataModelOverlay::decode(const QDomElement& element)
 {
     if (element.isNull())
         return false;
-    const QDomElement informations = element.tagName() == kInformations
-        ? element
-        : element.elementsByTagName(kInformations).item(0).toElement();
+    const QDomElement informations
+        = element.tagName() == kInformations ? element : element.elementsByTagName(kInformations).item(0).toElement();
     if (informations.isNull() || TXMLMethod::getChildElement(informations, kOverlayName).isNull())
         return false;
     setToVIName(TXMLMethod::getInfoString(informations, kOverlayName));

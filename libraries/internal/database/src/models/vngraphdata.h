@@ -29,9 +29,9 @@ class VNDATABASE_EXPORT VNGraphData : public VNToviData
 public:
     struct ViewTypeDescription
     {
-        int axisCount = 0;        ///< -1: any number of axes
-        QString name;             ///< not translated
-        QStringList axisLabels;   ///< default label of each axis, translated
+        int axisCount = 0;      ///< -1: any number of axes
+        QString name;           ///< not translated
+        QStringList axisLabels; ///< default label of each axis, translated
     };
 
     VNGraphData();

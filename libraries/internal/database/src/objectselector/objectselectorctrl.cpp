@@ -167,7 +167,8 @@ ObjectSelectorEditorInterface* ObjectSelectorCtrl::initView(QWidget* parent)
     return view;
 }
 
-void ObjectSelectorCtrl::setActiveDB(const QList<VNToviDatabaseInterface*>&) {}
+void ObjectSelectorCtrl::setActiveDB(const QList<VNToviDatabaseInterface*>&)
+{ }
 
 void ObjectSelectorCtrl::closeView()
 {

@@ -139,7 +139,7 @@ const Label kIonLabels[] = {
     {"Ion ID", "Ion ID", "ID de l'Ion"},
 };
 
-template<std::size_t N>
+template <std::size_t N>
 QList<QPair<QString, QString>> translated(const Label (&labels)[N])
 {
     QList<QPair<QString, QString>> rows;
@@ -262,9 +262,8 @@ void ObjectSelectorDatabaseModel::fillWithOverlays(bool checkable)
 void ObjectSelectorDatabaseModel::fillGraph(bool checkable, bool withOverlays)
 {
     const GraphicsGetter getter = m_graphicsGetter;
-    const auto graphs = collect([&getter](VNToviDatabaseInterface* db) {
-        return getter ? getter(db) : db->getAllGraphs();
-    });
+    const auto graphs
+        = collect([&getter](VNToviDatabaseInterface* db) { return getter ? getter(db) : db->getAllGraphs(); });
     const QString title = withOverlays ? tr("Graphs & Overlays", "Graphes & Overlays") : tr("Graphs", "Graphes");
     Node* tree = fillFromList({TitledList(title, graphs)}, checkable);
 
@@ -305,8 +304,8 @@ ObjectSelectorModel::Node* ObjectSelectorDatabaseModel::fillFromList(QList<Title
     return tree;
 }
 
-ObjectSelectorModel::Node* ObjectSelectorDatabaseModel::addObjectNode(Node* parent, Node* after, const VNObject2* object,
-                                                                      bool checkable)
+ObjectSelectorModel::Node* ObjectSelectorDatabaseModel::addObjectNode(Node* parent, Node* after,
+                                                                      const VNObject2* object, bool checkable)
 {
     auto* item = new ObjectSelectorDatabaseObjectItem();
     item->setDatabaseObject(object);

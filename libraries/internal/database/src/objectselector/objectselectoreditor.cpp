@@ -63,7 +63,11 @@ QIcon searchIcon(const QPalette& palette)
 class RefreshGuard
 {
 public:
-    explicit RefreshGuard(int& depth) : m_depth(depth) { ++m_depth; }
+    explicit RefreshGuard(int& depth)
+        : m_depth(depth)
+    {
+        ++m_depth;
+    }
     ~RefreshGuard() { --m_depth; }
     RefreshGuard(const RefreshGuard&) = delete;
     RefreshGuard& operator=(const RefreshGuard&) = delete;
@@ -178,7 +182,8 @@ ObjectSelectorEditor::~ObjectSelectorEditor()
     qDeleteAll(m_filterLines);
 }
 
-template <typename Call> void ObjectSelectorEditor::notify(Call call)
+template <typename Call>
+void ObjectSelectorEditor::notify(Call call)
 {
     // An observer may remove itself (or others) while being told.
     const QList<ObjectSelectorEditorObserverInterface*> observers = m_observers;
@@ -197,8 +202,8 @@ void ObjectSelectorEditor::retranslate()
     m_quickFilterButton->setText(tr("Quick filters", "Filtres rapides"));
     m_quickFilterButton->setToolTip(tr("Filter by a common value", "Filtrer sur une valeur courante"));
     m_addFilterButton->setText(tr("Add a filter", "Ajouter un filtre"));
-    m_addFilterButton->setToolTip(tr("Filter the items on one of their properties",
-                                     "Filtrer les éléments sur l'une de leurs propriétés"));
+    m_addFilterButton->setToolTip(
+        tr("Filter the items on one of their properties", "Filtrer les éléments sur l'une de leurs propriétés"));
     m_filtersTitle->setText(tr("Filters:", "Filtres :"));
     m_checkAll->setText(tr("Check all items", "Cocher tous les éléments"));
     for (FilterLine* line : m_filterLines) {
@@ -348,7 +353,8 @@ void ObjectSelectorEditor::rebuildTree()
     };
     walk(root->getFirstSon(), nullptr);
     m_tree->addTopLevelItems(topLevel);
-    if (QTreeWidgetItem* line = current ? m_lineOfItem.value(reinterpret_cast<ObjectSelectorItemInterface*>(current)) : nullptr)
+    if (QTreeWidgetItem* line
+        = current ? m_lineOfItem.value(reinterpret_cast<ObjectSelectorItemInterface*>(current)) : nullptr)
         m_tree->setCurrentItem(line);
 }
 
@@ -502,8 +508,9 @@ QString ObjectSelectorEditor::detailsHtml(ObjectSelectorItemInterface* item) con
     if (m_model && object)
         m_model->visibleFilters(object, values);
     if (values.isEmpty())
-        return html + QStringLiteral("<p style=\"color:gray\">%1</p>")
-                          .arg(tr("No details for this item.", "Aucun détail pour cet élément.").toHtmlEscaped());
+        return html
+            + QStringLiteral("<p style=\"color:gray\">%1</p>")
+                  .arg(tr("No details for this item.", "Aucun détail pour cet élément.").toHtmlEscaped());
     html += QStringLiteral("<table cellspacing=\"0\" cellpadding=\"3\">");
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
         html += QStringLiteral("<tr><td valign=\"top\"><b>%1</b></td><td>%2</td></tr>")

@@ -108,7 +108,8 @@ private:
     void onFilterValueEdited(FilterLine* line);
     void removeFilterLine(FilterLine* line);
 
-    template <typename Call> void notify(Call call);
+    template <typename Call>
+    void notify(Call call);
 
     const ObjectSelectorModelInterface* m_model = nullptr;
     QList<ObjectSelectorEditorObserverInterface*> m_observers;

@@ -165,14 +165,15 @@ void ObjectSelectorModel::updateSelectedItems(const Node* node, const QList<QVar
                 ObjectSelectorItemInterface* item = n->attribute;
                 if (item->isCheckable()) {
                     const QString id = item->id();
-                    item->setChecked(stringIds.contains(id) || (!otherIds.isEmpty() && otherIds.contains(QVariant(id))));
+                    item->setChecked(stringIds.contains(id)
+                                     || (!otherIds.isEmpty() && otherIds.contains(QVariant(id))));
                 }
             } else if (QObject* object = itemObject(n)) {
                 const QVariant checkable = object->property("ISCHECKABLE");
                 if (checkable.isValid() && checkable.toBool()) {
                     const QVariant id = object->property("id");
-                    bool listed = id.userType() == QMetaType::QString ? stringIds.contains(id.toString())
-                                                                       : ids.contains(id);
+                    bool listed
+                        = id.userType() == QMetaType::QString ? stringIds.contains(id.toString()) : ids.contains(id);
                     if (!listed && id.userType() == QMetaType::QString)
                         listed = otherIds.contains(id);
                     object->setProperty("ISCHECKED", listed);
@@ -413,9 +414,8 @@ QHash<const QString, QStringList> ObjectSelectorModel::getFilters() const
 {
     QHash<const QString, QStringList> filters;
     filters.insert(tr("Analysis type", "Type d'analyse"),
-                   {QStringLiteral("MS"), QStringLiteral("THC"), QStringLiteral("Saturates"),
-                    QStringLiteral("MSMS"), QStringLiteral("Aromatics"), QStringLiteral("FID")});
-    filters.insert(tr("Study type", "Type d'étude"),
-                   {QStringLiteral("Source Rock"), QStringLiteral("Gas data")});
+                   {QStringLiteral("MS"), QStringLiteral("THC"), QStringLiteral("Saturates"), QStringLiteral("MSMS"),
+                    QStringLiteral("Aromatics"), QStringLiteral("FID")});
+    filters.insert(tr("Study type", "Type d'étude"), {QStringLiteral("Source Rock"), QStringLiteral("Gas data")});
     return filters;
 }

@@ -23,8 +23,7 @@ namespace Sedra {
 
 THeaderToviConnector::THeaderToviConnector(TDatabase* db)
     : m_owner(db)
-{
-}
+{ }
 
 THeaderToviConnector::~THeaderToviConnector() = default;
 

@@ -9,8 +9,7 @@ namespace Sedra {
 
 TToviAbstractMapper::TToviAbstractMapper(int type)
     : TAbstractMapper(type)
-{
-}
+{ }
 
 TToviAbstractMapper::~TToviAbstractMapper() = default;
 
@@ -59,10 +58,18 @@ QString TToviAbstractMapper::newKey(const QString& kindLetter) const
 {
     QString prefix;
     switch (database() ? database()->getDatabaseType() : DatabaseUndefined) {
-    case DatabaseToviDelivered: prefix = QStringLiteral("ORL"); break;
-    case DatabaseToviUser: prefix = QStringLiteral("USR"); break;
-    case DatabaseToviMerged: prefix = QStringLiteral("MRG"); break;
-    default: prefix = QStringLiteral("DB"); break;
+    case DatabaseToviDelivered:
+        prefix = QStringLiteral("ORL");
+        break;
+    case DatabaseToviUser:
+        prefix = QStringLiteral("USR");
+        break;
+    case DatabaseToviMerged:
+        prefix = QStringLiteral("MRG");
+        break;
+    default:
+        prefix = QStringLiteral("DB");
+        break;
     }
     prefix += QLatin1Char('-') + kindLetter;
     THeaderToviConnector* connector = toviConnector();

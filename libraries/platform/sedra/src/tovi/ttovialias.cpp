@@ -4,8 +4,7 @@ namespace Sedra {
 
 TToviAlias::TToviAlias(VNObject2* object)
     : TPropertyObject(object)
-{
-}
+{ }
 
 TToviAlias::~TToviAlias() = default;
 

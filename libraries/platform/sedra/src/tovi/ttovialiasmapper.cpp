@@ -13,8 +13,7 @@ namespace Sedra {
 
 TToviAliasMapper::TToviAliasMapper()
     : TToviAbstractMapper(VNObjectTypeAlias)
-{
-}
+{ }
 
 TToviAliasMapper::~TToviAliasMapper() = default;
 

@@ -28,14 +28,13 @@ public:
     /// the object is not ours, the field is empty, the alias exists already
     /// or the database is read-only. Written at once when `flush` is true and
     /// no batch is open.
-    TToviAlias* aliasCreate(const VNObject2* object, const QString& field, const QString& vendor,
-                            const QString& value, bool flush = true) const;
+    TToviAlias* aliasCreate(const VNObject2* object, const QString& field, const QString& vendor, const QString& value,
+                            bool flush = true) const;
     /// Gives an existing alias a new value (written at once). False when
     /// there is no such alias or the write fails; true when the value is
     /// already that. The alias record is replaced: records of it taken
     /// before are no longer valid.
-    bool aliasUpdate(const VNObject2* object, const QString& field, const QString& vendor,
-                     const QString& value) const;
+    bool aliasUpdate(const VNObject2* object, const QString& field, const QString& vendor, const QString& value) const;
     /// Removes one alias (written at once). False when there is none.
     bool removeAlias(const VNObject2* object, const QString& field, const QString& vendor) const;
     /// Removes every alias of `vendor`, of every object, in one transaction.

@@ -9,13 +9,11 @@ namespace Sedra {
 
 TToviCompound::TToviCompound()
     : TPropertyObject(new VNObject2ToviCompound)
-{
-}
+{ }
 
 TToviCompound::TToviCompound(VNObject2ToviCompound* object)
     : TPropertyObject(object)
-{
-}
+{ }
 
 TToviCompound::~TToviCompound() = default;
 

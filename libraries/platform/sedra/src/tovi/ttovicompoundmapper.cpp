@@ -19,8 +19,7 @@ static bool identifies(const QString& joinedKeys)
 
 TToviCompoundMapper::TToviCompoundMapper()
     : TToviAbstractMapper(VNObjectTypeCompound)
-{
-}
+{ }
 
 TToviCompoundMapper::~TToviCompoundMapper() = default;
 
@@ -56,7 +55,8 @@ TToviCompound* TToviCompoundMapper::createCompound(const TToviCompound* model, c
     properties.append(TProperty(QLatin1String(TToviCompound::KeyMasterName), masterName));
     if (model) {
         for (const TProperty& p : model->getPropertyList()) {
-            if (p.name() != QLatin1String(TToviCompound::KeyId) && p.name() != QLatin1String(TToviCompound::KeyMasterName))
+            if (p.name() != QLatin1String(TToviCompound::KeyId)
+                && p.name() != QLatin1String(TToviCompound::KeyMasterName))
                 properties.append(p);
         }
     }

@@ -6,8 +6,7 @@ namespace Sedra {
 
 TToviEIC::TToviEIC(VNObject2ToviEIC* object)
     : TPropertyObject(object)
-{
-}
+{ }
 
 TToviEIC::~TToviEIC() = default;
 

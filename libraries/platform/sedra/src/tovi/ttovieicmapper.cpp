@@ -12,8 +12,7 @@ namespace Sedra {
 
 TToviEICMapper::TToviEICMapper()
     : TToviAbstractMapper(VNObjectTypeIon)
-{
-}
+{ }
 
 TToviEICMapper::~TToviEICMapper()
 {
@@ -29,20 +28,23 @@ void TToviEICMapper::watchRemovals() const
     m_watched = db;
     // Joints are indexed by their ion's key (their tag): the removal of an
     // ion adds its joints to the objects that go, before anything is deleted.
-    m_removals = QObject::connect(db, &TDatabase::aboutToDeleteObjects, db, [db](QList<const VNObject2*>* objects) {
-        if (!objects || !db->headerDb())
-            return;
-        const int initial = objects->size();
-        for (int i = 0; i < initial; ++i) {
-            const VNObject2* object = objects->at(i);
-            if (!object || object->type() != VNObjectTypeIon || db->record(object) == nullptr)
-                continue;
-            for (const TDatabaseObject* joint : db->headerDb()->findByTag(VNObjectTypeJoint, object->key())) {
-                if (!objects->contains(joint->object()))
-                    objects->append(joint->object());
+    m_removals = QObject::connect(
+        db, &TDatabase::aboutToDeleteObjects, db,
+        [db](QList<const VNObject2*>* objects) {
+            if (!objects || !db->headerDb())
+                return;
+            const int initial = objects->size();
+            for (int i = 0; i < initial; ++i) {
+                const VNObject2* object = objects->at(i);
+                if (!object || object->type() != VNObjectTypeIon || db->record(object) == nullptr)
+                    continue;
+                for (const TDatabaseObject* joint : db->headerDb()->findByTag(VNObjectTypeJoint, object->key())) {
+                    if (!objects->contains(joint->object()))
+                        objects->append(joint->object());
+                }
             }
-        }
-    }, Qt::DirectConnection);
+        },
+        Qt::DirectConnection);
 }
 
 VNObject2* TToviEICMapper::newObject(const QString& name) const

@@ -13,8 +13,7 @@ namespace Sedra {
 
 TToviGraph::TToviGraph(VNObject2ToviGraph* object, const QString& relativePath)
     : TFileObject(object, relativePath)
-{
-}
+{ }
 
 TToviGraph::~TToviGraph() = default;
 

@@ -14,8 +14,7 @@ namespace Sedra {
 
 TToviGraphMapper::TToviGraphMapper()
     : TToviAbstractMapper(VNObjectTypeGraph)
-{
-}
+{ }
 
 TToviGraphMapper::~TToviGraphMapper() = default;
 

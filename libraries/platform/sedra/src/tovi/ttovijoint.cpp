@@ -6,8 +6,7 @@ namespace Sedra {
 
 TToviJoint::TToviJoint(VNObject2ToviJoint* object)
     : TPropertyObject(object)
-{
-}
+{ }
 
 TToviJoint::~TToviJoint() = default;
 

@@ -14,8 +14,7 @@ namespace Sedra {
 
 TToviJointMapper::TToviJointMapper()
     : TToviAbstractMapper(VNObjectTypeJoint)
-{
-}
+{ }
 
 TToviJointMapper::~TToviJointMapper() = default;
 
@@ -26,8 +25,7 @@ TDatabaseObject* TToviJointMapper::create(const QString& name, bool flush) const
     return nullptr;
 }
 
-TToviJoint* TToviJointMapper::createJoint(TToviCompound* compound, TToviEIC* eic, const QString& name,
-                                          bool flush) const
+TToviJoint* TToviJointMapper::createJoint(TToviCompound* compound, TToviEIC* eic, const QString& name, bool flush) const
 {
     if (!canStore() || !header() || !compound || !eic || header()->findByObject(compound->object()) != compound
         || header()->findByObject(eic->object()) != eic)

@@ -8,8 +8,7 @@ namespace Sedra {
 
 TToviOverlay::TToviOverlay(VNObject2ToviOverlay* object, const QString& relativePath)
     : TFileObject(object, relativePath)
-{
-}
+{ }
 
 TToviOverlay::~TToviOverlay() = default;
 

@@ -14,8 +14,7 @@ namespace Sedra {
 
 TToviOverlayMapper::TToviOverlayMapper()
     : TToviAbstractMapper(VNObjectTypeOverlay)
-{
-}
+{ }
 
 TToviOverlayMapper::~TToviOverlayMapper() = default;
 
@@ -32,8 +31,7 @@ QString TToviOverlayMapper::relativeFilePath(const QString& graphIdentifier, con
         + QLatin1Char('/') + TDatabase::safeFileName(identifier) + QStringLiteral(".xml");
 }
 
-TToviOverlay* TToviOverlayMapper::overlayCreate(const VNObject2ToviGraph* graph, const QString& name,
-                                                bool flush) const
+TToviOverlay* TToviOverlayMapper::overlayCreate(const VNObject2ToviGraph* graph, const QString& name, bool flush) const
 {
     if (!canStore() || !graph || !header() || !dynamic_cast<TToviGraph*>(database()->record(graph))
         || (!name.isEmpty() && exists(name)))

@@ -6,8 +6,7 @@ namespace Sedra {
 
 TToviRatio::TToviRatio(VNObject2ToviRatio* object)
     : TPropertyObject(object)
-{
-}
+{ }
 
 TToviRatio::~TToviRatio() = default;
 

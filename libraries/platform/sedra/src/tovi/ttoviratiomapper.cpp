@@ -14,8 +14,7 @@ namespace Sedra {
 
 TToviRatioMapper::TToviRatioMapper()
     : TToviAbstractMapper(VNObjectTypeRatio)
-{
-}
+{ }
 
 TToviRatioMapper::~TToviRatioMapper() = default;
 

@@ -22,8 +22,7 @@ public:
     TToviRatio* createRatio(const QString& ratioId, const QString& masterName, const QString& displayFormula,
                             const QString& formula, int displayOrder, const QString& studyType,
                             const QString& analysisType, const QString& processType, const QString& familyName,
-                            const QString& expectedIons, const QString& literatureReference,
-                            bool flush = true) const;
+                            const QString& expectedIons, const QString& literatureReference, bool flush = true) const;
 
     TToviRatio* ratio(const QString& key) const;
     TToviRatio* ratio(const VNObject2* object) const;
