@@ -274,7 +274,6 @@ int main(int argc, char** argv)
         timer.start();
         fill(delivered.get(), QStringLiteral("ORL-"), s.compounds, s.parameters, s.aliases);
         create = ms(timer);
-        delivered->getConnector()->setSerialNumber(QStringLiteral("A1"));
     }
     line("1. create delivered content", create, rawCreate, "target 3x");
 
@@ -348,7 +347,6 @@ int main(int argc, char** argv)
             user->overlayCreate(graph, &overlay, document);
         }
     }
-    user->getConnector()->setSerialNumber(QStringLiteral("B1"));
     const QString deliveredFile = registeredFile(manager, 7);
     const QString userFile = registeredFile(manager, 9);
 

@@ -19,7 +19,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QSet>
-#include <QUuid>
 
 namespace {
 // The sample reference content: VNDB_REFERENCE_DATA when set, else the one
@@ -160,24 +159,6 @@ VNToviDatabaseInterface* ReferenceDatabases::database(Sedra::DatabaseType type, 
     return database;
 }
 
-bool ReferenceDatabases::markChanged(Sedra::DatabaseType type, QString* error)
-{
-    VNToviDatabaseInterface* db = database(type, error);
-    if (!db)
-        return false;
-    // A fresh unique text: a serial that only counted up could meet an older
-    // stamp again after a database file was replaced by a copy.
-    const QString serial = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    Sedra::THeaderConnector* connector = db->getConnector();
-    if (!connector || !connector->setSerialNumber(serial) || db->serialNumber() != serial) {
-        *error = tr("the %1 reference database in '%2' cannot be written",
-                    "la base de référence %1 de '%2' ne peut pas être écrite")
-                     .arg(nameOf(type), m_folder);
-        return false;
-    }
-    return true;
-}
-
 bool ReferenceDatabases::merge(QString* error)
 {
     for (Sedra::DatabaseType type :
@@ -216,7 +197,7 @@ bool ReferenceDatabases::fillDelivered(const QString& sample, bool* filled, QStr
         return false;
     }
     *filled = true;
-    return markChanged(Sedra::DatabaseToviDelivered, error);
+    return true;
 }
 
 QString ReferenceDatabases::addCompound(const QString& name, const QString& key, Sedra::TToviCompound* model,
@@ -261,7 +242,7 @@ bool ReferenceDatabases::userChanged(QString* error)
                     "la base de référence utilisateur ne peut pas être écrite");
         return false;
     }
-    return markChanged(Sedra::DatabaseToviUser, error) && merge(error);
+    return merge(error);
 }
 
 const QStringList& ReferenceDatabases::kinds()

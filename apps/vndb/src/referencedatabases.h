@@ -45,11 +45,6 @@ public:
 
     /// The database of `type`, opened on first use; null with `error`.
     VNToviDatabaseInterface* database(Sedra::DatabaseType type, QString* error);
-    /// Gives the database of `type` a new serial number after a change. The
-    /// merged database is current when its stamp equals the delivered and
-    /// user serials; the storage does not change them on writes, so whoever
-    /// changes a source says so here. False with `error`.
-    bool markChanged(Sedra::DatabaseType type, QString* error);
     /// Rebuilds the merged database when either source changed (or reloads it).
     bool merge(QString* error);
 
@@ -62,8 +57,9 @@ public:
     /// other properties come from `model`. Refused when the merged or the user
     /// database knows the name or the key. The key made, or empty with `error`.
     QString addCompound(const QString& name, const QString& key, Sedra::TToviCompound* model, QString* error);
-    /// After a change of the user database: writes it, stamps it and
-    /// rebuilds the merged one. False with `error`.
+    /// After a change of the user database: writes what is pending (the
+    /// storage gives it a new serial with the write) and rebuilds the merged
+    /// one. False with `error`.
     bool userChanged(QString* error);
     /// How many objects of the delivered and user databases the merged one
     /// lacks (kind and key compared); -1 with `error`.

@@ -145,6 +145,15 @@ void VNDatabaseTovi::init()
     } else {
         TApplicationDataLoader::getInstance()->loadParameterNoPrefix(QStringLiteral("VARNELDIR"));
         const QString root = data->getString(QStringLiteral("VARNELDIR"));
+        // Without a root the folder would hang from the root of the file
+        // system: the database stays without a working path instead.
+        if (root.isEmpty()) {
+            MessageLoggerInterface::Warning(
+                tr("The reference databases have no folder: neither TOVIDBDIR nor VARNELDIR is set",
+                   "Les bases de référence n'ont pas de dossier : ni TOVIDBDIR ni VARNELDIR n'est défini"),
+                nullptr);
+            return;
+        }
         const QString folder = QStringLiteral("\\Libraries\\Internal\\ToVI\\Ressources");
         path = root + folder;
         // The folder is written the Windows way in the settings' tradition;
@@ -1051,12 +1060,15 @@ bool VNDatabaseTovi::importObjectsByType(VNToviDatabaseInterface* source, int ty
     const QList<const VNObject2*> objects = database->getObjectLst(type);
     for (const VNObject2* obj : objects)
         objectCopy(obj, first, second, count);
+    // Single copies that fail are passed over, but a batch that could not be
+    // written leaves the kind unimported: the merge must not stamp it current.
     if (!batch.commit()) {
         MessageLoggerInterface::Warning(
             tr("The objects imported into <b>%1</b> could not all be written",
                "Les objets importés dans <b>%1</b> n'ont pas tous pu être écrits")
                 .arg(shown(getConnector() ? getConnector()->getDbFilename() : getCurrentWorkingPath())),
             nullptr);
+        return false;
     }
     return true;
 }

@@ -114,8 +114,10 @@ bool VNDatabaseToviMerged::synchronizeAll()
     VNToviDatabaseInterface* merged = manager->db(kMerged);
     if (!merged || merged->serialNumber() != QLatin1String(kRebuilding))
         return true;
-    copyFromTo(manager->db(kUser), merged);
-    saveMerged();
+    // A kind that could not be written leaves the copy unstamped, so the next
+    // synchronisation rebuilds it instead of trusting half a merge.
+    if (copyFromTo(manager->db(kUser), merged))
+        saveMerged();
     return true;
 }
 
@@ -170,12 +172,14 @@ void VNDatabaseToviMerged::resetToVIDB()
     manager->setDb(reference);
 }
 
-void VNDatabaseToviMerged::copyFromTo(VNToviDatabaseInterface* from, VNToviDatabaseInterface* to)
+bool VNDatabaseToviMerged::copyFromTo(VNToviDatabaseInterface* from, VNToviDatabaseInterface* to)
 {
     if (!from || !to)
-        return;
+        return false;
+    bool all = true;
     for (int type : kImportOrder)
-        to->importObjectsByType(from, type);
+        all = to->importObjectsByType(from, type) && all;
+    return all;
 }
 
 void VNDatabaseToviMerged::saveMerged()
@@ -200,12 +204,14 @@ bool VNDatabaseToviMerged::updateMergedAfterGraphSaveORLorUSR()
     if (isUpToDate())
         return true;
     VNToviDatabaseInterface* merged = manager->db(kMerged);
+    bool imported = merged != nullptr;
     if (merged) {
-        merged->importObjectsByType(delivered, VNObjectTypeGraph);
-        merged->importObjectsByType(delivered, VNObjectTypeOverlay);
-        merged->importObjectsByType(user, VNObjectTypeGraph);
-        merged->importObjectsByType(user, VNObjectTypeOverlay);
+        for (VNToviDatabaseInterface* source : {delivered, user}) {
+            imported = merged->importObjectsByType(source, VNObjectTypeGraph) && imported;
+            imported = merged->importObjectsByType(source, VNObjectTypeOverlay) && imported;
+        }
     }
-    saveMerged();
+    if (imported)
+        saveMerged();
     return true;
 }

@@ -36,5 +36,5 @@ private:
     bool isUpToDate();
     void resetToVIDB();
     void saveMerged();
-    void copyFromTo(VNToviDatabaseInterface* from, VNToviDatabaseInterface* to);
+    bool copyFromTo(VNToviDatabaseInterface* from, VNToviDatabaseInterface* to);
 };

@@ -93,6 +93,38 @@ private slots:
         QCOMPARE(QFileInfo(db->getConnector()->getDbFilename()).absolutePath(), expected);
     }
 
+    void withoutEitherNamedValueNothingIsCreated_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("en") << "en"
+                            << "The reference databases have no folder: neither TOVIDBDIR nor VARNELDIR is set";
+        QTest::newRow("fr") << "fr"
+                            << "Les bases de référence n'ont pas de dossier : ni TOVIDBDIR ni VARNELDIR n'est défini";
+    }
+
+    // An unset root must not turn into folders hanging from "/".
+    void withoutEitherNamedValueNothingIsCreated()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, expected);
+        m_data->removeValue(QStringLiteral("TOVIDBDIR"));
+        qunsetenv("VARNELDIR");
+        const bool rootHadIt = QFileInfo::exists(QStringLiteral("/Libraries"));
+        TTranslator::install(language);
+        TRecordingLogger log;
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
+        QVERIFY(db);
+        QVERIFY(db->getCurrentWorkingPath().isEmpty());
+        QVERIFY(!db->getConnector());
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelWarning), QStringList{expected});
+        QCOMPARE(QFileInfo::exists(QStringLiteral("/Libraries")), rootHadIt);
+        // Its operations answer neutrally, without saying it again.
+        QVERIFY(!db->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
+        QVERIFY(db->getAllIons().isEmpty());
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelWarning).size(), 1);
+    }
+
     void withoutApplicationDataNothingIsOpened()
     {
         m_data.reset();

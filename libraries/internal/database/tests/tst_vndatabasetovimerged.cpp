@@ -32,6 +32,9 @@
 #include <QDir>
 #include <QFile>
 #include <QPointer>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -370,8 +373,8 @@ private slots:
         QVERIFY(merged);
         QCOMPARE(merged->getDatabaseType(), Sedra::DatabaseToviMerged);
         QCOMPARE(fileOf(merged), mergedFile);
-        QCOMPARE(merged->serialNumber(), QStringLiteral("A1B1"));
-        QCOMPARE(merged->readSerialNumber(), QStringLiteral("A1B1"));
+        QCOMPARE(merged->serialNumber(), sourcesStamp());
+        QCOMPARE(merged->readSerialNumber(), sourcesStamp());
         for (const char* side : {"-journal", "-wal", "-shm"})
             QVERIFY(!QFileInfo::exists(mergedFile + QLatin1String(side)));
         QCOMPARE(digest(fileOf(registered(kDelivered))), delivered);
@@ -393,7 +396,7 @@ private slots:
         QVERIFY(registered(kUser)->updateMergedDB());
         QCOMPARE(registered(kMerged), merged);
         QVERIFY(merged->getCompound(QStringLiteral("MRG-C9")));
-        QCOMPARE(merged->serialNumber(), QStringLiteral("A1B1"));
+        QCOMPARE(merged->serialNumber(), sourcesStamp());
     }
 
     void staleByEitherSerialOrByAFailedGraphSync()
@@ -402,20 +405,29 @@ private slots:
         QVERIFY(registered(kUser)->updateMergedDB());
 
         // The stamp is the delivered serial followed by the user's, exactly.
-        for (const QString& stamp : {QStringLiteral("A1"), QStringLiteral("B1A1"), QStringLiteral("A1B1 ")}) {
+        const QString a = registered(kDelivered)->serialNumber();
+        const QString b = registered(kUser)->serialNumber();
+        for (const QString& stamp : {a, b + a, a + b + " "}) {
             QVERIFY(registered(kMerged)->getConnector()->setSerialNumber(stamp));
             QPointer<VNDatabaseTovi> before(registered(kMerged));
             QVERIFY(registered(kUser)->updateMergedDB());
             QVERIFY2(!before, qPrintable(stamp));
-            QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A1B1"));
+            QCOMPARE(registered(kMerged)->serialNumber(), a + b);
         }
+        // Any committed write to a source, even one that leaves the values
+        // as they were, makes the merged database stale.
         for (int type : {kDelivered, kUser}) {
-            QVERIFY(registered(type)->getConnector()->setSerialNumber(type == kUser ? "B2" : "A2"));
+            VNDatabaseTovi* source = registered(type);
+            const QString serial = source->serialNumber();
+            QVERIFY(source->headerDb()->saveObjectToFile(
+                source->headerDb()->findByObject(source->getRatio(QStringLiteral("R1"))), true));
+            QVERIFY(source->serialNumber() != serial);
             QPointer<VNDatabaseTovi> before(registered(kMerged));
             QVERIFY(registered(kUser)->updateMergedDB());
             QVERIFY(!before);
         }
-        QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A2B2"));
+        QCOMPARE(registered(kMerged)->serialNumber(), sourcesStamp());
+        QVERIFY(sourcesStamp() != a + b);
         checkMerged(registered(kMerged));
 
         // A user graph whose drawing is gone, in a database that may not drop
@@ -429,7 +441,61 @@ private slots:
         QPointer<VNDatabaseTovi> before(registered(kMerged));
         QVERIFY(user->updateMergedDB());
         QVERIFY(!before);
-        QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A2B2"));
+        QCOMPARE(registered(kMerged)->serialNumber(), sourcesStamp());
+    }
+
+    // The storage changes a source's serial with its data: what the library
+    // alone adds to the user database reaches the merged one.
+    void whatTheUserAddsReachesTheMergedDatabase()
+    {
+        VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+        manager->setDb(makeTovi(kDelivered));
+        manager->setDb(makeTovi(kUser));
+        manager->setDb(makeTovi(kMerged));
+        // Three new files are three serials: the empty merged database was
+        // built from nothing and is stale, not current.
+        QPointer<VNDatabaseTovi> fresh(registered(kMerged));
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QVERIFY(!fresh);
+        QCOMPARE(registered(kMerged)->serialNumber(), sourcesStamp());
+
+        QVERIFY(registered(kUser)->createEIC(QStringLiteral("m/z 253"), QStringLiteral("253")));
+        QVERIFY(addCompound(registered(kUser), "USR-C7", "28,30-bisnorhopane", "BNH;C28"));
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QVERIFY(registered(kMerged)->getEICByName(QStringLiteral("m/z 253")));
+        QVERIFY(registered(kMerged)->getCompound(QStringLiteral("USR-C7")));
+        QCOMPARE(registered(kMerged)->serialNumber(), sourcesStamp());
+    }
+
+    // A kind whose batch cannot be written is not imported: the merged
+    // database keeps no stamp and is rebuilt by the next synchronisation.
+    void aFailedImportLeavesTheMergedDatabaseStale()
+    {
+        fillSources();
+        // The delivered file refuses the user's ion; the merged copy, made
+        // from it, inherits the refusal.
+        const QString deliveredFile = fileOf(registered(kDelivered));
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("trigger"));
+            db.setDatabaseName(deliveredFile);
+            QVERIFY(db.open());
+            QSqlQuery query(db);
+            QVERIFY2(query.exec("CREATE TRIGGER refuse_ion BEFORE INSERT ON objects WHEN NEW.key = 'm/z 191' "
+                                "BEGIN SELECT RAISE(ABORT, 'refused'); END"),
+                     qPrintable(query.lastError().text()));
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("trigger"));
+        TRecordingLogger log;
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QVERIFY(!log.messages(MessageLoggerInterface::LevelWarning).isEmpty());
+        VNDatabaseTovi* merged = registered(kMerged);
+        QVERIFY(merged->serialNumber() != sourcesStamp());
+        QVERIFY(!merged->importObjectsByType(registered(kUser), VNObjectTypeIon));
+        // Still stale: rebuilt again, not reloaded.
+        QPointer<VNDatabaseTovi> before(merged);
+        QVERIFY(registered(kUser)->updateMergedDB());
+        QVERIFY(!before);
     }
 
     void anInterruptedRebuildIsRebuiltNextTime_data()
@@ -471,9 +537,9 @@ private slots:
         half.close();
 
         manager->setDb(makeTovi(kMerged));
-        QVERIFY(registered(kMerged)->serialNumber() != QStringLiteral("A1B1"));
+        QVERIFY(registered(kMerged)->serialNumber() != sourcesStamp());
         QVERIFY(registered(kUser)->updateMergedDB());
-        QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A1B1"));
+        QCOMPARE(registered(kMerged)->serialNumber(), sourcesStamp());
         checkMerged(registered(kMerged));
         QVERIFY(!QFileInfo::exists(half.fileName()));
     }
@@ -500,8 +566,8 @@ private slots:
         QFETCH(QString, expected);
         fillSources();
         QVERIFY(registered(kUser)->updateMergedDB());
+        const QString stamp = sourcesStamp();
         QVERIFY(addCompound(registered(kUser), "USR-C3", "gammacerane", "Ga;C30"));
-        QVERIFY(registered(kUser)->getConnector()->setSerialNumber(QStringLiteral("B2")));
         const QString mergedFile = fileOf(registered(kMerged));
         const QByteArray before = digest(mergedFile);
         const QString inTheWay = mergedFile + QStringLiteral(".rebuild");
@@ -515,14 +581,14 @@ private slots:
         QVERIFY(
             log.contains(MessageLoggerInterface::LevelWarning, expected.arg(fileOf(registered(kDelivered)), inTheWay)));
         QCOMPARE(registered(kMerged), merged.data());
-        QCOMPARE(merged->serialNumber(), QStringLiteral("A1B1"));
+        QCOMPARE(merged->serialNumber(), stamp);
         QCOMPARE(digest(mergedFile), before);
         checkMerged(merged);
 
         QVERIFY(QDir(inTheWay).removeRecursively());
         QVERIFY(registered(kUser)->updateMergedDB());
         QVERIFY(!merged);
-        QCOMPARE(registered(kMerged)->serialNumber(), QStringLiteral("A1B2"));
+        QCOMPARE(registered(kMerged)->serialNumber(), sourcesStamp());
         QVERIFY(registered(kMerged)->getCompound(QStringLiteral("USR-C3")));
     }
 
@@ -539,11 +605,10 @@ private slots:
             = addGraph(user, QStringLiteral("Ts/(Ts+Tm) vs C29 20S/(20S+20R)"), QStringLiteral("Mature window"));
         QVERIFY(graph);
         const QString identifier = graph->key();
-        QVERIFY(user->getConnector()->setSerialNumber(QStringLiteral("B2")));
         QVERIFY(VNDatabaseToviMerged().updateMergedAfterGraphSaveORLorUSR());
 
         QCOMPARE(registered(kMerged), merged); // refreshed, not rebuilt
-        QCOMPARE(merged->serialNumber(), QStringLiteral("A1B2"));
+        QCOMPARE(merged->serialNumber(), sourcesStamp());
         const VNObject2* copied = merged->getGraph(identifier);
         QVERIFY(copied);
         QCOMPARE(merged->getGraphInformation(identifier).toviName, QStringLiteral("Ts/(Ts+Tm) vs C29 20S/(20S+20R)"));
@@ -581,7 +646,11 @@ private slots:
     }
 
 private:
-    // Delivered (serial A1) and user (serial B1) databases, registered with an
+    // What the merged database is stamped with when it was built from the
+    // sources as they are now.
+    QString sourcesStamp() { return registered(kDelivered)->serialNumber() + registered(kUser)->serialNumber(); }
+
+    // Delivered and user databases, registered with an
     // empty merged one. They share a parameter key and a compound identity;
     // the user changes one alias value of the shared compound.
     void fillSources()
@@ -599,7 +668,6 @@ private:
         QVERIFY(delivered->aliasCreate(theirs, "masterName", "A", "pristane"));
         QVERIFY(delivered->createEIC("m/z 57", "57"));
         addRatio(delivered, "R1", "Pr/Ph");
-        QVERIFY(delivered->getConnector()->setSerialNumber(QStringLiteral("A1")));
 
         QVERIFY(addCompound(user, "USR-C1", "pristane (mine)", "Pr;iC19"));
         const VNObject2Tovi* mine = toviObject(user->getCompound(QStringLiteral("USR-C1")));
@@ -612,7 +680,6 @@ private:
         addRatio(user, "R1", "Pr/Ph (mine)");
         addRatio(user, "USR-R2", "Oleanane index");
         QVERIFY(addGraph(user, "Pr/n-C17 vs Ph/n-C18", "Type II"));
-        QVERIFY(user->getConnector()->setSerialNumber(QStringLiteral("B1")));
     }
 
     void checkMerged(VNDatabaseTovi* merged)

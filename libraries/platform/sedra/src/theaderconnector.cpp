@@ -67,6 +67,7 @@ bool THeaderConnector::open(const QString& folder, DatabaseType type, bool readO
     close();
     QString reason;
     m_readOnly = readOnly;
+    m_type = type;
     m_fileName = QDir(folder).filePath(databaseFileName(type));
     const QFileInfo info(m_fileName);
     if (info.exists() && !info.isFile()) {
@@ -203,10 +204,25 @@ bool THeaderConnector::createSchema(QString* error)
         db.rollback();
         return false;
     }
+    if (!initializeNewFile(db)) {
+        *error = db.lastError().text();
+        db.rollback();
+        return false;
+    }
     if (!db.commit()) {
         *error = db.lastError().text();
         return false;
     }
+    return true;
+}
+
+bool THeaderConnector::beforeCommit(QSqlDatabase&)
+{
+    return true;
+}
+
+bool THeaderConnector::initializeNewFile(QSqlDatabase&)
+{
     return true;
 }
 

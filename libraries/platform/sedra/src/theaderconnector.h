@@ -56,6 +56,20 @@ public:
 
     static const char* const SerialKey;
 
+    /// The type of the database this connector opened (undefined before open()).
+    DatabaseType databaseType() const { return m_type; }
+
+    /// Called inside every transaction that changes records, just before it
+    /// commits; false rolls the transaction back. Reference connectors give
+    /// their database a new serial number here, so that the serial changes
+    /// in the same transaction as the data.
+    virtual bool beforeCommit(QSqlDatabase& db);
+
+protected:
+    /// Called inside the transaction that writes the schema of a new header
+    /// file; false abandons the file's creation.
+    virtual bool initializeNewFile(QSqlDatabase& db);
+
 private:
     bool createSchema(QString* error);
     bool checkSchema(QString* error) const;
@@ -63,6 +77,7 @@ private:
     QString m_connectionName;
     QString m_fileName;
     bool m_readOnly = false;
+    DatabaseType m_type = DatabaseUndefined;
 };
 
 } // namespace Sedra

@@ -338,7 +338,9 @@ bool THeaderDatabase::saveObjectToFile(TDatabaseObject* record, bool flush)
     TDbTransaction transaction(m_connector->database());
     QList<TDatabaseObject*> inserted;
     Statements statements(m_connector->database());
-    if (transaction.isActive() && writeRecord(record, &inserted, statements) && transaction.commit()) {
+    QSqlDatabase db = m_connector->database();
+    if (transaction.isActive() && writeRecord(record, &inserted, statements) && m_connector->beforeCommit(db)
+        && transaction.commit()) {
         record->setModified(false);
         return true;
     }
@@ -387,7 +389,8 @@ bool THeaderDatabase::flushDatabase()
         ok = writeRecord(all.at(i), &inserted, statements);
         written.append(all.at(i));
     }
-    if (ok && transaction.commit()) {
+    QSqlDatabase db = m_connector->database();
+    if (ok && m_connector->beforeCommit(db) && transaction.commit()) {
         for (TDatabaseObject* record : written)
             record->setModified(false);
         m_pendingRemovals.clear();
@@ -420,7 +423,8 @@ bool THeaderDatabase::removeObjects(QList<TDatabaseObject*>& records, bool flush
         return refuseWrite();
     if (flush && isOpen() && !ids.isEmpty()) {
         TDbTransaction transaction(m_connector->database());
-        if (!transaction.isActive() || !deleteRows(ids) || !transaction.commit())
+        QSqlDatabase db = m_connector->database();
+        if (!transaction.isActive() || !deleteRows(ids) || !m_connector->beforeCommit(db) || !transaction.commit())
             return false;
     } else {
         m_pendingRemovals += ids;

@@ -95,6 +95,8 @@ private slots:
     void readOnlyDatabaseRefusesChanges();
     void batchWritesOnceAtTheEnd();
     void serialNumberThroughAnyConnection();
+    void serialChangesWithEveryCommittedWrite_data();
+    void serialChangesWithEveryCommittedWrite();
 
 private:
     TMapperFactory m_factory;
@@ -613,7 +615,11 @@ void TestToviStorage::serialNumberThroughAnyConnection()
     ToviTestDatabase db(DatabaseToviUser, path, &m_factory);
     THeaderToviConnector* connector = db.tovi();
     QVERIFY(connector);
-    QVERIFY(connector->serialNumber().isEmpty());
+    // A new file has a serial of its own from its creation.
+    QVERIFY(!connector->serialNumber().isEmpty());
+    ToviTestDatabase twin(DatabaseToviUser, folder(), &m_factory);
+    QVERIFY(twin.tovi() && !twin.tovi()->serialNumber().isEmpty());
+    QVERIFY(twin.tovi()->serialNumber() != connector->serialNumber());
     QVERIFY(connector->writeSerialNumber(QStringLiteral("20261123-1")));
     QCOMPARE(connector->serialNumber(), QStringLiteral("20261123-1"));
     const QString file = connector->getDbFilename();
@@ -648,3 +654,54 @@ void TestToviStorage::serialNumberThroughAnyConnection()
 
 QTEST_GUILESS_MAIN(TestToviStorage)
 #include "tovi_storage_test.moc"
+
+void TestToviStorage::serialChangesWithEveryCommittedWrite_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("write");
+    QTest::addColumn<bool>("changes");
+    const QStringList writes = {"ion", "compound in a batch", "update", "alias", "removal", "nothing"};
+    for (const DatabaseType type : {DatabaseToviDelivered, DatabaseToviUser, DatabaseToviMerged}) {
+        for (const QString& write : writes) {
+            // The merged database's serial is the merge's stamp: only the merge writes it.
+            const bool changes = type != DatabaseToviMerged && write != "nothing";
+            QTest::addRow("%d %s", int(type), qPrintable(write)) << int(type) << write << changes;
+        }
+    }
+}
+
+void TestToviStorage::serialChangesWithEveryCommittedWrite()
+{
+    QFETCH(int, type);
+    QFETCH(QString, write);
+    QFETCH(bool, changes);
+    const QString path = folder();
+    Reference db(DatabaseType(type), path, &m_factory);
+    QVERIFY(db.opened);
+    TToviCompound* pristane = db.compound("1921-70-6", "pristane", "Pr");
+    QVERIFY(pristane);
+    QVERIFY(db.headerDb()->flushDatabase());
+    const QString before = db.tovi()->serialNumber();
+    QVERIFY(!before.isEmpty());
+
+    bool written = true;
+    if (write == "ion") {
+        written = db.ions->createEIC("m/z 191", "191") != nullptr;
+    } else if (write == "compound in a batch") {
+        TToviBatch batch(&db);
+        written = db.compound("638-36-8", "phytane", "Ph") && batch.commit();
+    } else if (write == "update") {
+        pristane->setFamily("acyclic isoprenoids");
+        written = db.headerDb()->saveObjectToFile(pristane, true);
+    } else if (write == "alias") {
+        written = db.aliases->aliasCreate(pristane->object(), "MasterName", "V", "Pristane (V)") != nullptr;
+    } else if (write == "removal") {
+        QList<TDatabaseObject*> gone{pristane};
+        written = db.headerDb()->removeObjects(gone, true);
+    }
+    QVERIFY(written);
+    const QString after = db.tovi()->serialNumber();
+    QCOMPARE(after != before, changes);
+    // What the file says, not only the open connection.
+    QCOMPARE(db.tovi()->readSerialNumberFromFile(db.fileName()), after);
+}

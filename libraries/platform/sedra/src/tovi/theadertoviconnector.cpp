@@ -17,6 +17,7 @@
 #include <QSet>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QUuid>
 #include <QVariant>
 
 namespace Sedra {
@@ -43,6 +44,31 @@ bool THeaderToviConnector::writeSerialNumber(const QString& serial, QSqlDatabase
     query.addBindValue(QString::fromLatin1(SerialKey));
     query.addBindValue(serial.isNull() ? QString(QLatin1String("")) : serial);
     return query.exec();
+}
+
+// A source database (delivered or user) gets a new serial with every change
+// of its data; the merged database's serial is the stamp of the sources it
+// was built from, written by the merge alone. Serials are unique identifiers
+// rather than counters: a file copied back over a newer one must not meet an
+// old stamp again.
+bool THeaderToviConnector::stampsChanges() const
+{
+    return databaseType() == DatabaseToviDelivered || databaseType() == DatabaseToviUser;
+}
+
+QString THeaderToviConnector::newSerialNumber()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
+bool THeaderToviConnector::beforeCommit(QSqlDatabase& db)
+{
+    return !stampsChanges() || writeSerialNumber(newSerialNumber(), &db);
+}
+
+bool THeaderToviConnector::initializeNewFile(QSqlDatabase& db)
+{
+    return writeSerialNumber(newSerialNumber(), &db);
 }
 
 bool THeaderToviConnector::endBatch()
@@ -133,7 +159,7 @@ bool THeaderToviConnector::writeCreated()
                 break;
         }
     }
-    if (!ok || !transaction.commit())
+    if (!ok || !beforeCommit(db) || !transaction.commit())
         return false;
     for (const auto& entry : written) {
         entry.first->setId(entry.second);
@@ -265,7 +291,7 @@ bool THeaderToviConnector::syncRows()
         deleteObject.addBindValue(id);
         ok = ok && deleteProperties.exec() && deleteObject.exec();
     }
-    if (!ok || !transaction.commit()) {
+    if (!ok || !beforeCommit(db) || !transaction.commit()) {
         m_report.error = db.lastError().text();
         if (m_report.error.isEmpty())
             m_report.error = QStringLiteral("the header file could not be changed");

@@ -46,6 +46,13 @@ public:
     /// connection when `db` is null. False when nothing could be written (a
     /// closed or read-only connection, a file that is not a header).
     bool writeSerialNumber(const QString& serial, QSqlDatabase* db = nullptr);
+    /// A serial number no database has had: a new unique identifier.
+    static QString newSerialNumber();
+    /// True for the sources of the merge (delivered and user databases), whose
+    /// serial changes with every committed change of their records.
+    bool stampsChanges() const;
+    /// Gives a source database a new serial inside the transaction.
+    bool beforeCommit(QSqlDatabase& db) override;
 
     /// Makes records and files agree: every graph and overlay record whose
     /// drawing file is missing under the working folder, and every overlay
@@ -73,6 +80,11 @@ public:
     /// Sets a value of the header's meta table: at once, or at the end of the
     /// open batch.
     void noteMetaValue(const QString& name, const QString& value);
+
+protected:
+    /// Every new reference header gets a serial at creation, so that two new
+    /// files never look alike (a fresh merged file is stale, not current).
+    bool initializeNewFile(QSqlDatabase& db) override;
 
 private:
     bool syncRecords();
