@@ -68,9 +68,9 @@ public:
     TLocalization getObjectGeolocalization(const VNObject2* object) const;
 
     /// Empties the database, then binds it to `project`.
-    virtual bool setProject(const VNObject2Project* project);
+    bool setProject(const VNObject2Project* project) override;
     /// The sub-folders that every project folder holds.
-    virtual QStringList folderNameList();
+    QStringList folderNameList() override;
     virtual bool datasetObjectSave(const VNObject2Dataset* dataset, bool flush);
     virtual bool variableObjectSave(const VNObject2Variable* variable, bool flush);
 

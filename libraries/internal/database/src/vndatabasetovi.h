@@ -51,8 +51,8 @@ public:
     /// A copy in this database of `obj`, an object of another reference
     /// database; an object already here (by its identity) is returned as it is.
     const VNObject2* objectCopy(const VNObject2* obj, bool& first, bool& second, int& count) override;
-    virtual bool setProject(const VNObject2Project* project);
-    virtual QStringList folderNameList();
+    bool setProject(const VNObject2Project* project) override;
+    QStringList folderNameList() override;
 
     // Ratios.
     Sedra::TToviRatio* getRatio(const VNObject2* obj) override;

@@ -8,6 +8,7 @@
 #include <vndatabasefactory.h>
 #include <vndatabasetovi.h>
 #include <vnmapperfactory.h>
+#include <vnobject2project.h>
 
 #include <QtTest>
 
@@ -52,6 +53,16 @@ private slots:
         QCOMPARE(db->getMapper(VNObjectTypeAnalysis) != nullptr, !reference);
         if (reference)
             QVERIFY(db->getMapper(VNObjectTypeCompound) && db->getMapper(VNObjectTypeIon));
+        // Through the storage's own pointer, the kind's folders and its reset
+        // for a new project are the module's.
+        Sedra::TDatabase* base = db.get();
+        const QStringList folders
+            = reference ? QStringList{"Graphs"} : QStringList{"Analyses", "Indexations", "Pixmaps", "Wells"};
+        QCOMPARE(base->folderNameList(), folders);
+        base->forceDisableDatasetSave(0, true);
+        VNObject2Project project(QStringLiteral("p"));
+        QVERIFY(base->setProject(&project));
+        QVERIFY(!base->isDatasetSaveDisabled());
         QVERIFY(log.messages(MessageLoggerInterface::LevelWarning).isEmpty());
     }
 

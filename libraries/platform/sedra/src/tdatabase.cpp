@@ -124,6 +124,11 @@ bool TDatabase::setProject(const VNObject2Project* project)
     return m_header->isStarted() ? loadDatabase() : true;
 }
 
+QStringList TDatabase::folderNameList()
+{
+    return QStringList();
+}
+
 void TDatabase::setReadOnly(bool readOnly)
 {
     if (readOnly == m_readOnly)

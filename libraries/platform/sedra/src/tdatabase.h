@@ -90,8 +90,12 @@ public:
     /// header is not bound.
     virtual bool loadDatabase();
     /// Binds the database to `project` (not owned) and reads its records back
-    /// when the header is started. False for a null project.
-    bool setProject(const VNObject2Project* project);
+    /// when the header is started. False for a null project. Databases that
+    /// must reset their state for a new project do it in their override.
+    virtual bool setProject(const VNObject2Project* project);
+    /// The sub-folders a database of this kind keeps in its working folder;
+    /// the storage itself keeps none.
+    virtual QStringList folderNameList();
     const VNObject2Project* project() const { return m_project; }
 
     bool isReadOnly() const { return m_readOnly; }
