@@ -164,14 +164,18 @@ private slots:
         QCOMPARE(VndbRunner::snapshot(m_project), before);
     }
 
-    void missingProjectFolderIsNotCreated()
+    // An import into a missing folder makes the project, but only when it succeeds.
+    void missingProjectFolderIsMadeOnlyOnSuccess()
     {
+        const QString bad = input("bad-missing.csv");
+        QVERIFY(VndbRunner::writeFile(bad, "1.0,57,x\n"));
+        const QString absent = m_tmp.filePath("no-such-project");
+        QCOMPARE(VndbRunner::run({"import", absent, bad}).exitCode, 1);
+        QVERIFY(!QFileInfo::exists(absent));
         const QString csv = input("small.csv");
         QVERIFY(TCSVRunFile::write(csv, VndbRunner::smallRun(TSyntheticRun::FullScan, 7, 10)));
-        const QString absent = m_tmp.filePath("no-such-project");
-        const VndbResult result = VndbRunner::run({"import", absent, csv});
-        VNDB_REFUSED(result, 1, "does not exist");
-        QVERIFY(!QFileInfo::exists(absent));
+        QCOMPARE(VndbRunner::run({"import", absent, csv}).exitCode, 0);
+        QVERIFY(QFileInfo::exists(absent + "/Analyses/small/small.tcm"));
     }
 
     void aProjectWithoutAnalysesFolderGetsOneOnlyOnSuccess()

@@ -35,15 +35,18 @@ private:
     int m_count = 0;
 
     // A project made by imports alone: an analyses folder and nothing else.
+    // Null when an import failed (its error printed).
     QString importedProject(const QStringList& analyses)
     {
         const QString dir = m_tmp.filePath(QString("p%1").arg(++m_count));
-        [&] { QVERIFY(QDir().mkpath(dir)); }();
         const QString csv = m_tmp.filePath("run.csv");
         VndbRunner::writeFile(csv, "1.0,57:12 71:3\n1.1,57:10 71:4\n1.2,57:8\n");
         for (const QString& name : analyses) {
             const VndbResult imported = VndbRunner::run({"import", dir, csv, "--name", name});
-            [&] { QCOMPARE(imported.exitCode, 0); }();
+            if (imported.exitCode != 0) {
+                qWarning("vndb import failed: %s", qPrintable(imported.err));
+                return QString();
+            }
         }
         return dir;
     }
@@ -54,6 +57,7 @@ private slots:
     void checkRepairsTheStructureAndSaysSo()
     {
         const QString dir = importedProject({"oil"});
+        QVERIFY(!dir.isNull());
 
         // Read-only: the missing folders are reported, not made.
         const auto before = VndbRunner::snapshot(dir);
@@ -86,7 +90,8 @@ private slots:
 
     void checkInFrenchUsesTheLibrarysFrenchMessage()
     {
-        const QString dir = importedProject({});
+        const QString dir = importedProject({"oil"});
+        QVERIFY(!dir.isNull());
         const VndbResult repair = project("check", dir, {"--lang", "fr"});
         QCOMPARE(repair.exitCode, 0);
         QVERIFY2(
@@ -98,6 +103,7 @@ private slots:
     void checkReportsIncompleteAnalyses()
     {
         const QString dir = importedProject({"a", "b"});
+        QVERIFY(!dir.isNull());
         QVERIFY(QFile::remove(dir + "/Analyses/b/acquisition.xml"));
         const VndbResult result = project("check", dir, {"--json"});
         QCOMPARE(result.exitCode, 0);
@@ -107,6 +113,7 @@ private slots:
     void syncRegistersTheAnalysesFoundOnDisk()
     {
         const QString dir = importedProject({"oil-a", "oil-b"});
+        QVERIFY(!dir.isNull());
 
         // Before any sync, list knows the folders but not the database.
         VndbResult list = project("list", dir, {"--json"});
@@ -175,6 +182,7 @@ private slots:
         QFETCH(QString, english);
         QFETCH(QString, french);
         const QString dir = importedProject({"oil"});
+        QVERIFY(!dir.isNull());
         if (withDatabase) {
             QCOMPARE(project("sync", dir).exitCode, 0);
             // An analysis the next sync would add.
@@ -195,6 +203,7 @@ private slots:
     void damagedDatabaseOrMissingFolderIsRefused()
     {
         const QString dir = importedProject({"oil"});
+        QVERIFY(!dir.isNull());
         QVERIFY(VndbRunner::writeFile(dir + "/project.sqlite", "not a database"));
         const auto before = VndbRunner::snapshot(dir);
         for (const QString action : {"sync", "list"}) {
@@ -215,6 +224,85 @@ private slots:
         }
         // The module option is for sync alone.
         QCOMPARE(project("check", dir, {"--module-in-use", "x"}).exitCode, 2);
+    }
+
+    void aFolderWithoutAProjectIsRefused_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("reason");
+        const QString en = "holds no project (no project database, no project folders); vndb project init %1 makes one";
+        const QString fr = "ne contient pas de projet (ni base de données de projet, ni dossiers de projet) ; "
+                           "vndb project init %1 en crée un";
+        for (const QString action : {"list", "check", "sync"}) {
+            QTest::addRow("%s en", qPrintable(action)) << action << "en" << en;
+            QTest::addRow("%s fr", qPrintable(action)) << action << "fr" << fr;
+        }
+    }
+
+    // A folder of other things never becomes a project by accident, not even
+    // an empty one: only init and import make projects.
+    void aFolderWithoutAProjectIsRefused()
+    {
+        QFETCH(QString, action);
+        QFETCH(QString, language);
+        QFETCH(QString, reason);
+        const QString empty = m_tmp.filePath(QString("empty%1").arg(++m_count));
+        const QString other = m_tmp.filePath(QString("other%1").arg(++m_count));
+        QVERIFY(QDir().mkpath(empty));
+        QVERIFY(QDir().mkpath(other) && VndbRunner::writeFile(other + "/notes.txt", "not a project"));
+        for (const QString& dir : {empty, other}) {
+            const auto before = VndbRunner::snapshot(dir);
+            const VndbResult refused = project(action, dir, {"--lang", language});
+            VNDB_REFUSED(refused, 1, reason.arg(dir));
+            QCOMPARE(VndbRunner::snapshot(dir), before);
+            QCOMPARE(QDir(dir).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), dir == empty ? 0 : 1);
+        }
+    }
+
+    void initMakesAProjectThatTheOtherActionsTake()
+    {
+        const QString other = m_tmp.filePath(QString("other%1").arg(++m_count));
+        QVERIFY(QDir().mkpath(other) && VndbRunner::writeFile(other + "/notes.txt", "kept"));
+        const QString missing = m_tmp.filePath(QString("new%1/project").arg(++m_count));
+        for (const QString& dir : {other, missing}) {
+            const VndbResult made = project("init", dir, {"--json"});
+            QCOMPARE(made.exitCode, 0);
+            QCOMPARE(strings(json(made).value("folders")),
+                     QStringList({"Analyses", "Indexations", "Pixmaps", "Wells"}));
+            QVERIFY(QFileInfo::exists(dir + "/project.sqlite"));
+            QCOMPARE(project("list", dir).exitCode, 0);
+            QVERIFY(project("check", dir, {"--read-only"}).out.contains("Structure complete."));
+            // Again: nothing to make, nothing lost.
+            QCOMPARE(project("init", dir).exitCode, 0);
+        }
+        QFile notes(other + "/notes.txt");
+        QVERIFY(notes.open(QIODevice::ReadOnly));
+        QCOMPARE(notes.readAll(), QByteArray("kept"));
+        QCOMPARE(project("init", other, {"--read-only"}).exitCode, 2);
+        const VndbResult onAFile = project("init", other + "/notes.txt");
+        VNDB_REFUSED(onAFile, 1, "is not a folder");
+    }
+
+    // An import makes its project in a missing or empty folder, and refuses a
+    // folder of other things.
+    void importMakesAProjectOnlyWhereThereIsNothingElse()
+    {
+        const QString csv = m_tmp.filePath("run.csv");
+        QVERIFY(VndbRunner::writeFile(csv, "1.0,57:12 71:3\n1.1,57:10 71:4\n"));
+        const QString missing = m_tmp.filePath(QString("new%1").arg(++m_count));
+        const QString empty = m_tmp.filePath(QString("empty%1").arg(++m_count));
+        QVERIFY(QDir().mkpath(empty));
+        for (const QString& dir : {missing, empty}) {
+            QCOMPARE(VndbRunner::run({"import", dir, csv, "--name", "oil"}).exitCode, 0);
+            QCOMPARE(project("list", dir).exitCode, 0);
+        }
+        const QString other = m_tmp.filePath(QString("other%1").arg(++m_count));
+        QVERIFY(QDir().mkpath(other) && VndbRunner::writeFile(other + "/notes.txt", "kept"));
+        const auto before = VndbRunner::snapshot(other);
+        const VndbResult refused = VndbRunner::run({"import", other, csv});
+        VNDB_REFUSED(refused, 1, "vndb project init");
+        QCOMPARE(VndbRunner::snapshot(other), before);
     }
 };
 

@@ -16,11 +16,22 @@ VndbResult ref(const QString& dir, const QStringList& words)
     return VndbRunner::run(QStringList{"ref"} + words + QStringList{"--dir", dir});
 }
 
-QJsonObject json(const QString& dir, const QStringList& words)
+// The JSON answer of a command that must succeed; false (with its error
+// printed) when it did not, so that the call site stops the test there.
+bool json(const QString& dir, const QStringList& words, QJsonObject* answer)
 {
     const VndbResult result = ref(dir, words + QStringList{"--json"});
-    [&] { QVERIFY2(result.exitCode == 0, qPrintable(result.err)); }();
-    return QJsonDocument::fromJson(result.out.toUtf8()).object();
+    *answer = QJsonDocument::fromJson(result.out.toUtf8()).object();
+    if (result.exitCode != 0)
+        qWarning("vndb ref %s failed: %s", qPrintable(words.join(' ')), qPrintable(result.err));
+    return result.exitCode == 0;
+}
+
+// The same where the answer is checked at once: empty when the command failed.
+QJsonObject json(const QString& dir, const QStringList& words)
+{
+    QJsonObject answer;
+    return json(dir, words, &answer) ? answer : QJsonObject();
 }
 
 QStringList keys(const QJsonObject& list)
@@ -59,33 +70,41 @@ private slots:
 
     void listsSearchesAndFilters()
     {
-        const QJsonObject all = json(m_dir, {"list", "compounds"});
+        QJsonObject all;
+        QVERIFY(json(m_dir, {"list", "compounds"}, &all));
         QVERIFY(all.value("total").toInt() > 50);
-        const QJsonObject delivered = json(m_dir, {"list", "compounds", "--db", "delivered"});
+        QJsonObject delivered;
+        QVERIFY(json(m_dir, {"list", "compounds", "--db", "delivered"}, &delivered));
         QCOMPARE(delivered.value("total").toInt(), all.value("total").toInt());
-        const QJsonObject user = json(m_dir, {"list", "compounds", "--db", "user"});
+        QJsonObject user;
+        QVERIFY(json(m_dir, {"list", "compounds", "--db", "user"}, &user));
         QVERIFY(user.value("items").toArray().size() <= 1);
 
-        const QJsonObject pristane = json(m_dir, {"list", "compounds", "--search", "PRISTANE"});
+        QJsonObject pristane;
+        QVERIFY(json(m_dir, {"list", "compounds", "--search", "PRISTANE"}, &pristane));
         QVERIFY(!pristane.value("items").toArray().isEmpty());
-        const QJsonObject byCas = json(m_dir, {"list", "compounds", "--filter", "CAS=1921-70-6"});
+        QJsonObject byCas;
+        QVERIFY(json(m_dir, {"list", "compounds", "--filter", "CAS=1921-70-6"}, &byCas));
         QCOMPARE(byCas.value("items").toArray().size(), 1);
         const QString key = keys(byCas).value(0);
-        const QJsonObject shown = json(m_dir, {"show", key});
+        QJsonObject shown;
+        QVERIFY(json(m_dir, {"show", key}, &shown));
         QCOMPARE(shown.value("kind").toString(), "compound");
         QCOMPARE(shown.value("properties").toObject().value("formula").toString(), "C19H40");
 
-        const QJsonObject ions = json(m_dir, {"list", "ions"});
+        QJsonObject ions;
+        QVERIFY(json(m_dir, {"list", "ions"}, &ions));
         QVERIFY(ions.value("total").toInt() > 5);
         QVERIFY(json(m_dir, {"list", "parameters", "--search", "Pr/Ph"}).value("items").toArray().size() >= 1);
     }
 
     void additionsGoToTheUserDatabaseAndTheMergedOne()
     {
-        QJsonObject added = json(m_dir, {"add-compound", "Lycopane", "--formula", "C40H82", "--cas", "45316-02-8"});
+        QJsonObject added;
+        QVERIFY(json(m_dir, {"add-compound", "Lycopane", "--formula", "C40H82", "--cas", "45316-02-8"}, &added));
         const QString compound = added.value("key").toString();
         QVERIFY(!compound.isEmpty());
-        added = json(m_dir, {"add-ion", "m/z 183", "183"});
+        QVERIFY(json(m_dir, {"add-ion", "m/z 183", "183"}, &added));
         const QString ion = added.value("key").toString();
         QVERIFY(!ion.isEmpty());
         QVERIFY(!json(m_dir, {"add-joint", compound, ion}).value("key").toString().isEmpty());
@@ -100,7 +119,8 @@ private slots:
         QVERIFY(json(m_dir, {"alias", "vendors"}).value("vendors").toArray().contains("VendorZ"));
         QCOMPARE(ref(m_dir, {"alias", "update", compound, "masterName", "VendorZ", "Lycopane (C40)"}).exitCode, 0);
         // The merged copy carries the user's compound with its alias as updated.
-        const QJsonObject shown = json(m_dir, {"show", compound});
+        QJsonObject shown;
+        QVERIFY(json(m_dir, {"show", compound}, &shown));
         QCOMPARE(shown.value("properties").toObject().value("CAS").toString(), "45316-02-8");
         const QJsonArray aliases = shown.value("aliases").toArray();
         QCOMPARE(aliases.size(), 1);
@@ -166,6 +186,14 @@ private slots:
             VNDB_REFUSED(result, 1, language.second);
             QCOMPARE(VndbRunner::snapshot(m_dir), before);
         }
+    }
+
+    void aFilterWithoutAValueIsAUsageError()
+    {
+        const auto before = VndbRunner::snapshot(m_dir);
+        const VndbResult result = ref(m_dir, {"list", "compounds", "--filter", "CAS"});
+        VNDB_REFUSED(result, 2, "--filter 'CAS' is not KEY=VALUE");
+        QCOMPARE(VndbRunner::snapshot(m_dir), before);
     }
 
     void missingFolderIsRefusedAndNotMade()

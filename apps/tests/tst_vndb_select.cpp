@@ -13,11 +13,22 @@
 #include <QtTest>
 
 namespace {
-QJsonObject select(const QStringList& words, int expectedExit = 0)
+// The JSON answer of a selection that must succeed; false (with its error
+// printed) when it did not, so that the call site stops the test there.
+bool select(const QStringList& words, QJsonObject* answer)
 {
     const VndbResult result = VndbRunner::run(QStringList{"select", "--json"} + words);
-    [&] { QCOMPARE(result.exitCode, expectedExit); }();
-    return QJsonDocument::fromJson(result.out.toUtf8()).object();
+    *answer = QJsonDocument::fromJson(result.out.toUtf8()).object();
+    if (result.exitCode != 0)
+        qWarning("vndb select %s failed: %s", qPrintable(words.join(' ')), qPrintable(result.err));
+    return result.exitCode == 0;
+}
+
+// The same where the answer is checked at once: empty when the selection failed.
+QJsonObject select(const QStringList& words)
+{
+    QJsonObject answer;
+    return select(words, &answer) ? answer : QJsonObject();
 }
 
 // The ids shown in one category of a JSON answer.
@@ -74,12 +85,14 @@ private slots:
     void searchMatchesNamesAnywhereIgnoringCase()
     {
         const auto before = VndbRunner::snapshot(m_reference.path());
-        const QJsonObject all = select({});
+        QJsonObject all;
+        QVERIFY(select({}, &all));
         const int total = all.value("total").toInt();
         QVERIFY(total > 200);
         QCOMPARE(all.value("shown").toInt(), total);
 
-        const QJsonObject pristane = select({"--search", "PRISTANE"});
+        QJsonObject pristane;
+        QVERIFY(select({"--search", "PRISTANE"}, &pristane));
         const QStringList compounds = shownIds(pristane, "compounds");
         QVERIFY2(compounds.contains("C:Pr"), qPrintable(compounds.join(',')));
         QVERIFY(compounds.contains("C:iC18")); // Norpristane: inside the name
@@ -88,7 +101,8 @@ private slots:
         QCOMPARE(pristane.value("categories").toArray().size(), 4);
         QVERIFY(shownIds(pristane, "ions").isEmpty());
 
-        const QJsonObject kinds = select({"--kind", "ions", "--kind", "parameters"});
+        QJsonObject kinds;
+        QVERIFY(select({"--kind", "ions", "--kind", "parameters"}, &kinds));
         QCOMPARE(kinds.value("categories").toArray().size(), 2);
         QVERIFY(shownIds(kinds, "ions").contains("I:m/z 191"));
         // Parameters come in their display order.
@@ -109,7 +123,8 @@ private slots:
         QCOMPARE(french, byKey);
 
         // An empty value keeps the objects that carry the property at all.
-        const QJsonObject withCas = select({"--kind", "compounds", "--filter", "CAS="});
+        QJsonObject withCas;
+        QVERIFY(select({"--kind", "compounds", "--filter", "CAS="}, &withCas));
         const int shown = withCas.value("shown").toInt();
         QVERIFY(shown > 0 && shown <= withCas.value("total").toInt());
 
@@ -123,13 +138,15 @@ private slots:
     {
         QTemporaryDir tmp;
         const QString file = tmp.filePath("selection.xml");
-        QJsonObject saved = select({"--tick", "C:Pr", "--tick", "P:R001", "--save", file});
+        QJsonObject saved;
+        QVERIFY(select({"--tick", "C:Pr", "--tick", "P:R001", "--save", file}, &saved));
         QCOMPARE(saved.value("ticked").toArray().size(), 2);
         QVERIFY(VndbRunner::readFile(file).contains("<ObjectSelectorModel>"));
         QVERIFY(VndbRunner::readFile(file).contains("<Version>2.0</Version>"));
 
         // Loaded, then a new tick is added; hidden ticks stay ticked.
-        const QJsonObject loaded = select({"--load", file, "--tick", "I:m/z 191", "--search", "phytane"});
+        QJsonObject loaded;
+        QVERIFY(select({"--load", file, "--tick", "I:m/z 191", "--search", "phytane"}, &loaded));
         QCOMPARE(loaded.value("ticked").toVariant().toStringList(), QStringList({"C:Pr", "P:R001", "I:m/z 191"}));
 
         // The text form marks the ticks.
@@ -150,6 +167,9 @@ private slots:
                                     << "aucun objet d'ID 'C:nothing'";
         QTest::newRow("unknown filter") << QStringList{"--filter", "Colour=red"} << 1 << "unknown filter 'Colour'"
                                         << "filtre inconnu 'Colour'";
+        QTest::newRow("filter without a value")
+            << QStringList{"--filter", "CAS"} << 2 << "--filter 'CAS' is not KEY=VALUE"
+            << "--filter 'CAS' n'est pas de la forme CLÉ=VALEUR";
         QTest::newRow("not a selection") << QStringList{"--load", "@/garbage.xml"} << 1 << "holds no selector selection"
                                          << "ne contient pas de sélection du sélecteur";
         QTest::newRow("missing selection") << QStringList{"--load", "@/none.xml"} << 1 << "holds no selector selection"

@@ -100,3 +100,19 @@ bool CliArguments::toIndex(const QString& text, int* index)
     *index = value;
     return true;
 }
+
+bool CliArguments::keyValues(const QString& option, QList<QPair<QString, QString>>* pairs, QString* error) const
+{
+    pairs->clear();
+    for (const QString& value : values(option)) {
+        const int equals = value.indexOf(QLatin1Char('='));
+        if (equals <= 0) {
+            *error = QCoreApplication::translate("CliArguments", "--%1 '%2' is not KEY=VALUE",
+                                                 "--%1 '%2' n'est pas de la forme CLÉ=VALEUR")
+                         .arg(option, value);
+            return false;
+        }
+        pairs->append(qMakePair(value.left(equals), value.mid(equals + 1)));
+    }
+    return true;
+}

@@ -32,6 +32,9 @@ public:
     /// The first value of `option` (null when absent).
     QString value(const QString& option) const;
     QStringList values(const QString& option) const { return m_values.value(option); }
+    /// The values of a repeatable KEY=VALUE option, split at their first '='.
+    /// False, with a translated `error` naming it, for a value without '='.
+    bool keyValues(const QString& option, QList<QPair<QString, QString>>* pairs, QString* error) const;
 
     /// Reads a finite decimal number ("12.5", "1e3"); false otherwise.
     static bool toNumber(const QString& text, double* number);

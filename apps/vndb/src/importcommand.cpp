@@ -40,7 +40,7 @@ bool ImportCommand::importFile(const QString& dir, const QString& file, const QS
 {
     const ProjectFolder project(dir);
     // Everything that can be refused without reading is refused first.
-    if (!project.exists(error) || !ProjectFolder::isValidName(analysis, error))
+    if (!project.acceptsAnalyses(error) || !ProjectFolder::isValidName(analysis, error))
         return false;
     if (project.hasAnalysis(analysis)) {
         *error = tr("analysis '%1' already exists in project '%2'", "l'analyse '%1' existe déjà dans le projet '%2'")

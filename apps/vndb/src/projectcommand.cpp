@@ -24,13 +24,16 @@ QString ProjectCommand::summary() const
 
 QString ProjectCommand::description() const
 {
-    return tr("list   analyses with their scans, times, masses and signals, and whether the project\n"
+    return tr("init   makes DIR a project (created when missing): its folders and its project database\n"
+              "list   analyses with their scans, times, masses and signals, and whether the project\n"
               "       database knows them (never changes anything)\n"
               "check  structure check of the project folders; missing ones are recreated, unless\n"
               "       --read-only, which only reports them (exit code 1 when some are missing)\n"
               "sync   synchronisation of the project database with the folders: analyses found on disk\n"
               "       are registered, records whose folder vanished are reported. Refused for a read-only\n"
-              "       project and while an analysis module is running.",
+              "       project and while an analysis module is running.\n"
+              "list, check and sync refuse a folder that holds no project.",
+              "init   fait de DIR un projet (créé s'il manque) : ses dossiers et sa base de données de projet\n"
               "list   analyses avec leurs scans, temps, masses et signaux, et si la base de données du\n"
               "       projet les connaît (ne modifie rien)\n"
               "check  vérification de la structure des dossiers du projet ; les dossiers manquants sont\n"
@@ -38,7 +41,8 @@ QString ProjectCommand::description() const
               "sync   synchronisation de la base de données du projet avec les dossiers : les analyses\n"
               "       trouvées sur le disque sont enregistrées, les enregistrements dont le dossier a disparu\n"
               "       sont signalés. Refusée pour un projet en lecture seule et pendant qu'un module d'analyse\n"
-              "       tourne.");
+              "       tourne.\n"
+              "list, check et sync refusent un dossier qui ne contient pas de projet.");
 }
 
 QList<CliOption> ProjectCommand::options() const
@@ -60,6 +64,12 @@ int ProjectCommand::run(CliContext& context, const CliArguments& arguments)
         return context.usageError(
             tr("--module-in-use goes with 'project sync' only", "--module-in-use ne va qu'avec 'project sync'"),
             name());
+    if (action == QLatin1String("init")) {
+        if (readOnly)
+            return context.usageError(
+                tr("--read-only does not go with 'project init'", "--read-only ne va pas avec 'project init'"), name());
+        return init(context, dir);
+    }
     if (action == QLatin1String("list"))
         return list(context, dir);
     if (action == QLatin1String("check"))
@@ -67,7 +77,8 @@ int ProjectCommand::run(CliContext& context, const CliArguments& arguments)
     if (action == QLatin1String("sync"))
         return sync(context, dir, readOnly, arguments.values(QStringLiteral("module-in-use")));
     return context.usageError(
-        tr("unknown action '%1' (list, check or sync)", "action inconnue '%1' (list, check ou sync)").arg(action),
+        tr("unknown action '%1' (init, list, check or sync)", "action inconnue '%1' (init, list, check ou sync)")
+            .arg(action),
         name());
 }
 
@@ -75,7 +86,7 @@ int ProjectCommand::list(CliContext& context, const QString& dir)
 {
     const ProjectFolder project(dir);
     QString error;
-    if (!project.exists(&error))
+    if (!project.holdsProject(&error))
         return context.refuse(error);
     // Listing reads: the project database is opened read-only, and only when
     // the project has one.
@@ -149,7 +160,7 @@ int ProjectCommand::check(CliContext& context, const QString& dir, bool readOnly
 {
     const ProjectFolder project(dir);
     QString error;
-    if (!project.exists(&error))
+    if (!project.holdsProject(&error))
         return context.refuse(error);
     QList<ProjectDatabase::Folder> folders;
     QStringList messages;
@@ -230,7 +241,7 @@ int ProjectCommand::sync(CliContext& context, const QString& dir, bool readOnly,
 {
     const ProjectFolder project(dir);
     QString error;
-    if (!project.exists(&error))
+    if (!project.holdsProject(&error))
         return context.refuse(error);
     const QString header = ProjectDatabase::headerFile(project.path());
     const bool hadHeader = QFileInfo::exists(header);
@@ -272,6 +283,49 @@ int ProjectCommand::sync(CliContext& context, const QString& dir, bool readOnly,
     json.insert(QStringLiteral("skipped"), QJsonArray::fromStringList(report.skipped));
     json.insert(QStringLiteral("analyses"), QJsonArray::fromStringList(registered));
     json.insert(QStringLiteral("messages"), QJsonArray::fromStringList(messages));
+    context.printJson(json);
+    return CliContext::Success;
+}
+
+int ProjectCommand::init(CliContext& context, const QString& dir)
+{
+    const ProjectFolder project(dir);
+    const QFileInfo info(project.path());
+    if (info.exists() && !info.isDir())
+        return context.refuse(tr("'%1' is not a folder", "'%1' n'est pas un dossier").arg(project.path()));
+    const bool existed = info.exists();
+    if (!existed && !QDir().mkpath(project.path()))
+        return context.refuse(
+            tr("cannot create the folder '%1'", "impossible de créer le dossier '%1'").arg(project.path()));
+    QStringList messages;
+    QStringList folders;
+    for (const ProjectDatabase::Folder& folder : ProjectDatabase::checkStructure(project.path(), true, &messages)) {
+        if (!folder.exists)
+            return context.refuse(tr("the folder '%1' of project '%2' cannot be created",
+                                     "le dossier '%1' du projet '%2' ne peut pas être créé")
+                                      .arg(folder.name, project.path()));
+        folders << folder.name;
+    }
+    ProjectDatabase::SyncOutcome outcome;
+    {
+        ProjectDatabase database;
+        QString error;
+        if (!database.open(project.path(), false, &error))
+            return context.refuse(error);
+        outcome = database.synchronize();
+    }
+    if (outcome.refused)
+        return context.refuse(outcome.messages.last());
+    context.print(tr("Project %1 ready: folders %2; project database %3; %4 analyses registered",
+                     "Projet %1 prêt : dossiers %2 ; base de données de projet %3 ; %4 analyses enregistrées")
+                      .arg(project.path(), folders.join(QStringLiteral(", ")),
+                           QFileInfo(ProjectDatabase::headerFile(project.path())).fileName())
+                      .arg(outcome.analyses.size()));
+    QJsonObject json;
+    json.insert(QStringLiteral("project"), project.path());
+    json.insert(QStringLiteral("folders"), QJsonArray::fromStringList(folders));
+    json.insert(QStringLiteral("database"), ProjectDatabase::headerFile(project.path()));
+    json.insert(QStringLiteral("analyses"), QJsonArray::fromStringList(outcome.analyses));
     context.printJson(json);
     return CliContext::Success;
 }

@@ -10,7 +10,7 @@ class ProjectCommand : public CliCommand
     Q_OBJECT
 public:
     QString name() const override { return QStringLiteral("project"); }
-    QString synopsis() const override { return QStringLiteral("list|check|sync DIR [--read-only]"); }
+    QString synopsis() const override { return QStringLiteral("init|list|check|sync DIR [--read-only]"); }
     QString summary() const override;
     QString description() const override;
     QList<CliOption> options() const override;
@@ -19,6 +19,7 @@ public:
     int run(CliContext& context, const CliArguments& arguments) override;
 
 private:
+    int init(CliContext& context, const QString& dir);
     int list(CliContext& context, const QString& dir);
     int check(CliContext& context, const QString& dir, bool readOnly);
     int sync(CliContext& context, const QString& dir, bool readOnly, const QStringList& modules);

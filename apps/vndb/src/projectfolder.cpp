@@ -1,5 +1,7 @@
 #include "projectfolder.h"
 
+#include "projectdatabase.h"
+
 #include <tacquisitionrun.h>
 #include <tanalysisfolder.h>
 #include <tdescriptionacquisition.h>
@@ -22,6 +24,34 @@ bool ProjectFolder::exists(QString* error) const
         ? tr("'%1' is not a folder", "'%1' n'est pas un dossier").arg(m_path)
         : tr("project folder '%1' does not exist", "le dossier de projet '%1' n'existe pas").arg(m_path);
     return false;
+}
+
+bool ProjectFolder::holdsProject(QString* error) const
+{
+    if (!exists(error))
+        return false;
+    if (QFileInfo::exists(ProjectDatabase::headerFile(m_path)))
+        return true;
+    QStringList unused;
+    for (const ProjectDatabase::Folder& folder : ProjectDatabase::checkStructure(m_path, false, &unused)) {
+        if (folder.existed)
+            return true;
+    }
+    *error = tr("'%1' holds no project (no project database, no project folders); vndb project init %1 makes one",
+                "'%1' ne contient pas de projet (ni base de données de projet, ni dossiers de projet) ; "
+                "vndb project init %1 en crée un")
+                 .arg(m_path);
+    return false;
+}
+
+bool ProjectFolder::acceptsAnalyses(QString* error) const
+{
+    const QFileInfo info(m_path);
+    if (!info.exists())
+        return true;
+    if (info.isDir() && QDir(m_path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+        return true;
+    return holdsProject(error);
 }
 
 QString ProjectFolder::analysesPath() const
@@ -92,7 +122,7 @@ bool ProjectFolder::isValidName(const QString& name, QString* error)
 
 bool ProjectFolder::addAnalysis(const QString& name, const TAcquisitionRun& run, QString* error) const
 {
-    if (!exists(error) || !isValidName(name, error))
+    if (!acceptsAnalyses(error) || !isValidName(name, error))
         return false;
     if (QFileInfo::exists(analysisPath(name))) {
         *error = tr("analysis '%1' already exists in project '%2'", "l'analyse '%1' existe déjà dans le projet '%2'")
@@ -106,13 +136,17 @@ bool ProjectFolder::addAnalysis(const QString& name, const TAcquisitionRun& run,
     }
     // The folder is written whole or not at all (staged beside it, checked,
     // renamed into place); a refusal also removes an analyses folder made here.
+    // A missing project folder is made here, and goes again with a refusal.
+    const bool createdProject = !QFileInfo::exists(m_path);
     const bool createdAnalyses = !QFileInfo::exists(analysesPath());
     TAcquisitionRun named = run;
     named.name = name;
-    if (TAnalysisFolder::write(named, analysesPath(), name, &why))
+    if (QDir().mkpath(m_path) && TAnalysisFolder::write(named, analysesPath(), name, &why))
         return true;
     if (createdAnalyses)
         QDir().rmdir(analysesPath());
+    if (createdProject)
+        QDir().rmdir(m_path);
     *error = tr("cannot add analysis '%1': %2", "impossible d'ajouter l'analyse '%1' : %2").arg(name, why);
     return false;
 }

@@ -19,6 +19,15 @@ public:
     QString path() const { return m_path; }
     /// False, with a translated reason, when the project folder does not exist.
     bool exists(QString* error) const;
+    /// False, with a translated reason, unless the folder exists and holds a
+    /// project: its project database or one of a project's sub-folders.
+    /// Commands that would write into any other folder refuse it, so that
+    /// no folder becomes a project by accident (`vndb project init` makes one).
+    bool holdsProject(QString* error) const;
+    /// True when an analysis may be added here: a project, or a folder that
+    /// is missing or empty (it becomes the project). False with `error` for
+    /// a file or a folder that holds other things.
+    bool acceptsAnalyses(QString* error) const;
 
     QString analysesPath() const;
     QString analysisPath(const QString& name) const;

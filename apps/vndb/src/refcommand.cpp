@@ -174,18 +174,16 @@ int RefCommand::list(CliContext& context, ReferenceDatabases& databases, const C
         return context.usageError(tr("unknown kind '%1' (%2)", "type inconnu '%1' (%2)")
                                       .arg(kind, ReferenceDatabases::kinds().join(QStringLiteral(", "))),
                                   name());
+    QList<QPair<QString, QString>> filters;
+    QString filterError;
+    if (!arguments.keyValues(QStringLiteral("filter"), &filters, &filterError))
+        return context.usageError(filterError, name());
     const QString which
         = arguments.isSet(QStringLiteral("db")) ? arguments.value(QStringLiteral("db")) : QStringLiteral("merged");
     QString error;
     VNToviDatabaseInterface* db = databases.database(ReferenceDatabases::typeOf(which), &error);
     if (!db)
         return context.refuse(error);
-    QList<QPair<QString, QString>> filters;
-    for (const QString& filter : arguments.values(QStringLiteral("filter"))) {
-        const int equals = filter.indexOf(QLatin1Char('='));
-        filters << qMakePair(equals < 0 ? filter : filter.left(equals),
-                             equals < 0 ? QString() : filter.mid(equals + 1));
-    }
     const QString search = arguments.value(QStringLiteral("search"));
     const QList<const VNObject2*> objects = ReferenceDatabases::objectsOf(db, kind);
     QJsonArray items;

@@ -68,9 +68,12 @@ int SelectCommand::run(CliContext& context, const CliArguments& arguments)
                                           .arg(kind, ReferenceSelector::kinds().join(QStringLiteral(", "))),
                                       name());
     }
+    QList<QPair<QString, QString>> filterValues;
+    QString error;
+    if (!arguments.keyValues(QStringLiteral("filter"), &filterValues, &error))
+        return context.usageError(error, name());
     // The selector lists the merged reference database, as in the application.
     ReferenceDatabases databases;
-    QString error;
     const QString folder = arguments.isSet(QStringLiteral("dir")) ? arguments.value(QStringLiteral("dir"))
                                                                   : ReferenceDatabases::defaultFolder();
     VNToviDatabaseInterface* merged = nullptr;
@@ -104,10 +107,9 @@ int SelectCommand::run(CliContext& context, const CliArguments& arguments)
     QStringList labels;
     model.visibleFilters(labels);
     QJsonObject filters;
-    for (const QString& filter : arguments.values(QStringLiteral("filter"))) {
-        const int equals = filter.indexOf(QLatin1Char('='));
-        QString label = equals < 0 ? filter : filter.left(equals);
-        const QString value = equals < 0 ? QString() : filter.mid(equals + 1);
+    for (const auto& filter : qAsConst(filterValues)) {
+        QString label = filter.first;
+        const QString& value = filter.second;
         // A stored key is accepted for the label that shows it.
         if (!labels.contains(label) && !model.visibleFilterKey(label).isNull())
             label = model.visibleFilterKey(label);

@@ -356,9 +356,10 @@ private slots:
         QFETCH(QString, text);
         TTranslator::install(language);
         QList<int> steps;
+        QSet<int> counts;
         QStringList texts;
         TProgressBarMgr::setListener([&](int step, int count, const QString& title) {
-            QCOMPARE(count, 5);
+            counts << count;
             steps << step;
             texts << title;
         });
@@ -366,6 +367,7 @@ private slots:
         model.setActiveDB({m_user.get()});
         model.fillFromDatabase(true);
         TProgressBarMgr::setListener({});
+        QCOMPARE(counts, QSet<int>{5});
         QList<int> moves;
         for (int step : steps) {
             if (step > 0 && (moves.isEmpty() || moves.last() != step))

@@ -350,20 +350,6 @@ private slots:
         QVERIFY(shown.isEmpty());
     }
 
-    void quickFilterTable()
-    {
-        ObjectSelectorModel model;
-        QHash<const QString, QStringList> table = model.getFilters();
-        QCOMPARE(table.size(), 2);
-        QCOMPARE(table.value("Analysis type"), QStringList({"MS", "THC", "Saturates", "MSMS", "Aromatics", "FID"}));
-        QCOMPARE(table.value("Study type"), QStringList({"Source Rock", "Gas data"}));
-
-        TTranslator::install("fr");
-        table = model.getFilters();
-        QCOMPARE(table.value(QString::fromUtf8("Type d'analyse")).size(), 6);
-        QCOMPARE(table.value(QString::fromUtf8("Type d'étude")), QStringList({"Source Rock", "Gas data"}));
-    }
-
     void collapsedItems()
     {
         ObjectSelectorModel model;
