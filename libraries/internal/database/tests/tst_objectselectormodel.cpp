@@ -50,6 +50,21 @@ private:
     bool m_checked = true;
 };
 
+// An item of another library: a QObject whose state is in its properties,
+// with or without an "id".
+class PropertyItem : public QObject, public PlainItem
+{
+    Q_OBJECT
+public:
+    explicit PropertyItem(const QVariant& id)
+    {
+        setProperty("ISCHECKABLE", true);
+        setProperty("ISCHECKED", true);
+        if (id.isValid())
+            setProperty("id", id);
+    }
+};
+
 QStringList checkedIds(ObjectSelectorModel& model)
 {
     return sample::ids(model.getSelectedItems(nullptr));
@@ -232,6 +247,53 @@ private slots:
         QTest::newRow("image variant") << fragment("2.0", payload({QVariant(image)})) << true;
         QTest::newRow("nested list") << fragment("2.0", payload({QVariant(QVariantList{"12"})})) << true;
         QTest::newRow("huge nested list") << bytes("\x00\x00\x00\x01\x00\x00\x00\x09\x00\x7f\xff\xff\xff", 13) << true;
+    }
+
+    // Entries that name nothing, or that cannot be read, are dropped; the ids
+    // read before them still tick their items.
+    void decodeDropsOnlyWhatItCannotRead_data()
+    {
+        QTest::addColumn<QList<QVariant>>("ids");
+        QTest::addColumn<QStringList>("ticked");
+        QImage image(2, 2, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QTest::newRow("entry without a value") << QList<QVariant>{"12", QVariant(), "21"} << QStringList{"12", "21"};
+        QTest::newRow("image after two ids")
+            << QList<QVariant>{"12", "PAR-2", QVariant(image), "21"} << QStringList{"12", "PAR-2"};
+        QTest::newRow("date first") << QList<QVariant>{QVariant(QDate(2026, 11, 24)), "12"} << QStringList();
+    }
+
+    void decodeDropsOnlyWhatItCannotRead()
+    {
+        QFETCH(QList<QVariant>, ids);
+        QFETCH(QStringList, ticked);
+        ObjectSelectorModel model;
+        sample::fill(model);
+        tick(model, {"13"});
+        QDomDocument doc;
+        QDomElement e = wrap(doc, fragment("2.0", payload(ids)));
+        QVERIFY(model.decode(e));
+        QCOMPARE(checkedIds(model), ticked);
+    }
+
+    // What encode writes, decode reads back whole: items without an id, or
+    // with an id decode would not read, are left out, the others kept.
+    void encodeWritesOnlyWhatDecodeReads()
+    {
+        ObjectSelectorModel model;
+        sample::fill(model);
+        tick(model, {"12", "PAR-1"});
+        for (const QVariant& id : {QVariant(), QVariant(QDate(2026, 11, 24))})
+            sample::appendNode(&model.root(), nullptr)->attribute = new PropertyItem(id);
+        QDomDocument doc;
+        QDomElement state = doc.createElement("state");
+        doc.appendChild(state);
+        QVERIFY(model.encode(state));
+        const QString saved = state.firstChildElement("ObjectSelectorModel").firstChildElement("SelectedItems").text();
+        QCOMPARE(ObjectSelectorModel::decodeSelectedIds(saved.toLatin1()), QList<QVariant>({"12", "PAR-1"}));
+        model.uncheckAll();
+        QVERIFY(model.decode(state));
+        QCOMPARE(checkedIds(model), QStringList({"12", "PAR-1"}));
     }
 
     void decodeRefusalsAndGarbage()

@@ -91,13 +91,17 @@ QList<QVariant> ObjectSelectorModel::decodeSelectedIds(const QByteArray& base64)
         if (start + 4 > bytes.size())
             return {};
         const quint32 type = qFromBigEndian<quint32>(bytes.constData() + start);
-        if (!isIdType(type))
-            return {};
+        // A value of another type cannot be skipped without reading it: the
+        // ids before it are kept, the rest of the list is lost with it.
+        if (type != QMetaType::UnknownType && !isIdType(type))
+            return ids;
         QVariant id;
         stream >> id;
         if (stream.status() != QDataStream::Ok)
             return {};
-        ids.append(id);
+        // An entry without a value (an item that had no id) names nothing.
+        if (id.isValid())
+            ids.append(id);
     }
     return ids;
 }
@@ -112,10 +116,15 @@ bool ObjectSelectorModel::encode(QDomElement& parent)
     const QList<ObjectSelectorItemInterface*> selected = getSelectedItems(nullptr);
     ids.reserve(selected.size());
     for (ObjectSelectorItemInterface* item : selected) {
+        QVariant id;
         if (ObjectSelectorItem::fromInterface(item))
-            ids.append(item->id());
+            id = item->id();
         else if (QObject* object = dynamic_cast<QObject*>(item))
-            ids.append(object->property("id"));
+            id = object->property("id");
+        // Only what decode reads back is written: an item without an id, or
+        // with an id of another kind of value, is left out.
+        if (id.isValid() && isIdType(quint32(id.userType())))
+            ids.append(id);
     }
 
     TXMLMethod::addToElement(element, QString::fromLatin1(kVersionKey), QString::fromLatin1(kVersion));
