@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QDomDocument>
+#include <QLineEdit>
 #include <QtTest>
 
 namespace {
@@ -278,6 +279,31 @@ private slots:
         delete dynamic_cast<ObjectSelectorEditor*>(view); // the widget dies first
         QVERIFY(ctrl->editor() == nullptr);
         ctrl->searchRequested("pristane"); // and the controller goes on without it
+        QCOMPARE(visibleIds(*model), QStringList({"21"}));
+    }
+
+    // A widget the controller stops using (a second initView, closeView) stays
+    // with its parent and may outlive the controller: it never calls it again.
+    void aWidgetItStopsUsingNeverCallsIt()
+    {
+        QWidget parent;
+        const QStringList all = visibleIds(*model);
+        auto* first = dynamic_cast<ObjectSelectorEditor*>(ctrl->initView(&parent));
+        auto* second = dynamic_cast<ObjectSelectorEditor*>(ctrl->initView(&parent));
+        QVERIFY(first && second && first != second);
+        QTest::keyClicks(first->searchLine(), "pristane");
+        QCOMPARE(visibleIds(*model), all);
+        QTest::keyClicks(second->searchLine(), "pristane");
+        QCOMPARE(visibleIds(*model), QStringList({"21"}));
+
+        ctrl->closeView();
+        second->searchLine()->clear();
+        QCOMPARE(visibleIds(*model), QStringList({"21"}));
+        // Both widgets outlive their controller and are still used.
+        delete ctrl;
+        ctrl = nullptr;
+        QTest::keyClicks(first->searchLine(), "x");
+        QTest::keyClicks(second->searchLine(), "y");
         QCOMPARE(visibleIds(*model), QStringList({"21"}));
     }
 };

@@ -159,6 +159,9 @@ void ObjectSelectorCtrl::itemExpanded(ObjectSelectorItemInterface* item)
 
 ObjectSelectorEditorInterface* ObjectSelectorCtrl::initView(QWidget* parent)
 {
+    // The widget shown before stays with its parent: it must not call a
+    // controller that no longer drives it (nor one that is gone).
+    closeView();
     auto* view = new ObjectSelectorEditor(parent, m_model);
     m_editor = view;
     m_editorGuard = view;
@@ -172,6 +175,8 @@ void ObjectSelectorCtrl::setActiveDB(const QList<VNToviDatabaseInterface*>&)
 
 void ObjectSelectorCtrl::closeView()
 {
+    if (ObjectSelectorEditorInterface* view = editor())
+        view->removeObserver(this);
     m_editor = nullptr;
     m_editorGuard = nullptr;
 }
