@@ -3,7 +3,8 @@ vn_add_test(NAME database.models.graphdata SOURCES tst_vngraphdata.cpp tst_model
   LIBS VN::Database VN::Plavo)
 vn_add_test(NAME database.models.graph SOURCES tst_vndatamodelgraph.cpp tst_models_sample.h
   LIBS VN::Database VN::Plavo)
-vn_add_test(NAME database.models.overlay SOURCES tst_vndatamodeloverlay.cpp tst_models_sample.h LIBS VN::Database)
+vn_add_test(NAME database.models.overlay WIDGETS SOURCES tst_vndatamodeloverlay.cpp tst_models_sample.h
+  LIBS VN::Database)
 # The table-shape spies are shared with the object model's table tests.
 foreach(t tst_database_models_graph)
   if(TARGET ${t})

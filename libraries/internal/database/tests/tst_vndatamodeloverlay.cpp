@@ -6,6 +6,10 @@
 #include <vnobject2tovioverlay.h>
 
 #include <QAbstractItemModelTester>
+#include <QFile>
+#include <QHeaderView>
+#include <QTableView>
+#include <QTemporaryDir>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -50,12 +54,73 @@ private slots:
         QVERIFY(!model.setHeaderData(-1, Qt::Horizontal, QStringLiteral("x")));
         QVERIFY(!model.isValid());
         QCOMPARE(headerChanged.count(), 0);
-        // Any other section makes the (empty) grid valid and stores nothing
-        // outside it; no view is told about a section it does not have.
-        QVERIFY(model.setHeaderData(3, Qt::Horizontal, QStringLiteral("x")));
+    }
+
+    // Every accepted header edit is announced while notify is set, sections
+    // past the grid included. Qt's model tester takes a header signal for a
+    // section the model does not have as a fault, so it is not attached here:
+    // the announcement is meant for listeners that keep labels of their own.
+    void everyHeaderEditIsAnnounced_data()
+    {
+        QTest::addColumn<bool>("filled");
+        QTest::addColumn<int>("orientation");
+        QTest::addColumn<int>("section");
+        QTest::newRow("empty grid, column 3") << false << int(Qt::Horizontal) << 3;
+        QTest::newRow("empty grid, row 0") << false << int(Qt::Vertical) << 0;
+        QTest::newRow("column past the grid") << true << int(Qt::Horizontal) << 7;
+        QTest::newRow("row past the grid") << true << int(Qt::Vertical) << 3;
+        QTest::newRow("row inside the grid") << true << int(Qt::Vertical) << 1;
+    }
+
+    void everyHeaderEditIsAnnounced()
+    {
+        QFETCH(bool, filled);
+        QFETCH(int, orientation);
+        QFETCH(int, section);
+        VNDataModelOverlay model;
+        if (filled)
+            fill(model);
+        const int columns = model.columnCount();
+        QSignalSpy headerChanged(&model, &QAbstractItemModel::headerDataChanged);
+        QVERIFY(model.setHeaderData(section, Qt::Orientation(orientation), QStringLiteral("x")));
         QVERIFY(model.isValid());
-        QCOMPARE(model.columnCount(), 0);
-        QCOMPARE(headerChanged.count(), 0);
+        QCOMPARE(model.columnCount(), columns); // nothing stored outside the grid
+        QCOMPARE(headerChanged.count(), 1);
+        QCOMPARE(headerChanged.at(0).at(0).value<Qt::Orientation>(), Qt::Orientation(orientation));
+        QCOMPARE(headerChanged.at(0).at(1).toInt(), section);
+        QCOMPARE(headerChanged.at(0).at(2).toInt(), section);
+    }
+
+    // A view attached before the first fill shows the grid once it is filled.
+    void aViewAttachedFirstShowsTheGrid_data()
+    {
+        QTest::addColumn<bool>("fromFile");
+        QTest::newRow("setHeadersData") << false;
+        QTest::newRow("open") << true;
+    }
+
+    void aViewAttachedFirstShowsTheGrid()
+    {
+        QFETCH(bool, fromFile);
+        VNDataModelOverlay model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QTableView view;
+        view.setModel(&model);
+        QCOMPARE(view.horizontalHeader()->count(), 0);
+        if (fromFile) {
+            QTemporaryDir dir;
+            const QString path = dir.filePath("zones.txt");
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("\tC27\tC28\tC29\nMarine shale\nLacustrine\nTerrigenous\n");
+            file.close();
+            QVERIFY(model.open(path));
+        } else {
+            fill(model);
+        }
+        QCOMPARE(view.horizontalHeader()->count(), 3);
+        QCOMPARE(view.verticalHeader()->count(), 3);
+        QCOMPARE(view.model()->headerData(2, Qt::Horizontal).toString(), QStringLiteral("C29"));
     }
 
     void headersCarryTheGrid()

@@ -307,8 +307,10 @@ bool VNDataModel::applyTable(const QStringList& columns, const QStringList& rows
                 storeCell(r, c, cells.at(r).at(c));
         }
     }
-    endResetModel();
+    // Valid before the reset ends: a model that shows nothing until it is
+    // valid must give a view attached before its first fill the new grid.
     setValid(true);
+    endResetModel();
     return true;
 }
 

@@ -102,10 +102,10 @@ bool VNDataModelOverlay::setHeaderData(int section, Qt::Orientation orientation,
     if (orientation == Qt::Horizontal && section < columnCount())
         m_columnHeaders[section] = value.toString();
     // Row labels come only from the table operations; an edit of a vertical
-    // header is signalled but not kept. Views are told only about sections
-    // they have: a change beyond the grid names nothing they could redraw.
-    const int count = orientation == Qt::Horizontal ? columnCount() : rowCount();
-    if (m_notify && section < count)
+    // header is signalled but not kept. Every accepted edit is announced, a
+    // section past the grid included: listeners other than views (an editor
+    // that mirrors the labels) learn of each one.
+    if (m_notify)
         emit headerDataChanged(orientation, section, section);
     return true;
 }
