@@ -79,21 +79,22 @@ VNMCData* VNDatabase::getMCData(const VNObject2* object)
         return nullptr;
     TCMFile* tcm = nullptr;
     analysisTCM(analysis, &tcm);
-    if (!tcm || tcm->nbScans() < 1
-        || !tcm->loadContent(-1.0f, -1.0f, 0, static_cast<unsigned long>(tcm->nbScans() - 1)))
+    if (!tcm || tcm->nbScans() < 1)
+        return nullptr;
+    // Content held by other readers is already whole: it is not reloaded
+    // under them.
+    const bool held = TCMFileRegistry::holders(analysisTCMPath(analysis)) > 0 && tcm->isLoaded();
+    if (!held && !tcm->loadContent(-1.0f, -1.0f, 0, static_cast<unsigned long>(tcm->nbScans() - 1)))
         return nullptr;
     return new VNMCDataDynamic(analysis);
 }
 
 void VNDatabase::releaseMCData(VNMCData* data)
 {
-    const auto* dynamic = dynamic_cast<const VNMCDataDynamic*>(data);
-    if (!dynamic || !dynamic->object())
+    auto* dynamic = dynamic_cast<VNMCDataDynamic*>(data);
+    if (!dynamic || !dynamic->object() || !dynamic->dropHold())
         return;
-    TCMFile* tcm = nullptr;
-    analysisTCM(dynamic->object(), &tcm);
-    if (tcm)
-        tcm->deleteContent();
+    TCMFileRegistry::release(analysisTCMPath(dynamic->object()));
 }
 
 bool VNDatabase::saveNewMCData(VNMCData* data, QString& name)
@@ -258,8 +259,13 @@ int VNDatabase::returnSpectrumExtraction(const VNObject2* object, int firstScan,
         return -1;
     if (!(tcm->nbScans() > lastScan - firstScan))
         return -1;
-    if (firstScan < 0 || lastScan < 0
-        || !tcm->loadContent(-1.0f, -1.0f, static_cast<unsigned long>(firstScan), static_cast<unsigned long>(lastScan)))
+    if (firstScan < 0 || lastScan < 0 || lastScan >= tcm->nbScans())
+        return -1;
+    // While multichannel data hold the whole content, it is read as it is and
+    // left loaded; otherwise only the scans asked for are loaded, and unloaded after.
+    const bool held = TCMFileRegistry::holders(analysisTCMPath(analysis)) > 0 && tcm->isLoaded();
+    if (!held
+        && !tcm->loadContent(-1.0f, -1.0f, static_cast<unsigned long>(firstScan), static_cast<unsigned long>(lastScan)))
         return -1;
     spectrum = new std::map<unsigned long, unsigned long>;
     if (firstScan == lastScan) {
@@ -272,7 +278,8 @@ int VNDatabase::returnSpectrumExtraction(const VNObject2* object, int firstScan,
                     .arg(rtime[firstScan], 0, 'g', -1, QLatin1Char(' '))
                     .arg(rtime[lastScan], 0, 'g', -1, QLatin1Char(' '));
     }
-    tcm->deleteContent();
+    if (!held)
+        tcm->deleteContent();
     return int(spectrum->size());
 }
 

@@ -3,6 +3,7 @@
 #include "vndatabase.h"
 
 #include <tcmfile.h>
+#include <tcmfileregistry.h>
 #include <tdatacore.h>
 #include <vnobject2analysis.h>
 
@@ -32,6 +33,18 @@ VNMCDataDynamic::VNMCDataDynamic(const VNObject2Analysis* analysis)
     TCMFile* tcm = nullptr;
     if (analysis && VNDatabase::analysisTCM(analysis, &tcm) >= 0 && tcm)
         setNbScans(tcm->nbScans());
+    // Every bound copy holds the file's content: it goes with the last one.
+    if (m_object) {
+        TCMFileRegistry::hold(VNDatabase::analysisTCMPath(m_object));
+        m_holds = true;
+    }
+}
+
+bool VNMCDataDynamic::dropHold()
+{
+    const bool held = m_holds;
+    m_holds = false;
+    return held;
 }
 
 VNMCDataDynamic::~VNMCDataDynamic()
@@ -45,6 +58,10 @@ VNMCData* VNMCDataDynamic::copy() const
     auto* made = new VNMCDataDynamic(nullptr);
     copyTo(made);
     made->m_object = m_object;
+    if (m_object) {
+        TCMFileRegistry::hold(VNDatabase::analysisTCMPath(m_object));
+        made->m_holds = true;
+    }
     return made;
 }
 

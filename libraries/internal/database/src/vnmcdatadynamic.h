@@ -36,7 +36,11 @@ public:
 
     /// The analysis whose file holds the data; null once detached.
     const VNObject2Analysis* object() const { return m_object; }
+    /// Gives back this data's hold on the file content, once: true when it
+    /// held it. The content goes with the last holder of the analysis' file.
+    bool dropHold();
 
 private:
     const VNObject2Analysis* m_object;
+    bool m_holds = false;
 };

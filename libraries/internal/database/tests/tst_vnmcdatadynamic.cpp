@@ -92,6 +92,53 @@ private slots:
         QVERIFY(!VNDatabase::getMCData(&loose));
     }
 
+    // Readers of one analysis share its file: the content goes with the last
+    // holder, whichever way the others give it back.
+    void sharedContentGoesWithItsLastHolder_data()
+    {
+        QTest::addColumn<int>("giveBack");
+        QTest::newRow("release") << 0;
+        QTest::newRow("destruction") << 1;
+        QTest::newRow("copy destroyed") << 2;
+        QTest::newRow("spectrum extraction") << 3;
+        QTest::newRow("convert to mono") << 4;
+    }
+
+    void sharedContentGoesWithItsLastHolder()
+    {
+        QFETCH(int, giveBack);
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::FullScan, 30);
+        const VNObject2Analysis* analysis = project.add(run, QStringLiteral("Shared"));
+        std::unique_ptr<VNMCData> kept(VNDatabase::getMCData(analysis));
+        std::unique_ptr<VNMCData> other(VNDatabase::getMCData(analysis));
+        QVERIFY(kept && other);
+        if (giveBack == 0) {
+            VNDatabase::releaseMCData(other.get());
+            VNDatabase::releaseMCData(other.get()); // a second release is not a second holder
+        } else if (giveBack == 1) {
+            other.reset();
+        } else if (giveBack == 2) {
+            delete other->copy();
+        } else if (giveBack == 3) {
+            QString label;
+            std::map<unsigned long, unsigned long>* spectrum = nullptr;
+            QVERIFY(VNDatabase::returnSpectrumExtraction(analysis, 3, 5, label, spectrum) > 0);
+            delete spectrum;
+        } else {
+            static_cast<VNMCDataDynamic*>(other.get())->convertToMono();
+        }
+        QVERIFY(fileOf(analysis)->isLoaded());
+        QCOMPARE(kept->getRetention(29), float(run.rtimes[29]));
+        std::unique_ptr<float[]> tic(kept->toTic());
+        QVERIFY(tic);
+        QCOMPARE(tic[0], float(run.tic[0]));
+        // The last holder takes the content with it.
+        kept.reset();
+        other.reset();
+        QVERIFY(!fileOf(analysis)->isLoaded());
+    }
+
     // convertToMono copies times and TIC into memory and lets the file go.
     void convertToMonoDetaches()
     {

@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QHash>
 #include <map>
 #include <memory>
 
@@ -22,6 +23,14 @@ std::map<QString, Entry>& entries()
 {
     static std::map<QString, Entry> s_entries;
     return s_entries;
+}
+
+// Kept beside the files: a file reopened after it was replaced keeps the
+// holders of its analysis.
+QHash<QString, int>& holderCounts()
+{
+    static QHash<QString, int> s_holders;
+    return s_holders;
 }
 
 QString keyOf(const QString& path)
@@ -63,22 +72,42 @@ TCMFile* TCMFileRegistry::file(const QString& path)
     return result;
 }
 
+void TCMFileRegistry::hold(const QString& path)
+{
+    if (!path.isEmpty())
+        ++holderCounts()[keyOf(path)];
+}
+
 void TCMFileRegistry::release(const QString& path)
 {
+    const QString key = keyOf(path);
+    auto counted = holderCounts().find(key);
+    if (counted != holderCounts().end()) {
+        if (--counted.value() > 0)
+            return;
+        holderCounts().erase(counted);
+    }
     auto& all = entries();
-    const auto found = all.find(keyOf(path));
+    const auto found = all.find(key);
     if (found != all.end())
         found->second.file->deleteContent();
+}
+
+int TCMFileRegistry::holders(const QString& path)
+{
+    return holderCounts().value(keyOf(path));
 }
 
 void TCMFileRegistry::forget(const QString& path)
 {
     entries().erase(keyOf(path));
+    holderCounts().remove(keyOf(path));
 }
 
 void TCMFileRegistry::clear()
 {
     entries().clear();
+    holderCounts().clear();
 }
 
 int TCMFileRegistry::count()

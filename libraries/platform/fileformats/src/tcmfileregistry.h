@@ -20,8 +20,16 @@ public:
     /// The shared file for `path`, or null when it is missing or refused (the
     /// reason is logged as a debug message). Owned by the registry.
     static TCMFile* file(const QString& path);
-    /// Releases the loaded content of `path`, if it is open; the file stays open.
+    /// Counts one more holder of the loaded content of `path`: readers that
+    /// keep reading it (multichannel data) hold it, so that another reader
+    /// giving it back does not unload it under them.
+    static void hold(const QString& path);
+    /// One holder gives the content of `path` back; the content is unloaded
+    /// when the last holder goes, or at once when nobody held it. The file
+    /// stays open.
     static void release(const QString& path);
+    /// How many holders the content of `path` has.
+    static int holders(const QString& path);
     /// Closes and forgets `path` (before the file is removed or replaced).
     static void forget(const QString& path);
     /// Closes every file.

@@ -162,6 +162,9 @@ public:
     /// null when the analysis has no readable file. Opening it also tells the
     /// analysis its acquisition system, transitions and channel kind.
     static int analysisTCM(const VNObject2Analysis* analysis, TCMFile** tcm);
+    /// The path of the acquisition file `analysis` reads (a signal reads its
+    /// analysis' file); empty without a database.
+    static QString analysisTCMPath(const VNObject2Analysis* analysis);
     /// A new description of the analysis' measurements, owned by the caller;
     /// false (and null) when it has neither a readable file nor a description.
     static bool analysisData(const VNObject2Analysis* analysis, struct TAnalysisData** data);

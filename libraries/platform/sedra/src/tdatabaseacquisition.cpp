@@ -97,14 +97,23 @@ bool runFromChannels(const VNMCData& data, TAcquisitionRun* run)
 
 } // namespace
 
+QString TDatabase::analysisTCMPath(const VNObject2Analysis* analysis)
+{
+    analysis = fileOwner(analysis);
+    if (!analysis || !analysis->db())
+        return QString();
+    return TAbstractMapper::objectFilePath(analysis, analysis->db());
+}
+
 int TDatabase::analysisTCM(const VNObject2Analysis* analysis, TCMFile** tcm)
 {
     if (tcm)
         *tcm = nullptr;
+    const QString path = analysisTCMPath(analysis);
     analysis = fileOwner(analysis);
-    if (!tcm || !analysis || !analysis->db())
+    if (!tcm || path.isEmpty())
         return -1;
-    TCMFile* file = TCMFileRegistry::file(TAbstractMapper::objectFilePath(analysis, analysis->db()));
+    TCMFile* file = TCMFileRegistry::file(path);
     if (!file)
         return -1;
     if (VNObject2Analysis* owned = ownedAnalysis(analysis)) {
