@@ -201,27 +201,11 @@ namespace {
 const QString kLocalizationFile = QStringLiteral("localization.kml");
 }
 
-// An object's own folder: the one its record names, the project folder for
-// the project, else a folder named after it inside its kind's folder (wells,
-// pixmaps... share their kind's folder, and one file there would be theirs
-// all). Empty for an object this database does not hold.
+// An object's own folder (the storage's: wells, pixmaps... get a folder named
+// after them inside their kind's folder, since one file there would be theirs all).
 QString VNDatabase::geolocalizationFolder(const VNObject2* object) const
 {
-    if (!object || getCurrentWorkingPath().isEmpty())
-        return QString();
-    if (object == project())
-        return getCurrentWorkingPath();
-    const Sedra::TDatabaseObject* found = record(object);
-    if (!found)
-        return QString();
-    const QString folder = objectFolderPath(object, false);
-    if (folder.isEmpty())
-        return QString();
-    const auto* file = dynamic_cast<const Sedra::TFileObject*>(found);
-    if (file && !file->relativePath().isEmpty())
-        return folder;
-    const QString own = safeFileName(object->name());
-    return own.isEmpty() ? QString() : QDir(folder).filePath(own);
+    return objectOwnFolder(object);
 }
 
 bool VNDatabase::setObjectGeolocalization(const VNObject2* object, const TLocalization& localization)

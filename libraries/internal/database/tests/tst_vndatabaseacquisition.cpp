@@ -7,6 +7,7 @@
 #include <tanalysisdata.h>
 #include <tassert.h>
 #include <tcsvrunfile.h>
+#include <tcmfile.h>
 #include <tcolor.h>
 #include <tdata.h>
 #include <tdatacore.h>
@@ -21,6 +22,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <vector>
 
 namespace {
 using Spectrum = std::map<unsigned long, unsigned long>;
@@ -644,6 +646,72 @@ private slots:
         QVERIFY(!VNDatabaseImport::CSV2TCM(project.scratch("x.tcm"), {times, nullptr}, n, masses, 1, nullptr));
         QVERIFY(!VNDatabaseImport::CSV2TCM(project.scratch("x.tcm"), {times, nan}, n, masses, 1, nullptr));
         QVERIFY(!VNDatabaseImport::CSV2TCM(project.scratch("x.tcm"), {times, a}, 0, masses, 1, nullptr));
+        QVERIFY(!QFileInfo::exists(project.scratch("x.tcm")));
+    }
+
+    // Signals made from an analysis' own file: one extracted-ion chromatogram
+    // per ion, equal to the file's, and the TIC signal every analysis gets.
+    void signalsExtractedFromTheAcquisition()
+    {
+        AcquisitionProject project;
+        const TAcquisitionRun run = AcquisitionProject::run(TSyntheticRun::FullScan, 40);
+        const VNObject2Analysis* analysis = project.add(run, QStringLiteral("Run"));
+        QVERIFY(analysis);
+        VNIon m57 = VNIon::around(57.0f);
+        VNIon m71 = VNIon::around(71.0f);
+        QVERIFY(project.db()->analysisExtractIonList(analysis, {&m57, &m71}));
+        QVERIFY(project.db()->signalExists(QStringLiteral("Run"), m57.label()));
+        QVERIFY(project.db()->signalExists(QStringLiteral("Run"), m71.label()));
+        // The file is named after the signal, made safe ("m/z 57" has a separator).
+        const QStringList files = QDir(project.file("Analyses/Run")).entryList({"*57*.tcm"});
+        QCOMPARE(files.size(), 1);
+        TCMFile signal(project.file("Analyses/Run/" + files.first()));
+        TAcquisitionRun extracted;
+        QVERIFY(signal.toRun(&extracted));
+        QCOMPARE(extracted.scanCount(), 40);
+        TCMFile own(project.file("Analyses/Run/Run.tcm"));
+        QVERIFY(own.loadContent(-1.0f, -1.0f, 0, 39));
+        std::vector<float> expected(40);
+        own.ionAtFullRange(expected.data(), m57.lowerMass(), m57.upperMass());
+        for (int scan : {0, 17, 39})
+            QCOMPARE(float(extracted.tic.at(scan)), expected[size_t(scan)]);
+        // Nothing left loaded by the extraction.
+        TCMFile* shared = nullptr;
+        VNDatabase::analysisTCM(analysis, &shared);
+        QVERIFY(shared && !shared->isLoaded());
+
+        QVERIFY(project.db()->analysisAutoExtract(analysis));
+        QVERIFY(project.db()->signalExists(QStringLiteral("Run"), QStringLiteral("TIC")));
+        // An invalid ion is passed over and said by the answer; no analysis, no ions: refused.
+        VNIon none;
+        QVERIFY(!project.db()->analysisExtractIonList(analysis, {&none}));
+        QVERIFY(!project.db()->analysisExtractIonList(analysis, {}));
+        QVERIFY(!project.db()->analysisExtractIonList(nullptr, {&m57}));
+    }
+
+    // Float columns from a caller (times, then one column per mass) become a
+    // signal file whose TIC is the sum of the columns.
+    void floatColumnsBecomeASignal()
+    {
+        AcquisitionProject project;
+        const VNObject2Analysis* analysis
+            = project.add(AcquisitionProject::run(TSyntheticRun::FullScan, 10), QStringLiteral("Run"));
+        QVERIFY(analysis);
+        float times[3] = {1.0f, 1.5f, 2.0f};
+        float a[3] = {1, 2, 3};
+        float b[3] = {10, 20, 30};
+        float masses[2] = {191.0f, 217.0f};
+        const QString path = project.scratch("floats.tcm");
+        Sedra::TDatabase* base = project.db();
+        QVERIFY(base->saveTCM(path, QList<float*>{times, a, b}, 3, masses, 2, QStringLiteral("Biomarkers"), analysis));
+        TCMFile file(path);
+        TAcquisitionRun back;
+        QVERIFY(file.toRun(&back));
+        QCOMPARE(back.tic, (QVector<double>{11, 22, 33}));
+        QCOMPARE(back.rtimes, (QVector<double>{1.0, 1.5, 2.0}));
+        // Columns that do not match their masses, or a missing column, are refused.
+        QVERIFY(!base->saveTCM(project.scratch("x.tcm"), QList<float*>{times, a}, 3, masses, 2, "x", analysis));
+        QVERIFY(!base->saveTCM(project.scratch("x.tcm"), QList<float*>{times, nullptr}, 3, masses, 1, "x", analysis));
         QVERIFY(!QFileInfo::exists(project.scratch("x.tcm")));
     }
 

@@ -15,6 +15,9 @@
 class VNObject2;
 class VNObject2Project;
 class VNObject2Variable;
+class VNObject2Well;
+class VNObject2Dataset;
+class VNIon;
 class TLocalization;
 // Acquisition data (forward declarations)
 class TCMFile;
@@ -27,6 +30,7 @@ class VNObject2Analysis;
 namespace Sedra {
 
 class TAbstractMapper;
+class TCompound;
 class TDatabaseObject;
 class THeaderConnector;
 class THeaderDatabase;
@@ -151,6 +155,48 @@ public:
     /// The folder of an object under the working path (created when `create`
     /// is true and the database is writable); empty for an unknown object.
     QString objectFolderPath(const VNObject2* object, bool create) const;
+    /// The folder that is an object's alone: the one its record names, the
+    /// working folder for the bound project, else a folder named after it
+    /// inside its kind's folder (wells, datasets... share their kind's folder).
+    /// Empty for an object this database does not hold. Not created here.
+    QString objectOwnFolder(const VNObject2* object) const;
+
+    // Project objects
+    /// The folder for a project's miscellaneous files ("Various" in the
+    /// working folder; made by whoever writes there); empty without one.
+    virtual QString getVariousDir() const;
+    /// Removes a well, what depends on it and its own folder, together: false,
+    /// with nothing changed, for a read-only database, a well it does not
+    /// hold or a folder that cannot be removed.
+    virtual bool wellDelete(const VNObject2Well* well, bool flush);
+    /// The stored compound that `compound` describes (same CAS number, or
+    /// same name without one), or null.
+    virtual const VNObject2* getCompound(const TCompound* compound);
+    /// The compound of kind `type` (the project compounds' kind) called `name`, or null.
+    virtual const VNObject2* getCompound(int type, const QString& name);
+    /// A new compound from its description: null (and said) when the
+    /// database is read-only or already holds that compound.
+    virtual const VNObject2* compoundCreate(const TCompound* compound);
+    virtual const VNObject2* compoundCreate(const QString& name);
+    /// The slice of kind `type` whose key is `key` ("<analysis>/<slice>"), or null.
+    virtual const VNObject2* getSlice(int type, const QString& key);
+    /// Looks for what this database holds under `object`'s identity (same
+    /// kind and name) and removes it with what depends on it: `existed` tells
+    /// whether there was one, `removed` whether it went, and `count` grows by
+    /// the number of objects removed. True when nothing of that identity is
+    /// left.
+    virtual bool checkIfExistsAndRemove(const VNObject2* object, bool& existed, bool& removed, int& count);
+    /// Removes a dataset with its variables; false, nothing changed, when refused.
+    virtual bool datasetDelete(const VNObject2Dataset* dataset);
+    /// Removes a variable; false, nothing changed, when refused.
+    virtual bool variableDelete(const VNObject2Variable* variable, bool flush);
+    /// Removes the variable of dataset `dataset` standing for the pair of
+    /// reference keys; false when there is none or the removal is refused.
+    virtual bool variableDelete(const QString& dataset, const QString& reference1, const QString& reference2);
+    /// Renames dataset `oldName` of project `project` (the bound project;
+    /// an empty name means it too) to `newName`; its variables follow. False,
+    /// and said, for a taken name, another project or a read-only database.
+    virtual bool datasetRename(const QString& project, const QString& oldName, const QString& newName);
     /// A file or folder name made from an object name that stays inside its
     /// folder: separators, "..", quotes, control characters and names that
     /// some systems reserve are replaced. Never empty.
@@ -182,6 +228,20 @@ public:
     /// refuses (false).
     virtual bool saveTCM(const QString& fileName, QList<double*> columns, int count, float* values, int valueCount,
                          VNHeader* header);
+    /// Writes measured columns as the acquisition file `fileName` holding the
+    /// signal `signalName` of `analysis`: `columns[0]` the retention times
+    /// (minutes), then one column of `count` abundances per mass of `masses`
+    /// (`massCount` of them, read as unit-wide ion windows); the TIC is their
+    /// sum. False for inconsistent columns or when saveTCM refuses.
+    virtual bool saveTCM(const QString& fileName, const QList<float*>& columns, int count, float* masses, int massCount,
+                         const QString& signalName, const VNObject2Analysis* analysis);
+    /// The signals every analysis gets: its TIC signal (see signalTICCreate).
+    virtual bool analysisAutoExtract(const VNObject2Analysis* analysis);
+    /// One new signal per ion: the analysis' extracted-ion chromatogram of
+    /// that window, named after the ion ("m/z 191"). False, and said, when
+    /// the database is read-only, the analysis is not one of its own or has no
+    /// readable file; true when every ion got its signal.
+    virtual bool analysisExtractIonList(const VNObject2Analysis* analysis, const QList<VNIon*>& ions);
     /// Records a new signal of the analysis called `analysisName`; false when
     /// the analysis is unknown, the name is taken or the database is read-only.
     bool signalCreate(const QString& analysisName, const QString& signalName);
@@ -200,6 +260,15 @@ public:
     /// analysis is not one of its own.
     static bool signalTICCreate(TDatabase* db, const VNObject2Analysis* analysis);
     // end of acquisition data
+
+protected:
+    /// Renames a well (and its own folder, when it has one) together: false,
+    /// and said, for a taken name or a read-only database.
+    virtual bool wellRename(const VNObject2Well* well, const QString& name);
+    virtual bool wellRename(const QString& oldName, const QString& newName);
+    /// The usual removal of an object: its records, those that depend on it,
+    /// and its own folder, all or nothing.
+    virtual bool objectDeleteStd(const VNObject2* object, bool flush);
 
 signals:
     /// Emitted before objects go; slots may add objects to the list.
