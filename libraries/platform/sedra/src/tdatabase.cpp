@@ -1,4 +1,5 @@
 #include "tdatabase.h"
+#include "tdatabase_p.h"
 
 #include "tabstractmapper.h"
 #include "tanalysismapper.h"
@@ -280,7 +281,7 @@ const QList<TProperty>* TDatabase::getObjectProperties(const VNObject2* object) 
     return withProperties ? &withProperties->properties() : nullptr;
 }
 
-static void logReadOnly()
+void logReadOnly()
 {
     MessageLoggerInterface::Warning(
         QCoreApplication::translate("SedraTr", "Impossible to modify a <b>read only</b> database",

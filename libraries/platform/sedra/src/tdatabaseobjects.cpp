@@ -2,6 +2,7 @@
 // variables, compounds and slices, their removal and renaming together with
 // their folders, and signals extracted from an analysis' acquisition file.
 #include "tdatabase.h"
+#include "tdatabase_p.h"
 
 #include "tabstractmapper.h"
 #include "tcompound.h"
@@ -34,14 +35,6 @@
 namespace Sedra {
 
 namespace {
-
-void sayReadOnly()
-{
-    MessageLoggerInterface::Warning(
-        QCoreApplication::translate("SedraTr", "Impossible to modify a <b>read only</b> database",
-                                    "Impossible de modifier une base de données en <b>lecture seule</b>"),
-        nullptr);
-}
 
 void sayNameTaken(const QString& name)
 {
@@ -122,7 +115,7 @@ bool TDatabase::objectDeleteStd(const VNObject2* object, bool flush)
     if (!record(object))
         return false;
     if (m_readOnly) {
-        sayReadOnly();
+        logReadOnly();
         return false;
     }
     // A file record's folder (an analysis) holds its files; a kind that shares
@@ -179,7 +172,7 @@ bool TDatabase::wellRename(const VNObject2Well* well, const QString& name)
     if (!wells || !well || !wells->record(well) || name.isEmpty())
         return false;
     if (m_readOnly) {
-        sayReadOnly();
+        logReadOnly();
         return false;
     }
     if (name == well->name())
@@ -218,7 +211,7 @@ bool TDatabase::datasetRename(const QString& project, const QString& oldName, co
     if (!dataset)
         return false;
     if (m_readOnly) {
-        sayReadOnly();
+        logReadOnly();
         return false;
     }
     if (oldName == newName)
@@ -254,7 +247,7 @@ const VNObject2* TDatabase::compoundCreate(const TCompound* compound)
     if (!compound || !compounds || compound->name().isEmpty())
         return nullptr;
     if (m_readOnly) {
-        sayReadOnly();
+        logReadOnly();
         return nullptr;
     }
     if (getCompound(compound) || compounds->exists(compound->name())) {
@@ -322,7 +315,7 @@ bool TDatabase::saveTCM(const QString& fileName, const QList<float*>& columns, i
 bool TDatabase::analysisAutoExtract(const VNObject2Analysis* analysis)
 {
     if (m_readOnly) {
-        sayReadOnly();
+        logReadOnly();
         return false;
     }
     return signalTICCreate(this, analysis);
@@ -333,7 +326,7 @@ bool TDatabase::analysisExtractIonList(const VNObject2Analysis* analysis, const 
     if (!analysis || !record(analysis) || ions.isEmpty())
         return false;
     if (m_readOnly) {
-        sayReadOnly();
+        logReadOnly();
         return false;
     }
     TCMFile* file = nullptr;
