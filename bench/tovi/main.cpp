@@ -70,7 +70,7 @@ struct Sizes
     int graphs;
 };
 
-VNDatabaseTovi* makeTovi(int type)
+VNDatabaseTovi* makeTovi(Sedra::DatabaseType type)
 {
     VNDatabaseFactory factory;
     auto* db = qobject_cast<VNDatabaseTovi*>(factory.createDatabase(Sedra::DatabaseType(type)));
@@ -270,7 +270,7 @@ int main(int argc, char** argv)
     QSqlDatabase::removeDatabase(QStringLiteral("raw"));
     double create = 0;
     {
-        std::unique_ptr<VNDatabaseTovi> delivered(makeTovi(7));
+        std::unique_ptr<VNDatabaseTovi> delivered(makeTovi(Sedra::DatabaseToviDelivered));
         timer.start();
         fill(delivered.get(), QStringLiteral("ORL-"), s.compounds, s.parameters, s.aliases);
         create = ms(timer);
@@ -281,7 +281,7 @@ int main(int argc, char** argv)
     {
         const double rawOpen = rawRead(dir.filePath(QStringLiteral("raw.sqlite")));
         timer.start();
-        std::unique_ptr<VNDatabaseTovi> delivered(makeTovi(7));
+        std::unique_ptr<VNDatabaseTovi> delivered(makeTovi(Sedra::DatabaseToviDelivered));
         const VNObject2* first = delivered->getCompound(QStringLiteral("ORL-0"));
         const double open = ms(timer);
         std::printf("%-48s %10.1f ms   %s   (target under 1000 ms)\n", "2. open + first look-up", open,
@@ -315,9 +315,9 @@ int main(int argc, char** argv)
 
     // 3. Import of every compound and alias into another database.
     {
-        std::unique_ptr<VNDatabaseTovi> delivered(makeTovi(7));
+        std::unique_ptr<VNDatabaseTovi> delivered(makeTovi(Sedra::DatabaseToviDelivered));
         data.setValue(QStringLiteral("TOVIDBDIR"), dir.filePath(QStringLiteral("other")));
-        std::unique_ptr<VNDatabaseTovi> other(makeTovi(10));
+        std::unique_ptr<VNDatabaseTovi> other(makeTovi(Sedra::DatabaseToviMerged));
         data.setValue(QStringLiteral("TOVIDBDIR"), dir.filePath(QStringLiteral("tovi")));
         timer.start();
         other->importObjectsByType(delivered.get(), VNObjectTypeCompound);
@@ -329,10 +329,10 @@ int main(int argc, char** argv)
 
     // 4. Merged database.
     VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
-    manager->setDb(makeTovi(7));
-    VNDatabaseTovi* user = makeTovi(9);
+    manager->setDb(makeTovi(Sedra::DatabaseToviDelivered));
+    VNDatabaseTovi* user = makeTovi(Sedra::DatabaseToviUser);
     manager->setDb(user);
-    manager->setDb(makeTovi(10));
+    manager->setDb(makeTovi(Sedra::DatabaseToviMerged));
     fill(user, QStringLiteral("USR-"), s.userCompounds, s.userParameters, s.userAliases);
     for (int g = 0; g < s.graphs; ++g) {
         VNDataModelGraph model(Plavo::VIEW_ORTHOGONAL);
@@ -396,7 +396,7 @@ int main(int argc, char** argv)
     timer.start();
     const bool current = user->updateMergedDB();
     const double again = ms(timer);
-    auto* merged = dynamic_cast<VNDatabaseTovi*>(manager->db(10));
+    auto* merged = dynamic_cast<VNDatabaseTovi*>(manager->db(Sedra::DatabaseToviMerged));
     std::printf("%-48s %10.1f ms   (target under 100 ms)\n", "   synchronisation when current", again);
     std::printf("   merged: %s/%s, %d compounds, %d aliases, %d parameters, %d graphs, %d overlays, serial %s\n",
                 rebuilt ? "ok" : "FAILED", current ? "ok" : "FAILED",

@@ -19,8 +19,8 @@ class TToviOverlayMapper;
 class TToviRatioMapper;
 } // namespace Sedra
 
-/// A reference database: the delivered one (type 7), the user's own (9) or
-/// the merged one (10). All three live in one working folder, each in its own
+/// A reference database: the delivered one (Sedra::DatabaseToviDelivered),
+/// the user's own (DatabaseToviUser) or the merged one (DatabaseToviMerged). All three live in one working folder, each in its own
 /// header file, and are reached through VNToviDatabaseInterface. Every typed
 /// operation goes through the storage mapper of its kind; a missing mapper is
 /// an assertion and a neutral result, never a crash.
@@ -86,7 +86,9 @@ public:
     const VNObject2* getEICByName(const QString& name) override;
     Sedra::TToviEIC* createEIC(const QString& name, const QString& value) override;
 
-    // Compounds.
+    // Compounds. The storage's project-compound look-ups stay reachable
+    // beside the reference ones.
+    using Sedra::TDatabase::getCompound;
     bool compoundRemove(const VNObject2* obj) override;
     const VNObject2* getCompound(const QString& key) override;
     /// The record holding this very object (not a look-up by key).

@@ -18,9 +18,9 @@
 #include <QSqlDatabase>
 
 namespace {
-constexpr int kDelivered = 7;
-constexpr int kUser = 9;
-constexpr int kMerged = 10;
+constexpr int kDelivered = Sedra::DatabaseToviDelivered;
+constexpr int kUser = Sedra::DatabaseToviUser;
+constexpr int kMerged = Sedra::DatabaseToviMerged;
 
 // The serial of a merged copy from its making until its stamp.
 const char* const kRebuilding = "rebuilding";

@@ -6,12 +6,11 @@
 
 class VNToviDatabaseInterface;
 
-/// Keeps the merged reference database (type 10) current: a copy of the
-/// delivered database (7) into which every object of the user's database (9)
-/// is imported, stamped with the two sources' serial numbers so that a stale
+/// Keeps the merged reference database current: a copy of the delivered
+/// database into which every object of the user's database is imported, stamped with the two sources' serial numbers so that a stale
 /// copy is told cheaply. Works only through the databases registered with
-/// VNDatabaseToviMGR. A rebuild replaces the registered type-10 database:
-/// fetch it again with db(10) afterwards.
+/// VNDatabaseToviMGR. A rebuild replaces the registered merged database:
+/// fetch it again with db(Sedra::DatabaseToviMerged) afterwards.
 class VNDATABASE_EXPORT VNDatabaseToviMerged
 {
     Q_DECLARE_TR_FUNCTIONS(VNDatabaseToviMerged)

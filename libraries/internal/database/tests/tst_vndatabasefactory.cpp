@@ -28,12 +28,12 @@ private slots:
         QTest::newRow("in memory") << 1 << false;
         QTest::newRow("folder") << 6 << false;
         // Inside the reference range, yet a project database.
-        QTest::newRow("retired reference kind") << 8 << false;
+        QTest::newRow("retired reference kind") << int(Sedra::DatabaseProjectTransfer) << false;
         QTest::newRow("past the reference range") << 11 << false;
         QTest::newRow("negative") << -1 << false;
-        QTest::newRow("delivered") << 7 << true;
-        QTest::newRow("user") << 9 << true;
-        QTest::newRow("merged") << 10 << true;
+        QTest::newRow("delivered") << int(Sedra::DatabaseToviDelivered) << true;
+        QTest::newRow("user") << int(Sedra::DatabaseToviUser) << true;
+        QTest::newRow("merged") << int(Sedra::DatabaseToviMerged) << true;
     }
 
     void eachTypeMakesItsKindOfDatabase()

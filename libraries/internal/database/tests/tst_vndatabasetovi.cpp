@@ -66,7 +66,7 @@ private slots:
         // "TOVIDBDIR" is taken as it stands.
         {
             TRecordingLogger log;
-            std::unique_ptr<VNDatabaseTovi> db(makeTovi(7, false));
+            std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviDelivered, false));
             QVERIFY(db);
             QCOMPARE(db->getCurrentWorkingPath(), QDir::cleanPath(m_dir->path()));
             QCOMPARE(db->parentDirectory(), QStringLiteral("tovi"));
@@ -81,7 +81,7 @@ private slots:
         QDir().mkpath(root);
         qputenv("VARNELDIR", root.toUtf8());
         TRecordingLogger log;
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser, false));
         QVERIFY(db);
         QCOMPARE(m_data->getString(QStringLiteral("VARNELDIR")), root);
         QVERIFY(log.contains(MessageLoggerInterface::LevelDebug,
@@ -113,7 +113,7 @@ private slots:
         const bool rootHadIt = QFileInfo::exists(QStringLiteral("/Libraries"));
         TTranslator::install(language);
         TRecordingLogger log;
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser, false));
         QVERIFY(db);
         QVERIFY(db->getCurrentWorkingPath().isEmpty());
         QVERIFY(!db->getConnector());
@@ -128,7 +128,7 @@ private slots:
     void withoutApplicationDataNothingIsOpened()
     {
         m_data.reset();
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(10, false));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviMerged, false));
         QVERIFY(db);
         QVERIFY(db->getCurrentWorkingPath().isEmpty());
         QVERIFY(!db->getConnector());
@@ -142,7 +142,8 @@ private slots:
     void factoryMakesThreeDatabasesInOneFolder()
     {
         QStringList files;
-        for (int type : {7, 9, 10}) {
+        for (Sedra::DatabaseType type :
+             {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
             std::unique_ptr<VNDatabaseTovi> db(makeTovi(type, false));
             QVERIFY(db);
             QCOMPARE(int(db->getDatabaseType()), type);
@@ -162,13 +163,14 @@ private slots:
     void registeredLoadedFlushedClosedAndReopened()
     {
         VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
-        for (int type : {7, 9, 10}) {
+        for (Sedra::DatabaseType type :
+             {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
             VNDatabaseTovi* db = makeTovi(type, false);
             QVERIFY(db->loadDatabase());
             manager->setDb(db);
             QCOMPARE(manager->db(type), static_cast<VNToviDatabaseInterface*>(db));
         }
-        auto* user = dynamic_cast<VNDatabaseTovi*>(manager->db(9));
+        auto* user = dynamic_cast<VNDatabaseTovi*>(manager->db(Sedra::DatabaseToviUser));
         QVERIFY(user);
         const QString awkward = QStringLiteral("17\u03b1(H),21\u03b2(H)-hopane \"C30\"; it's 'x'");
         Sedra::TToviCompound* compound = addCompound(user, "USR-1", awkward, "H30;C30");
@@ -182,9 +184,9 @@ private slots:
         QVERIFY(user->getConnector()->setSerialNumber(QStringLiteral("USR-42")));
         QVERIFY(user->flush());
 
-        manager->closeDb(9);
-        QVERIFY(!manager->db(9));
-        VNDatabaseTovi* reopened = makeTovi(9, false);
+        manager->closeDb(Sedra::DatabaseToviUser);
+        QVERIFY(!manager->db(Sedra::DatabaseToviUser));
+        VNDatabaseTovi* reopened = makeTovi(Sedra::DatabaseToviUser, false);
         QVERIFY(reopened->loadDatabase());
         manager->setDb(reopened);
         QCOMPARE(reopened->serialNumber(), QStringLiteral("USR-42"));
@@ -202,8 +204,8 @@ private slots:
         QVERIFY(alias);
         QCOMPARE(alias->getValue(), longValue);
         // The other databases of the folder saw none of it.
-        QVERIFY(dynamic_cast<VNDatabaseTovi*>(manager->db(7))->getAllCompounds().isEmpty());
-        QVERIFY(dynamic_cast<VNDatabaseTovi*>(manager->db(10))->getAllCompounds().isEmpty());
+        QVERIFY(dynamic_cast<VNDatabaseTovi*>(manager->db(Sedra::DatabaseToviDelivered))->getAllCompounds().isEmpty());
+        QVERIFY(dynamic_cast<VNDatabaseTovi*>(manager->db(Sedra::DatabaseToviMerged))->getAllCompounds().isEmpty());
 
         // close() forgets the memory only; loading brings everything back.
         reopened->close();
@@ -223,21 +225,21 @@ private slots:
     void managerOwnsWhatItKeeps()
     {
         VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
-        QVERIFY(!manager->db(9));
-        manager->closeDb(9); // nothing registered: nothing happens
+        QVERIFY(!manager->db(Sedra::DatabaseToviUser));
+        manager->closeDb(Sedra::DatabaseToviUser); // nothing registered: nothing happens
         manager->setDb(nullptr);
-        QPointer<VNDatabaseTovi> first(makeTovi(9, false));
-        QPointer<VNDatabaseTovi> second(makeTovi(9, false));
+        QPointer<VNDatabaseTovi> first(makeTovi(Sedra::DatabaseToviUser, false));
+        QPointer<VNDatabaseTovi> second(makeTovi(Sedra::DatabaseToviUser, false));
         manager->setDb(first);
         manager->setDb(second);
-        QCOMPARE(manager->db(9), static_cast<VNToviDatabaseInterface*>(first.data()));
+        QCOMPARE(manager->db(Sedra::DatabaseToviUser), static_cast<VNToviDatabaseInterface*>(first.data()));
         QVERIFY(second); // refused, not deleted: still the caller's
         delete second.data();
-        QPointer<VNDatabaseTovi> merged(makeTovi(10, false));
+        QPointer<VNDatabaseTovi> merged(makeTovi(Sedra::DatabaseToviMerged, false));
         manager->setDb(merged);
-        manager->closeDb(9);
+        manager->closeDb(Sedra::DatabaseToviUser);
         QVERIFY(!first);
-        QVERIFY(!manager->db(9));
+        QVERIFY(!manager->db(Sedra::DatabaseToviUser));
         QVERIFY(merged);
         VNDatabaseToviMGR::clear();
         QVERIFY(!merged);
@@ -247,7 +249,7 @@ private slots:
 
     void serialNumberIsReadWithoutTheOpenDatabase()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(7, false));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviDelivered, false));
         QVERIFY(db->getConnector()->setSerialNumber(QStringLiteral("ORL-2026.1")));
         QCOMPARE(db->readSerialNumber(), QStringLiteral("ORL-2026.1"));
         // The independent connection is gone afterwards.
@@ -264,7 +266,7 @@ private slots:
         QVERIFY(writeFile(file, QByteArray("this is not a database at all").repeated(100)));
         const QByteArray before = readFile(file);
         TRecordingLogger log;
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser, false));
         QVERIFY(db);
         bool named = false;
         for (const QString& message : log.messages(MessageLoggerInterface::LevelWarning))
@@ -280,7 +282,7 @@ private slots:
 
     void loadingAgainSeesWhatAnotherConnectionWrote()
     {
-        std::unique_ptr<VNDatabaseTovi> first(makeTovi(9, false));
+        std::unique_ptr<VNDatabaseTovi> first(makeTovi(Sedra::DatabaseToviUser, false));
         QVERIFY(first->loadDatabase());
         QVERIFY(addCompound(first.get(), QStringLiteral("C1"), QStringLiteral("pristane"), QStringLiteral("Pr")));
         // Nothing new on file but our own writing: nothing doubled.
@@ -288,7 +290,7 @@ private slots:
         QCOMPARE(first->getAllCompounds().size(), 1);
 
         // Another database of the same file writes through its own connection.
-        std::unique_ptr<VNDatabaseTovi> second(makeTovi(9, false));
+        std::unique_ptr<VNDatabaseTovi> second(makeTovi(Sedra::DatabaseToviUser, false));
         QVERIFY(second->loadDatabase());
         QCOMPARE(second->getAllCompounds().size(), 1);
         QVERIFY(addCompound(second.get(), QStringLiteral("C2"), QStringLiteral("phytane"), QStringLiteral("Ph")));
@@ -299,7 +301,7 @@ private slots:
 
     void removeAllObjectsEmptiesTheFile()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser, false));
         Sedra::TToviCompound* compound = addCompound(db.get(), "C1", "phytane", "Ph");
         QVERIFY(compound);
         QVERIFY(db->createEIC("m/z 183", "183"));
@@ -308,7 +310,7 @@ private slots:
         QVERIFY(db->removeAllObjects());
         QVERIFY(db->getAllCompounds().isEmpty());
         QVERIFY(db->getAllAlias().isEmpty());
-        db.reset(makeTovi(9, false));
+        db.reset(makeTovi(Sedra::DatabaseToviUser, false));
         QVERIFY(db->loadDatabase());
         QVERIFY(db->getAllCompounds().isEmpty());
         QVERIFY(db->getAllIons().isEmpty());
@@ -318,13 +320,13 @@ private slots:
 
     void pathsOfObjectsAndTemp()
     {
-        std::unique_ptr<VNDatabaseTovi> user(makeTovi(9, false));
+        std::unique_ptr<VNDatabaseTovi> user(makeTovi(Sedra::DatabaseToviUser, false));
         QCOMPARE(user->getCurrentTempPath(), user->getCurrentWorkingPath() + QDir::separator() + "Temp");
         QVERIFY(!QFileInfo::exists(user->getCurrentTempPath()));
 
         QTemporaryDir other;
         m_data->setValue(QStringLiteral("TOVIDBDIR"), other.path());
-        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(10, false));
+        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(Sedra::DatabaseToviMerged, false));
         Sedra::TToviCompound* compound = addCompound(user.get(), "C1", "pristane", "Pr");
         QVERIFY(compound);
         const VNObject2* obj = compound->object();
@@ -343,7 +345,7 @@ private slots:
 
     void scanningFolders()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9, false));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser, false));
         // Reference kinds have no folder of their own.
         QVERIFY(db->scanDir(VNObjectTypeCompound, true).isEmpty());
         const QString folder = m_dir->filePath(QStringLiteral("scan/deep"));

@@ -23,7 +23,7 @@ inline void useNewFolder(std::unique_ptr<TApplicationData>& data, std::unique_pt
 
 /// A reference database of `type` from the factory (null when the factory
 /// made something else), loaded when `load` is true.
-inline VNDatabaseTovi* makeTovi(int type, bool load = true)
+inline VNDatabaseTovi* makeTovi(Sedra::DatabaseType type, bool load = true)
 {
     VNDatabaseFactory factory;
     Sedra::TDatabase* db = factory.createDatabase(Sedra::DatabaseType(type));

@@ -45,9 +45,9 @@ using ToviTest::addCompound;
 using ToviTest::makeTovi;
 
 namespace {
-const int kDelivered = 7;
-const int kUser = 9;
-const int kMerged = 10;
+const Sedra::DatabaseType kDelivered = Sedra::DatabaseToviDelivered;
+const Sedra::DatabaseType kUser = Sedra::DatabaseToviUser;
+const Sedra::DatabaseType kMerged = Sedra::DatabaseToviMerged;
 
 VNDatabaseTovi* registered(int type)
 {

@@ -69,7 +69,7 @@ private slots:
 
     void compoundsAreFoundByEachLookUp()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
         Sedra::TToviCompound* pristane = addCompound(db.get(), "C1", "pristane", "Pr;iC19");
         Sedra::TToviCompound* phytane = addCompound(db.get(), "C2", "phytane", "Ph;iC20");
         QVERIFY(pristane && phytane);
@@ -89,7 +89,7 @@ private slots:
         QVERIFY(db->getObjectProperties(pristane->object()));
 
         // By identity only: an object of another database is not ours.
-        std::unique_ptr<VNDatabaseTovi> other(makeTovi(10));
+        std::unique_ptr<VNDatabaseTovi> other(makeTovi(Sedra::DatabaseToviMerged));
         Sedra::TToviCompound* twin = addCompound(other.get(), "C1", "pristane", "Pr;iC19");
         QVERIFY(!db->getCompound(twin->object()));
 
@@ -100,7 +100,7 @@ private slots:
 
     void ionsAndTheNoneIon()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
         Sedra::TToviEIC* eic = db->createEIC(QStringLiteral("m/z 217"), QStringLiteral("217"));
         QVERIFY(eic);
         QCOMPARE(db->getEIC(QStringLiteral("m/z 217")), eic->object());
@@ -123,7 +123,7 @@ private slots:
 
     void parametersAndTheirLookUps()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
         Sedra::TToviRatio* first = addRatio(db.get(), "R1", "Pr/Ph", 2);
         Sedra::TToviRatio* second = addRatio(db.get(), "R2", "Pr/Ph", 1);
         Sedra::TToviRatio* cpi = addRatio(db.get(), QString(), "CPI", -1);
@@ -158,7 +158,7 @@ private slots:
 
     void jointsPairACompoundWithAnIon()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
         QVERIFY(addCompound(db.get(), "C30", "C30 hopane", "H30"));
         QVERIFY(db->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
         QVERIFY(!db->createJoint("missing", "m/z 191", "x"));
@@ -197,12 +197,12 @@ private slots:
         QFETCH(QString, removeText);
         QFETCH(QString, renameText);
         {
-            std::unique_ptr<VNDatabaseTovi> db(makeTovi(7));
+            std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviDelivered));
             QVERIFY(addRatio(db.get(), "R1", "Ts/Tm"));
             QVERIFY(addCompound(db.get(), "C1", "Ts & <Tm>", "Ts"));
             QVERIFY(db->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
         }
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(7));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviDelivered));
         db->setReadOnly(true);
         TTranslator::install(language);
         TRecordingLogger log;
@@ -218,7 +218,7 @@ private slots:
         QVERIFY(db->getCompound(QStringLiteral("C1")));
 
         // Writable: every kind goes through its own removal; renaming is never done.
-        db.reset(makeTovi(7));
+        db.reset(makeTovi(Sedra::DatabaseToviDelivered));
         QVERIFY(!db->objectRename(db->getCompound(QStringLiteral("C1")), QStringLiteral("Ts (new)")));
         QVERIFY(!db->objectRename(db->getCompound(QStringLiteral("C1")), QStringLiteral("   ")));
         QCOMPARE(db->getCompound(QStringLiteral("C1"))->name(), QStringLiteral("Ts & <Tm>"));
@@ -226,7 +226,7 @@ private slots:
         QVERIFY(db->removeObject(db->getRatio(QStringLiteral("R1")), false));
         QVERIFY(db->removeObject(db->getCompound(QStringLiteral("C1")), false));
         QVERIFY(db->removeObject(db->getEIC(QStringLiteral("m/z 191")), false));
-        db.reset(makeTovi(7));
+        db.reset(makeTovi(Sedra::DatabaseToviDelivered));
         QVERIFY(!db->getRatio(QStringLiteral("R1")));
         QVERIFY(!db->getCompound(QStringLiteral("C1")));
         QVERIFY(!db->getEIC(QStringLiteral("m/z 191")));
@@ -234,7 +234,7 @@ private slots:
 
     void aliasesAndTheMasterNameRule()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
         Sedra::TToviCompound* compound = addCompound(db.get(), "C1", "pristane", "Pr");
         const VNObject2Tovi* object = tovi(compound);
         QVERIFY(db->aliasCreate(object, "CAS", "A", "1921-70-6"));
@@ -268,14 +268,14 @@ private slots:
         QVERIFY(db->getAllAlias().isEmpty());
 
         // The master name given by the alias survived a reopening.
-        db.reset(makeTovi(9));
+        db.reset(makeTovi(Sedra::DatabaseToviUser));
         QCOMPARE(db->getCompound(QStringLiteral("C1"))->name(), QStringLiteral("2,6,10,14-tetramethylpentadecane"));
     }
 
     void copiesBetweenDatabasesKeepAliases()
     {
-        std::unique_ptr<VNDatabaseTovi> user(makeTovi(9));
-        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(10));
+        std::unique_ptr<VNDatabaseTovi> user(makeTovi(Sedra::DatabaseToviUser));
+        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(Sedra::DatabaseToviMerged));
         Sedra::TToviCompound* compound = addCompound(user.get(), "USR-C1", "oleanane", "Ol;C30");
         QVERIFY(compound);
         QVERIFY(user->aliasCreate(tovi(compound), "CAS", "A", "471-67-6"));
@@ -329,7 +329,7 @@ private slots:
 
         QVERIFY(!merged->objectCopy(nullptr, first, second, count));
         // Everything is on file.
-        merged.reset(makeTovi(10));
+        merged.reset(makeTovi(Sedra::DatabaseToviMerged));
         QCOMPARE(merged->getAllCompounds().size(), 2);
         QCOMPARE(merged->getAllAlias().size(), 3);
         QCOMPARE(merged->getAllJoints().size(), 1);
@@ -350,12 +350,12 @@ private slots:
     {
         QFETCH(QString, language);
         QFETCH(QString, text);
-        std::unique_ptr<VNDatabaseTovi> user(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> user(makeTovi(Sedra::DatabaseToviUser));
         QVERIFY(addCompound(user.get(), "C1", "tricyclic terpane", "TT"));
         QVERIFY(user->createEIC("m/z 191", "191"));
         Sedra::TToviJoint* joint = user->createJoint("C1", "m/z 191", "TT/191");
         QVERIFY(joint);
-        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(10));
+        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(Sedra::DatabaseToviMerged));
         merged->setReadOnly(true); // neither the ion nor the compound can be made
         TTranslator::install(language);
         TRecordingLogger log;
@@ -367,8 +367,8 @@ private slots:
 
     void importWholeKinds()
     {
-        std::unique_ptr<VNDatabaseTovi> user(makeTovi(9));
-        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(10));
+        std::unique_ptr<VNDatabaseTovi> user(makeTovi(Sedra::DatabaseToviUser));
+        std::unique_ptr<VNDatabaseTovi> merged(makeTovi(Sedra::DatabaseToviMerged));
         for (int i = 0; i < 50; ++i) {
             Sedra::TToviCompound* c = addCompound(user.get(), QStringLiteral("C%1").arg(i),
                                                   QStringLiteral("compound %1").arg(i), QStringLiteral("K%1").arg(i));
@@ -379,7 +379,7 @@ private slots:
         QVERIFY(merged->importObjectsByType(user.get(), VNObjectTypeCompound));
         QVERIFY(merged->importObjectsByType(user.get(), VNObjectTypeCompound)); // again: nothing doubled
         QVERIFY(merged->importObjectsByType(user.get(), 4242));                 // unknown kind: nothing
-        merged.reset(makeTovi(10));
+        merged.reset(makeTovi(Sedra::DatabaseToviMerged));
         QCOMPARE(merged->getAllCompounds().size(), 50);
         QCOMPARE(merged->getAllAlias().size(), 50);
         QCOMPARE(merged->getCompound(QStringLiteral("C49"))->name(), QStringLiteral("compound 49"));
@@ -387,7 +387,7 @@ private slots:
 
     void ratioKeysOfGraphDocuments()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
         QDomDocument document;
         QVERIFY(document.setContent(QStringLiteral("<GraphDocument><informations/></GraphDocument>")));
         QVERIFY(db->getRatioUids(document).isEmpty());
@@ -396,7 +396,7 @@ private slots:
 
     void sampleContentLoads()
     {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(7));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviDelivered));
         QString error;
         QVERIFY(!VNDatabaseToviSample::load(db.get(), m_dir->filePath("missing.json"), &error));
         QVERIFY(error.contains("missing.json"));
@@ -418,7 +418,7 @@ private slots:
         QVERIFY(VNDatabaseToviSample::load(db.get(), small, &error, &counts));
         QCOMPARE((QList<int>{counts.compounds, counts.ions, counts.joints, counts.parameters, counts.aliases}),
                  (QList<int>{1, 1, 1, 1, 2}));
-        db.reset(makeTovi(7));
+        db.reset(makeTovi(Sedra::DatabaseToviDelivered));
         QCOMPARE(db->getCompound(db->getCompound(QStringLiteral("Pr")))->carbons(), QStringLiteral("19"));
         QCOMPARE(db->getRatiosByAliasesValue(QStringLiteral("pristane/phytane")).size(), 1);
     }
@@ -426,7 +426,7 @@ private slots:
     // Last: it ends the shared mapper factory's life.
     void withoutMappersEveryOperationAnswersNeutrally()
     {
-        std::unique_ptr<VNDatabaseTovi> before(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> before(makeTovi(Sedra::DatabaseToviUser));
         Sedra::TToviCompound* compound = addCompound(before.get(), "C1", "pristane", "Pr");
         QVERIFY(before->aliasCreate(tovi(compound), "CAS", "A", "1921-70-6"));
         Sedra::TToviAlias* alias = before->getAlias(tovi(compound), "CAS", "A");
@@ -434,7 +434,7 @@ private slots:
         VNDatabaseTovi::s_mapperFactoryClear();
         QVERIFY(!VNDatabaseTovi::s_mapperFactory);
         VNDatabaseTovi::s_mapperFactoryClear();
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(9));
+        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
         TAssert::clear();
         TRecordingLogger log;
         QVERIFY(!db->getCompound(QStringLiteral("C1")));
