@@ -60,7 +60,7 @@ endfunction()
 # One Qt Test executable registered with CTest. Widget tests run offscreen.
 function(vn_add_test)
   cmake_parse_arguments(A "WIDGETS" "NAME" "SOURCES;LIBS;LABELS" ${ARGN})
-  if(NOT VN_BUILD_TESTS)
+  if(NOT BUILD_TESTING)
     return()
   endif()
   string(REPLACE "." "_" exe "tst_${A_NAME}")
