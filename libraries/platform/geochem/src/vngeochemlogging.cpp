@@ -1,0 +1,3 @@
+#include "vngeochemlogging.h"
+
+Q_LOGGING_CATEGORY(vnGeochem, "vn.geochem", QtInfoMsg)
