@@ -1,0 +1,128 @@
+// Peaks found and integrated on chromatograms whose peaks are known exactly:
+// Gaussians of given area on a baseline, alone, with noise, and with a
+// co-eluting neighbour.
+#include <tpeakfinder.h>
+
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include <cmath>
+
+namespace {
+
+struct Placed
+{
+    double apex;  // minutes
+    double area;  // value x minutes
+    double sigma; // minutes
+};
+
+struct Trace
+{
+    QVector<double> times;
+    QVector<double> values;
+};
+
+// Sampled every 0.01 min from 0 to 10 min over a sloping baseline.
+Trace trace(const QList<Placed>& peaks, double noise, quint32 seed = 1)
+{
+    Trace t;
+    QRandomGenerator random(seed);
+    for (int i = 0; i <= 1000; ++i) {
+        const double x = i * 0.01;
+        double y = 50.0 + 2.0 * x;
+        for (const Placed& p : peaks)
+            y += p.area / (p.sigma * std::sqrt(2.0 * M_PI)) * std::exp(-0.5 * std::pow((x - p.apex) / p.sigma, 2));
+        if (noise > 0.0) {
+            // Box-Muller: Gaussian noise of the given standard deviation.
+            const double u1 = std::max(random.generateDouble(), 1e-12);
+            const double u2 = random.generateDouble();
+            y += noise * std::sqrt(-2.0 * std::log(u1)) * std::cos(2.0 * M_PI * u2);
+        }
+        t.times << x;
+        t.values << y;
+    }
+    return t;
+}
+
+double relative(double value, double expected)
+{
+    return std::fabs(value - expected) / std::fabs(expected);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Placed)
+
+class TestPeakFinder : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void knownPeaks_data()
+    {
+        QTest::addColumn<QList<Placed>>("placed");
+        QTest::addColumn<double>("noise");
+        QTest::addColumn<double>("tolerance");
+        QTest::newRow("clean, apart") << QList<Placed>{{3.0, 100.0, 0.05}, {6.0, 40.0, 0.08}} << 0.0 << 0.02;
+        QTest::newRow("noisy, apart") << QList<Placed>{{3.0, 100.0, 0.05}, {6.0, 40.0, 0.08}} << 5.0 << 0.05;
+        QTest::newRow("noisy, co-eluting") << QList<Placed>{{4.0, 100.0, 0.05}, {4.3, 60.0, 0.05}} << 5.0 << 0.05;
+    }
+
+    void knownPeaks()
+    {
+        QFETCH(QList<Placed>, placed);
+        QFETCH(double, noise);
+        QFETCH(double, tolerance);
+        const Trace t = trace(placed, noise);
+        const QVector<TPeak> found = TPeakFinder::find(t.times, t.values);
+        QCOMPARE(found.size(), placed.size());
+        for (int i = 0; i < placed.size(); ++i) {
+            const TPeak& peak = found[i];
+            const Placed& truth = placed[i];
+            QVERIFY2(std::fabs(peak.apex - truth.apex) < 0.01, qPrintable(QString::number(peak.apex)));
+            QVERIFY2(relative(peak.area, truth.area) < tolerance,
+                     qPrintable(QString("area %1 for %2").arg(peak.area).arg(truth.area)));
+            const double height = truth.area / (truth.sigma * std::sqrt(2.0 * M_PI));
+            QVERIFY2(relative(peak.height, height) < tolerance,
+                     qPrintable(QString("height %1 for %2").arg(peak.height).arg(height)));
+            const double width = 2.0 * std::sqrt(2.0 * std::log(2.0)) * truth.sigma;
+            QVERIFY2(relative(peak.width, width) < 2 * tolerance,
+                     qPrintable(QString("width %1 for %2").arg(peak.width).arg(width)));
+            QVERIFY(peak.start < peak.apex && peak.apex < peak.end);
+            if (noise > 0.0)
+                QVERIFY2(relative(peak.signalToNoise, height / noise) < 0.2,
+                         qPrintable(QString::number(peak.signalToNoise)));
+        }
+    }
+
+    void noiseIsEstimatedFromTheTrace()
+    {
+        const Trace t = trace({{5.0, 100.0, 0.05}}, 4.0, 7);
+        QVERIFY(relative(TPeakFinder::estimateNoise(t.values), 4.0) < 0.15);
+        QCOMPARE(TPeakFinder::estimateNoise({1.0, 2.0}), 0.0);
+    }
+
+    // Nothing above the noise, or input that is not a chromatogram: no peaks.
+    void nothingToFind_data()
+    {
+        QTest::addColumn<QVector<double>>("times");
+        QTest::addColumn<QVector<double>>("values");
+        const Trace flat = trace({}, 5.0);
+        QTest::newRow("noise only") << flat.times << flat.values;
+        QTest::newRow("lengths differ") << QVector<double>{0, 1, 2, 3, 4, 5} << QVector<double>{0, 1, 5, 1, 0};
+        QTest::newRow("time going back") << QVector<double>{0, 1, 2, 1.5, 4, 5} << QVector<double>{0, 1, 50, 1, 0, 0};
+        QTest::newRow("not a number") << QVector<double>{0, 1, 2, 3, 4, 5} << QVector<double>{0, 1, NAN, 1, 0, 0};
+        QTest::newRow("too short") << QVector<double>{0, 1} << QVector<double>{0, 10};
+    }
+
+    void nothingToFind()
+    {
+        QFETCH(QVector<double>, times);
+        QFETCH(QVector<double>, values);
+        QVERIFY(TPeakFinder::find(times, values).isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPeakFinder)
+#include "tst_tpeakfinder.moc"
