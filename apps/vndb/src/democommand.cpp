@@ -12,6 +12,7 @@
 #include <objectselectorctrl.h>
 #include <objectselectormodel.h>
 #include <tacquisitionrun.h>
+#include <trunreader.h>
 #include <tandimsfile.h>
 #include <tcmfile.h>
 #include <tcsvrunfile.h>
@@ -198,11 +199,12 @@ bool DemoCommand::importAnalyses()
             say(tr("%1: already in the project, kept", "%1 : déjà dans le projet, conservée").arg(analysis));
             continue;
         }
-        TAcquisitionRun run;
+        QVector<TImportedRun> runs;
         QString format;
         if (!ImportCommand::importFile(m_project, m_root + QStringLiteral("/inputs/") + QLatin1String(sample.file),
-                                       analysis, &run, &format, &m_error))
+                                       analysis, &runs, &format, &m_error))
             return false;
+        const TAcquisitionRun& run = runs.first().run;
         say(tr("%1 <- %2 (%3): %4 scans, %5 points", "%1 <- %2 (%3) : %4 scans, %5 points")
                 .arg(analysis, QLatin1String(sample.file), format)
                 .arg(run.scanCount())

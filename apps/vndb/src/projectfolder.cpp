@@ -4,6 +4,7 @@
 
 #include <tacquisitionrun.h>
 #include <tanalysisfolder.h>
+#include <tcmfileregistry.h>
 #include <tdescriptionacquisition.h>
 #include <vnobject2analysis.h>
 
@@ -149,4 +150,12 @@ bool ProjectFolder::addAnalysis(const QString& name, const TAcquisitionRun& run,
         QDir().rmdir(m_path);
     *error = tr("cannot add analysis '%1': %2", "impossible d'ajouter l'analyse '%1' : %2").arg(name, why);
     return false;
+}
+
+bool ProjectFolder::removeAnalysis(const QString& name) const
+{
+    if (!isValidName(name, nullptr) || !QFileInfo::exists(analysisPath(name)))
+        return false;
+    TCMFileRegistry::forget(acquisitionFile(name));
+    return QDir(analysisPath(name)).removeRecursively();
 }

@@ -50,6 +50,8 @@ public:
     /// description are written in a hidden folder and checked, and only then
     /// is the folder renamed into place: on any failure the project is left as
     /// it was. Refuses an existing name.
+    /// Removes analysis `name` whole (used to undo a partly done import).
+    bool removeAnalysis(const QString& name) const;
     bool addAnalysis(const QString& name, const TAcquisitionRun& run, QString* error) const;
 
 private:
