@@ -122,5 +122,5 @@ bool TAcquisitionRun::operator==(const TAcquisitionRun& other) const
         && signalName == other.signalName && rtimes == other.rtimes && tic == other.tic
         && scanOffsets == other.scanOffsets && masses == other.masses && abundances == other.abundances
         && channelNames == other.channelNames && channels == other.channels && transitions == other.transitions
-        && detectors == other.detectors;
+        && detectors == other.detectors && files == other.files;
 }

@@ -2,6 +2,7 @@
 
 #include "vnfileformats_export.h"
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QPair>
 #include <QString>
@@ -62,6 +63,10 @@ public:
 
     /// Detector channels with their own times (kept in the analysis folder beside the .tcm).
     QVector<TDetectorChannel> detectors;
+
+    /// Files an instrument export carries beside its data (e.g. the data
+    /// system's peak table), kept as they are in the analysis folder: (name, content).
+    QVector<QPair<QString, QByteArray>> files;
 
     TAcquisitionRun();
 

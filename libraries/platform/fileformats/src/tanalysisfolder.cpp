@@ -111,6 +111,15 @@ bool TAnalysisFolder::write(const TAcquisitionRun& run, const QString& analysesF
             || back != run.detectors)
             return abandon(QStringLiteral("the detector channels do not read back: %1").arg(why));
     }
+    for (const auto& file : run.files) {
+        if (!isSafeName(file.first) || file.first.endsWith(QLatin1String(".tcm"))
+            || file.first == QLatin1String(TDescriptionAcquisition::fileName())
+            || file.first == QLatin1String(TDetectorFile::fileName()))
+            return abandon(QStringLiteral("the file name \"%1\" cannot be kept in an analysis").arg(file.first));
+        QFile out(QDir(staging).filePath(file.first));
+        if (!out.open(QIODevice::WriteOnly) || out.write(file.second) != file.second.size())
+            return abandon(QStringLiteral("cannot write %1").arg(out.fileName()));
+    }
     TDescriptionAcquisition description = TDescriptionAcquisition::fromRun(run);
     if (!description.save(QDir(staging).filePath(QString::fromLatin1(TDescriptionAcquisition::fileName()))))
         return abandon(QStringLiteral("cannot write the acquisition description in %1").arg(staging));
