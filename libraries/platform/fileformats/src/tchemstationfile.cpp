@@ -237,8 +237,13 @@ bool TChemStationFile::readMassSpectra(const QByteArray& bytes, const QString& s
         const uchar* q = data + p + 18;
         for (int k = 0; k < count; ++k)
             points[k] = qMakePair(quint32(be16(q + 4 * k)) * 5u, float(unpackAbundance(be16(q + 4 * k + 2))));
-        std::sort(points.begin(), points.end(),
-                  [](const QPair<quint32, float>& a, const QPair<quint32, float>& b) { return a.first < b.first; });
+        // Instruments write the highest m/z first: a reversal is then enough.
+        const auto byMass
+            = [](const QPair<quint32, float>& a, const QPair<quint32, float>& b) { return a.first < b.first; };
+        if (std::is_sorted(points.rbegin(), points.rend(), byMass))
+            std::reverse(points.begin(), points.end());
+        else
+            std::sort(points.begin(), points.end(), byMass);
         for (int k = 0; k < count; ++k) {
             if (k > 0 && points[k].first == read.masses.last()) {
                 read.abundances.last() += points[k].second; // one m/z recorded twice
