@@ -16,12 +16,13 @@
 #include <QGuiApplication>
 
 namespace {
-// Qt's own chatter (platform plugins, fonts) is not for the user of a command
-// line tool; set VNDB_DEBUG to see it.
-void quietQt(QtMsgType type, const QMessageLogContext&, const QString& message)
+// Qt's own chatter (platform plugins, fonts) and the libraries' developer
+// diagnostics (the "vn.*" logging categories) are not for the user of a
+// command line tool; set VNDB_DEBUG to see them, with their category.
+void quietQt(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
     if (type == QtFatalMsg || qEnvironmentVariableIsSet("VNDB_DEBUG"))
-        std::fprintf(stderr, "%s\n", qPrintable(message));
+        std::fprintf(stderr, "%s: %s\n", context.category ? context.category : "qt", qPrintable(message));
 }
 } // namespace
 

@@ -6,6 +6,7 @@ list(APPEND VN_DB_HEADERS
   src/vndatabasetovimgr.h
   src/vndatabasetovimerged.h
   src/vndatabasetovisample.h)
+list(APPEND VN_DB_PRIVATE src/vndatabasetovi_p.h)
 list(APPEND VN_DB_SOURCES
   src/vntovidatabaseinterface.cpp
   src/vndatabasetovi.cpp

@@ -1,4 +1,5 @@
 #include "vndatabase.h"
+#include "vndatabase_p.h"
 
 #include <databasefactoryinterface.h>
 #include <messageloggerinterface.h>
@@ -40,6 +41,7 @@ QString entryName(const QFileInfo& info, bool withSuffix)
 
 VNDatabase::VNDatabase(const Sedra::DatabaseType& type)
     : Sedra::TDatabase(type)
+    , d(std::make_unique<VNDatabasePrivate>())
 {
     setMapperFactory(s_mapperFactory);
     connectDeletion();
@@ -47,6 +49,7 @@ VNDatabase::VNDatabase(const Sedra::DatabaseType& type)
 
 VNDatabase::VNDatabase(const QString& path, const QString& serial)
     : Sedra::TDatabase(Sedra::DatabaseProjectFolder)
+    , d(std::make_unique<VNDatabasePrivate>())
 {
     TFile::mkdirs(path, false);
     setWorkingPath(path);

@@ -12,6 +12,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 #include <map> // acquisition data: spectra
 
 class VNMapperFactory;
@@ -154,7 +156,5 @@ public:
 private:
     void connectDeletion();
 
-    // Reserved for the subclasses' bookkeeping; initialised and released here only.
-    bool m_flag = false;
-    QList<const VNObject2*> m_list;
+    std::unique_ptr<class VNDatabasePrivate> d;
 };

@@ -1,5 +1,7 @@
 #include "vndatabaseimport.h"
 
+#include "vndatabaselogging.h"
+
 #include <projectmgrinterface.h>
 #include <tacquisitionrun.h>
 #include <tanalysisfolder.h>
@@ -120,8 +122,10 @@ bool VNDatabaseImport::CSV2TCM(const QString& fileName, QList<double*> columns, 
 VNMCData* VNDatabaseImport::readFile(const QString& path)
 {
     TAcquisitionRun run;
-    if (!TAnalysisFolder::readImport(path, &run))
+    if (!TAnalysisFolder::readImport(path, &run)) {
+        qCInfo(vnDatabase, "%s: no run read for a new analysis", qUtf8Printable(path));
         return nullptr;
+    }
     return fromRun(run);
 }
 

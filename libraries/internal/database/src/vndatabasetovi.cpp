@@ -1,4 +1,5 @@
 #include "vndatabasetovi.h"
+#include "vndatabasetovi_p.h"
 
 #include "vndatabasetovimerged.h"
 #include "vndatamodelgraph.h"
@@ -81,21 +82,6 @@ bool writeNow(const Sedra::TDatabase* db)
 } // namespace
 
 namespace {
-// What a database had read when it last loaded: its header's connection and
-// that connection's data version. Kept beside the class rather than in it, so
-// that the class keeps its layout.
-struct LoadStamp
-{
-    QString connection;
-    QString file;
-    qint64 version = -1;
-};
-QHash<const VNDatabaseTovi*, LoadStamp>& loadStamps()
-{
-    static QHash<const VNDatabaseTovi*, LoadStamp> stamps;
-    return stamps;
-}
-
 // SQLite's count of the changes that other connections committed to the file
 // this connection reads; -1 when it cannot be read.
 qint64 dataVersion(const Sedra::THeaderConnector* connector)
@@ -117,15 +103,12 @@ void VNDatabaseTovi::s_mapperFactoryClear()
 
 VNDatabaseTovi::VNDatabaseTovi(const Sedra::DatabaseType& type)
     : Sedra::TDatabase(type)
-    , m_reserved(nullptr)
+    , d(std::make_unique<VNDatabaseToviPrivate>())
 {
     init();
 }
 
-VNDatabaseTovi::~VNDatabaseTovi()
-{
-    loadStamps().remove(this);
-}
+VNDatabaseTovi::~VNDatabaseTovi() = default;
 
 void VNDatabaseTovi::init()
 {
@@ -200,21 +183,18 @@ bool VNDatabaseTovi::loadDatabase()
     const qint64 version = dataVersion(connector);
     const QString connection = connector ? connector->connectionName() : QString();
     const QString file = connector ? connector->getDbFilename() : QString();
-    const auto stamp = loadStamps().constFind(this);
-    if (version >= 0 && stamp != loadStamps().constEnd() && stamp->version == version && stamp->connection == connection
-        && stamp->file == file)
+    const VNDatabaseToviPrivate::LoadStamp& stamp = d->loaded;
+    if (version >= 0 && stamp.version == version && stamp.connection == connection && stamp.file == file)
         return true;
     const bool loaded = Sedra::TDatabase::loadDatabase();
-    if (loaded && version >= 0)
-        loadStamps().insert(this, LoadStamp{connection, file, version});
-    else
-        loadStamps().remove(this);
+    d->loaded = loaded && version >= 0 ? VNDatabaseToviPrivate::LoadStamp{connection, file, version}
+                                       : VNDatabaseToviPrivate::LoadStamp();
     return loaded;
 }
 
 void VNDatabaseTovi::clearDB()
 {
-    loadStamps().remove(this);
+    d->loaded = VNDatabaseToviPrivate::LoadStamp();
     Sedra::TDatabase::clearDB();
 }
 

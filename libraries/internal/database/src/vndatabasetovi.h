@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "vndatabase_export.h"
 #include "vntovidatabaseinterface.h"
 
@@ -210,6 +212,5 @@ private:
     /// The compound named by `obj` (if it is one) takes `value` as its master name.
     void takeMasterName(const VNObject2Tovi* obj, const QString& value);
 
-    // Kept for the subclasses of other modules; nothing here reads it.
-    void* m_reserved;
+    std::unique_ptr<class VNDatabaseToviPrivate> d;
 };

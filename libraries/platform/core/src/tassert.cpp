@@ -1,6 +1,6 @@
 #include "tassert.h"
 
-#include "messageloggerinterface.h"
+#include "vncorelogging.h"
 
 namespace {
 QList<TAssert::Failure>& recorded()
@@ -17,10 +17,11 @@ void t_assert(const char* expression, const char* file, int line, bool log)
     failure.file = QString::fromUtf8(file ? file : "");
     failure.line = line;
     recorded().append(failure);
-    if (log) {
-        MessageLoggerInterface::Error(
-            QStringLiteral("Assertion failed: %1 (%2:%3)").arg(failure.expression, failure.file).arg(line));
-    }
+    // A failed assertion is the developer's business: it goes to the library's
+    // category, never to the user's translated log.
+    if (log)
+        qCWarning(vnCore, "Assertion failed: %s (%s:%d)", qUtf8Printable(failure.expression),
+                  qUtf8Printable(failure.file), line);
 }
 
 QList<TAssert::Failure> TAssert::failures()

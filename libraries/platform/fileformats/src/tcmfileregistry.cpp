@@ -1,8 +1,7 @@
 #include "tcmfileregistry.h"
 
 #include "tcmfile.h"
-
-#include <messageloggerinterface.h>
+#include "vnfileformatslogging.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -62,7 +61,7 @@ TCMFile* TCMFileRegistry::file(const QString& path)
     Entry entry;
     entry.file = std::make_unique<TCMFile>();
     if (!entry.file->open(key)) {
-        MessageLoggerInterface::Debug(QStringLiteral("%1: %2").arg(key, entry.file->errorString()));
+        qCInfo(vnFileFormats, "%s refused: %s", qUtf8Printable(key), qUtf8Printable(entry.file->errorString()));
         return nullptr;
     }
     entry.modified = info.lastModified();

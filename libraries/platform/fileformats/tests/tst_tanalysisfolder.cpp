@@ -16,6 +16,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QThread>
+#include "categorymessages.h"
+
 #include <QtTest>
 
 class TestAnalysisFolder : public QObject
@@ -156,6 +158,19 @@ private slots:
         TCMFileRegistry::release(path);
         QVERIFY(!first->isLoaded());
         QCOMPARE(TCMFileRegistry::count(), 1);
+        // A file that is not an acquisition is refused, and why is told to
+        // the developer's category only.
+        {
+            const QString foreign = dir.filePath("notes.tcm");
+            QVERIFY(writeAll(foreign, "not an acquisition file"));
+            CategoryMessages diagnostics;
+            TRecordingLogger user;
+            QVERIFY(!TCMFileRegistry::file(foreign));
+            const QStringList said = diagnostics.texts("vn.fileformats", QtInfoMsg);
+            QCOMPARE(said.size(), 1);
+            QVERIFY2(said.first().startsWith(foreign + " refused: "), qPrintable(said.first()));
+            QCOMPARE(user.count(), 0);
+        }
 
         QThread::msleep(20); // distinct modification time on coarse file systems
         QVERIFY(QFile::remove(path));

@@ -1,5 +1,7 @@
 #include "tlocalization.h"
 
+#include "vnobjectmodellogging.h"
+
 #include <QStringList>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
@@ -90,8 +92,10 @@ TLocalization TLocalization::fromKml(const QByteArray& kml, QString* placeName)
         if (xml.isStartElement()) {
             const QStringRef tag = xml.name();
             if (!sawKml) {
-                if (tag != QLatin1String("kml"))
+                if (tag != QLatin1String("kml")) {
+                    qCInfo(vnObjectModel, "position refused: <%s> instead of <kml>", qUtf8Printable(tag.toString()));
                     return TLocalization();
+                }
                 sawKml = true;
             } else if (tag == QLatin1String("Placemark")) {
                 inPlacemark = true;

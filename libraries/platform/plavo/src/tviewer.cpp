@@ -1,5 +1,7 @@
 #include "tviewer.h"
 
+#include "vnplavologging.h"
+
 #include "plavoxml_p.h"
 
 #include <txmlmethod.h>
@@ -38,10 +40,14 @@ bool TViewer::decode(const QDomElement& element)
         return false;
     int version = 0;
     int type = 0;
-    if (!Xml::readInt(element.attribute(kVersionAttribute), &version) || version < 1 || version > kVersion)
+    if (!Xml::readInt(element.attribute(kVersionAttribute), &version) || version < 1 || version > kVersion) {
+        qCInfo(vnPlavo, "viewer refused: version '%s'", qUtf8Printable(element.attribute(kVersionAttribute)));
         return false;
-    if (!Xml::readInt(element.attribute(kTypeView), &type) || !isKnownTypeView(type))
+    }
+    if (!Xml::readInt(element.attribute(kTypeView), &type) || !isKnownTypeView(type)) {
+        qCInfo(vnPlavo, "viewer refused: view type '%s'", qUtf8Printable(element.attribute(kTypeView)));
         return false;
+    }
     if (TXMLMethod::getChildElement(element, kTitle).isNull())
         return false;
     const QString title = TXMLMethod::getInfoString(element, kTitle);

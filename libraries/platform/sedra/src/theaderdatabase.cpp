@@ -1,6 +1,8 @@
 #include <QVariant>
 #include "theaderdatabase.h"
 
+#include "vnsedralogging.h"
+
 #include "tdatabase.h"
 #include "tdatabaseobject.h"
 #include "tdbtransaction.h"
@@ -32,6 +34,8 @@ THeaderDatabase::~THeaderDatabase()
 void THeaderDatabase::fail(const QString& error)
 {
     m_lastError = error;
+    qCWarning(vnSedra, "header %s: %s", qUtf8Printable(m_connector ? m_connector->getDbFilename() : QString()),
+              qUtf8Printable(error));
 }
 
 void THeaderDatabase::setSerialNumber(const QString& serial)

@@ -27,6 +27,8 @@
 #include <vnobject2well.h>
 
 #include <QTemporaryDir>
+#include "categorymessages.h"
+
 #include <QtTest>
 
 using namespace Sedra;
@@ -389,7 +391,15 @@ void TestHeaderDatabase::removalIsOneTransaction()
                    {QStringLiteral("CREATE TRIGGER refuse BEFORE DELETE ON objects WHEN OLD.name = 'S29' "
                                    "BEGIN SELECT RAISE(ABORT, 'kept by another program'); END")})
                 .isValid());
-    QVERIFY(!p.db->removeObject(run, true));
+    {
+        // Why, for whoever debugs the storage: the header and SQLite's reason.
+        CategoryMessages diagnostics;
+        QVERIFY(!p.db->removeObject(run, true));
+        const QStringList said = diagnostics.texts("vn.sedra", QtWarningMsg);
+        QCOMPARE(said.size(), 1);
+        QVERIFY2(said.first().contains(file) && said.first().contains("kept by another program"),
+                 qPrintable(said.first()));
+    }
     QCOMPARE(rowsOfKind(file, VNObjectTypeSignal), 30);
     QCOMPARE(rowsOfKind(file, VNObjectTypeAnalysis), 1);
     QCOMPARE(p.signalMapper()->signalList(run).size(), 30);

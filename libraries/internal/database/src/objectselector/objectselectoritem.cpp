@@ -1,4 +1,5 @@
 #include "objectselectoritem.h"
+#include "objectselectoritem_p.h"
 
 #include <QCoreApplication>
 #include <QDynamicPropertyChangeEvent>
@@ -8,6 +9,7 @@
 #include <algorithm>
 
 ObjectSelectorItem::ObjectSelectorItem()
+    : d(std::make_unique<ObjectSelectorItemPrivate>())
 {
     // Item pointers travel in QVariants and queued signals.
     static const int registered = qRegisterMetaType<ObjectSelectorItem*>("ObjectSelectorItem *");
@@ -18,68 +20,68 @@ ObjectSelectorItem::~ObjectSelectorItem() = default;
 
 void ObjectSelectorItem::setIsReadOnly(bool readOnly)
 {
-    m_readOnly = readOnly;
+    d->readOnly = readOnly;
 }
 bool ObjectSelectorItem::isReadOnly() const
 {
-    return m_readOnly;
+    return d->readOnly;
 }
 void ObjectSelectorItem::setId(const QString& id)
 {
-    m_id = id;
+    d->id = id;
 }
 QString ObjectSelectorItem::id()
 {
-    return m_id;
+    return d->id;
 }
 void ObjectSelectorItem::setIsCheckable(bool checkable)
 {
-    m_checkable = checkable;
+    d->checkable = checkable;
 }
 bool ObjectSelectorItem::isCheckable() const
 {
-    return m_checkable;
+    return d->checkable;
 }
 void ObjectSelectorItem::setChecked(bool checked)
 {
-    m_checked = checked;
+    d->checked = checked;
 }
 bool ObjectSelectorItem::isChecked() const
 {
-    return m_checked;
+    return d->checked;
 }
 void ObjectSelectorItem::setTitle(const QString& title)
 {
-    m_title = title;
+    d->title = title;
 }
 QString ObjectSelectorItem::title()
 {
-    return m_title;
+    return d->title;
 }
 void ObjectSelectorItem::setPixmap(const QPixmap& pixmap)
 {
-    m_pixmap = pixmap;
+    d->pixmap = pixmap;
 }
 QPixmap ObjectSelectorItem::pixmap()
 {
-    return m_pixmap;
+    return d->pixmap;
 }
 bool ObjectSelectorItem::isExpanded() const
 {
-    return m_expanded;
+    return d->expanded;
 }
 void ObjectSelectorItem::setExpanded(bool expanded)
 {
-    m_expanded = expanded;
+    d->expanded = expanded;
 }
 
 bool ObjectSelectorItem::foldedProperty(const QByteArray& name, QString& folded) const
 {
-    if (!m_foldedFirst.name.isNull() && m_foldedFirst.name == name) {
-        folded = m_foldedFirst.folded;
-        return m_foldedFirst.carried;
+    if (!d->foldedFirst.name.isNull() && d->foldedFirst.name == name) {
+        folded = d->foldedFirst.folded;
+        return d->foldedFirst.carried;
     }
-    for (const FoldedValue& entry : m_foldedMore) {
+    for (const ObjectSelectorItemPrivate::FoldedValue& entry : d->foldedMore) {
         if (entry.name == name) {
             folded = entry.folded;
             return entry.carried;
@@ -90,10 +92,10 @@ bool ObjectSelectorItem::foldedProperty(const QByteArray& name, QString& folded)
     // Only dynamic properties announce their changes (through event()), and
     // only with an application object to deliver the announcement.
     if (QCoreApplication::instance() && metaObject()->indexOfProperty(name.constData()) < 0) {
-        if (m_foldedFirst.name.isNull())
-            m_foldedFirst = {name, folded, value.isValid()};
+        if (d->foldedFirst.name.isNull())
+            d->foldedFirst = {name, folded, value.isValid()};
         else
-            m_foldedMore.push_back({name, folded, value.isValid()});
+            d->foldedMore.push_back({name, folded, value.isValid()});
     }
     return value.isValid();
 }
@@ -102,11 +104,12 @@ bool ObjectSelectorItem::event(QEvent* event)
 {
     if (event->type() == QEvent::DynamicPropertyChange) {
         const QByteArray name = static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName();
-        if (m_foldedFirst.name == name)
-            m_foldedFirst = FoldedValue();
-        m_foldedMore.erase(std::remove_if(m_foldedMore.begin(), m_foldedMore.end(),
-                                          [&name](const FoldedValue& entry) { return entry.name == name; }),
-                           m_foldedMore.end());
+        if (d->foldedFirst.name == name)
+            d->foldedFirst = ObjectSelectorItemPrivate::FoldedValue();
+        d->foldedMore.erase(
+            std::remove_if(d->foldedMore.begin(), d->foldedMore.end(),
+                           [&name](const ObjectSelectorItemPrivate::FoldedValue& entry) { return entry.name == name; }),
+            d->foldedMore.end());
     }
     return QObject::event(event);
 }

@@ -8,8 +8,8 @@
 #include <QPixmap>
 #include <QString>
 
+#include <memory>
 #include <typeinfo>
-#include <vector>
 
 /// The concrete selector item. Its state is also published as Qt properties,
 /// which is how the model, the widget and database-backed subclasses address
@@ -75,22 +75,7 @@ protected:
     void setExpanded(bool expanded) override;
 
 private:
-    struct FoldedValue
-    {
-        QByteArray name;
-        QString folded;
-        bool carried = false;
-    };
-
-    bool m_readOnly = false;
-    QString m_title;
-    bool m_checkable = false;
-    bool m_checked = false;
-    QPixmap m_pixmap;
-    QString m_id;
-    bool m_expanded = true;
-    // A cache, not state. Searches mostly ask one name ("MasterName"): the
-    // first value kept sits in the item itself, next to what a walk reads.
-    mutable FoldedValue m_foldedFirst;
-    mutable std::vector<FoldedValue> m_foldedMore;
+    // Behind a private pointer: adding state does not change the layout other
+    // modules were built against.
+    std::unique_ptr<class ObjectSelectorItemPrivate> d;
 };

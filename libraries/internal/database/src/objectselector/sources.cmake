@@ -27,3 +27,4 @@ list(APPEND VN_DB_SOURCES
   src/objectselector/objectselectordatabaseitem.cpp
   src/objectselector/objectselectordatabaseobjectitem.cpp
   src/objectselector/objectselectordatabasemodel.cpp)
+list(APPEND VN_DB_PRIVATE src/objectselector/objectselectoritem_p.h)

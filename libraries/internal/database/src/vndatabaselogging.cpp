@@ -1,0 +1,3 @@
+#include "vndatabaselogging.h"
+
+Q_LOGGING_CATEGORY(vnDatabase, "vn.database", QtInfoMsg)

@@ -1,0 +1,3 @@
+#include "vnapplicationlogging.h"
+
+Q_LOGGING_CATEGORY(vnApplication, "vn.application", QtInfoMsg)

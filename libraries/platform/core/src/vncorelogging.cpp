@@ -1,0 +1,3 @@
+#include "vncorelogging.h"
+
+Q_LOGGING_CATEGORY(vnCore, "vn.core", QtInfoMsg)

@@ -1,0 +1,3 @@
+#include "vnfileformatslogging.h"
+
+Q_LOGGING_CATEGORY(vnFileFormats, "vn.fileformats", QtInfoMsg)

@@ -1,0 +1,3 @@
+#include "vnobjectmodellogging.h"
+
+Q_LOGGING_CATEGORY(vnObjectModel, "vn.objectmodel", QtInfoMsg)

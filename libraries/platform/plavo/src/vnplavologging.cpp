@@ -1,0 +1,3 @@
+#include "vnplavologging.h"
+
+Q_LOGGING_CATEGORY(vnPlavo, "vn.plavo", QtInfoMsg)

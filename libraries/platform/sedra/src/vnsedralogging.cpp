@@ -1,0 +1,3 @@
+#include "vnsedralogging.h"
+
+Q_LOGGING_CATEGORY(vnSedra, "vn.sedra", QtInfoMsg)
