@@ -59,14 +59,23 @@ bool TAnalysisFolder::readImport(const QString& path, TAcquisitionRun* run)
 {
     if (!run)
         return false;
-    QVector<TImportedRun> runs;
-    QString error;
-    if (!readImports(path, &runs, &error)) {
+    const auto report = [&path](const QString& why) {
         MessageLoggerInterface::Error(QCoreApplication::translate(Context, "The file <b>%1</b> is refused: %2",
                                                                   "Le fichier <b>%1</b> est refusé : %2")
-                                          .arg(QDir::toNativeSeparators(path), error));
+                                          .arg(QDir::toNativeSeparators(path), why));
         return false;
-    }
+    };
+    QVector<TImportedRun> runs;
+    QString error;
+    const TRunReader* reader = QFileInfo(path).exists() ? TRunReaderRegistry::find(path) : nullptr;
+    if (!reader) // missing, foreign or unknown: the registry says which
+        return TRunReaderRegistry::read(path, &runs, nullptr, &error) ? false : report(error);
+    // Readers that log their refusal give no reason of their own: one message, not two.
+    if (!reader->read(path, &runs, &error) || runs.isEmpty())
+        return error.isEmpty() ? false : report(error);
+    QString why;
+    if (!runs.first().run.isConsistent(&why))
+        return report(why);
     *run = runs.first().run;
     return true;
 }
@@ -123,6 +132,10 @@ bool TAnalysisFolder::write(const TAcquisitionRun& run, const QString& analysesF
     TDescriptionAcquisition description = TDescriptionAcquisition::fromRun(run);
     if (!description.save(QDir(staging).filePath(QString::fromLatin1(TDescriptionAcquisition::fileName()))))
         return abandon(QStringLiteral("cannot write the acquisition description in %1").arg(staging));
+    // A description the project cannot read back would leave an analysis nobody can list.
+    TDescriptionAcquisition reread;
+    if (!reread.load(QDir(staging).filePath(QString::fromLatin1(TDescriptionAcquisition::fileName()))))
+        return abandon(QStringLiteral("the acquisition description does not read back in %1").arg(staging));
     // A file that was open under the final path belongs to an analysis removed since.
     TCMFileRegistry::forget(tcmPath(analysesFolder, name));
     if (!QDir().rename(staging, target))
