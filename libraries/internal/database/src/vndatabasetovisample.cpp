@@ -85,6 +85,7 @@ bool VNDatabaseToviSample::load(VNToviDatabaseInterface* db, const QString& file
         model.setStudyType(text(c, "studyType"));
         model.setFamilyName(text(c, "familyName"));
         model.setExpectedIons(text(c, "expectedIons"));
+        model.setRetentionIndex(text(c, "retentionIndex"));
         // The reference key names the compound in joints and aliases.
         if (db->createCompound(&model, text(c, "toviKey")))
             ++made.compounds;

@@ -408,7 +408,8 @@ private slots:
         QVERIFY(!VNDatabaseToviSample::load(db.get(), write("bad.json", "{\"compounds\": [ {\"toviKey\": "), &error));
         QVERIFY(db->getAllCompounds().isEmpty());
 
-        const QString small = write("small.json", R"({"compounds":[{"toviKey":"Pr","name":"Pristane","carbons":19}],
+        const QString small = write("small.json", R"({"compounds":[{"toviKey":"Pr","name":"Pristane","carbons":19,
+                            "retentionIndex":1707}],
             "ions":[{"name":"m/z 57","value":"57"}],
             "joints":[{"compound":"Pr","ion":"m/z 57"}],
             "parameters":[{"ratioId":"R1","name":"Pr/Ph","displayOrder":1}],
@@ -420,6 +421,7 @@ private slots:
                  (QList<int>{1, 1, 1, 1, 2}));
         db.reset(makeTovi(Sedra::DatabaseToviDelivered));
         QCOMPARE(db->getCompound(db->getCompound(QStringLiteral("Pr")))->carbons(), QStringLiteral("19"));
+        QCOMPARE(db->getCompound(db->getCompound(QStringLiteral("Pr")))->retentionIndex(), QStringLiteral("1707"));
         QCOMPARE(db->getRatiosByAliasesValue(QStringLiteral("pristane/phytane")).size(), 1);
     }
 

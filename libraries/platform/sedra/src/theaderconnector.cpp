@@ -8,12 +8,17 @@
 #include <QSet>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QStringList>
+
+#include <vnobjecttype.h>
 
 namespace Sedra {
 
 namespace {
 QAtomicInt s_connectionCounter;
-const int SchemaVersion = 1;
+// 2: reference compounds carry a retention index ("RetentionIndex"); files of
+// version 1 gain it, empty, when they are first opened for writing.
+const int SchemaVersion = 2;
 
 // Runs a prepared statement with the given values bound in order.
 bool bindAndRun(QSqlQuery& query, const char* first, const char* second = nullptr)
@@ -89,8 +94,8 @@ bool THeaderConnector::open(const QString& folder, DatabaseType type, bool readO
             db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
         if (!db.open())
             reason = db.lastError().text();
-        else if (checkSchema(&reason) && !readOnly)
-            createSchema(&reason);
+        else if (checkSchema(&reason) && !readOnly && createSchema(&reason))
+            migrate(&reason);
     }
     if (!reason.isEmpty()) {
         close();
@@ -162,6 +167,48 @@ bool THeaderConnector::checkSchema(QString* error) const
         *error = QCoreApplication::translate("SedraTr", "the file was written by a newer version (schema %1)",
                                              "le fichier a été écrit par une version plus récente (schéma %1)")
                      .arg(version.value(0).toInt());
+        return false;
+    }
+    return true;
+}
+
+bool THeaderConnector::migrate(QString* error)
+{
+    QSqlDatabase db = database();
+    QSqlQuery version(db);
+    version.prepare(QStringLiteral("SELECT value FROM meta WHERE name = ?"));
+    version.addBindValue(QStringLiteral("schema_version"));
+    if (!version.exec() || !version.next() || version.value(0).toInt() >= SchemaVersion)
+        return true;
+    version.finish();
+    if (!db.transaction()) {
+        *error = db.lastError().text();
+        return false;
+    }
+    const QStringList steps = {
+        // Version 2: every reference compound gains its retention index, empty.
+        isReferenceDatabase(m_type)
+            ? QStringLiteral("INSERT INTO properties (object, name, value, position) "
+                             "SELECT o.id, 'RetentionIndex', '', "
+                             "(SELECT COALESCE(MAX(p.position), -1) + 1 FROM properties p WHERE p.object = o.id) "
+                             "FROM objects o WHERE o.type = %1 AND NOT EXISTS (SELECT 1 FROM properties q "
+                             "WHERE q.object = o.id AND q.name = 'RetentionIndex')")
+                  .arg(int(VNObjectTypeCompound))
+            : QString(),
+        QStringLiteral("UPDATE meta SET value = '%1' WHERE name = 'schema_version'").arg(SchemaVersion),
+    };
+    for (const QString& step : steps) {
+        if (step.isEmpty())
+            continue;
+        QSqlQuery query(db);
+        if (!query.exec(step)) {
+            *error = query.lastError().text();
+            db.rollback();
+            return false;
+        }
+    }
+    if (!db.commit()) {
+        *error = db.lastError().text();
         return false;
     }
     return true;

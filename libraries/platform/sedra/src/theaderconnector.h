@@ -72,6 +72,9 @@ protected:
 
 private:
     bool createSchema(QString* error);
+    /// Brings a header written by an earlier version of the schema to the
+    /// current one, in one transaction; a current header is left as it is.
+    bool migrate(QString* error);
     bool checkSchema(QString* error) const;
 
     QString m_connectionName;

@@ -1,6 +1,7 @@
 #include "tovi_testdatabase.h"
 
 #include <tdbtransaction.h>
+#include <testfiles.h>
 #include <ttovialias.h>
 #include <ttovibatch.h>
 #include <ttovicompound.h>
@@ -95,6 +96,8 @@ private slots:
     void readOnlyDatabaseRefusesChanges();
     void batchWritesOnceAtTheEnd();
     void serialNumberThroughAnyConnection();
+    void aFileOfTheFirstSchemaGainsRetentionIndices_data();
+    void aFileOfTheFirstSchemaGainsRetentionIndices();
     void serialChangesWithEveryCommittedWrite_data();
     void serialChangesWithEveryCommittedWrite();
 
@@ -704,4 +707,60 @@ void TestToviStorage::serialChangesWithEveryCommittedWrite()
     QCOMPARE(after != before, changes);
     // What the file says, not only the open connection.
     QCOMPARE(db.tovi()->readSerialNumberFromFile(db.fileName()), after);
+}
+
+void TestToviStorage::aFileOfTheFirstSchemaGainsRetentionIndices_data()
+{
+    QTest::addColumn<bool>("readOnly");
+    QTest::newRow("opened for writing") << false;
+    QTest::newRow("opened read-only") << true;
+}
+
+// A reference database written before compounds had a retention index opens,
+// gains the field empty when it may be written, and is otherwise unchanged.
+void TestToviStorage::aFileOfTheFirstSchemaGainsRetentionIndices()
+{
+    QFETCH(bool, readOnly);
+    const QString path = folder();
+    QString file;
+    {
+        Reference db(DatabaseToviUser, path, &m_factory);
+        QVERIFY(db.compound("1921-70-6", "pristane", "Pr") && db.compound("638-36-8", "phytane", "Ph"));
+        QVERIFY(db.ions->createEIC("m/z 57", "57"));
+        file = db.fileName();
+    }
+    // What the previous version wrote: schema 1, compounds without the field.
+    QVERIFY(runSql(file, {"UPDATE meta SET value = '1' WHERE name = 'schema_version'"}).isValid());
+    const auto rows = [&file](const QString& where) {
+        return runSql(file,
+                      {"SELECT group_concat(object || ':' || name || '=' || IFNULL(value, '') || '@' || position, "
+                       "'|') FROM (SELECT * FROM properties "
+                       + where + " ORDER BY object, name)"})
+            .toString();
+    };
+    const QString before = rows("");
+    const QString objects
+        = runSql(file, {"SELECT group_concat(id || type || key || name, '|') FROM objects"}).toString();
+    const QByteArray bytes = readAll(file);
+    {
+        Reference db(DatabaseToviUser, path, &m_factory, readOnly);
+        QVERIFY(db.opened);
+        for (const char* key : {"1921-70-6", "638-36-8"}) {
+            TToviCompound* compound = db.compounds->compound(key);
+            QVERIFY(compound);
+            QVERIFY(compound->retentionIndex().isEmpty());
+        }
+    }
+    if (readOnly) {
+        QCOMPARE(readAll(file), bytes); // nothing written
+        return;
+    }
+    QCOMPARE(runSql(file, {"SELECT value FROM meta WHERE name = 'schema_version'"}).toString(), "2");
+    QCOMPARE(runSql(file, {"SELECT count(*) FROM properties WHERE name = 'RetentionIndex' AND value = ''"}).toInt(), 2);
+    QCOMPARE(rows("WHERE name <> 'RetentionIndex'"), before);
+    QCOMPARE(runSql(file, {"SELECT group_concat(id || type || key || name, '|') FROM objects"}).toString(), objects);
+    // A later version's file is refused, not read wrongly.
+    QVERIFY(runSql(file, {"UPDATE meta SET value = '3' WHERE name = 'schema_version'"}).isValid());
+    Reference newer(DatabaseToviUser, path, &m_factory);
+    QVERIFY(!newer.opened);
 }

@@ -37,6 +37,8 @@ public:
     static constexpr const char* KeyStudyType = "StudyType";
     static constexpr const char* KeyExpectedIons = "ExpectedIons";
     static constexpr const char* KeyFamilyName = "FamilyName";
+    /// Retention index on a non-polar (5%-phenyl methylpolysiloxane) column.
+    static constexpr const char* KeyRetentionIndex = "RetentionIndex";
 
     VNObject2ToviCompound* compound();
     const VNObject2ToviCompound* compound() const;
@@ -71,6 +73,9 @@ public:
     void setAnalysisType(const QString& v) { setProperty(QLatin1String(KeyAnalysisType), v); }
     QString studyType() const { return property(QLatin1String(KeyStudyType)); }
     void setStudyType(const QString& v) { setProperty(QLatin1String(KeyStudyType), v); }
+    /// The retention index as stored; empty when unknown.
+    QString retentionIndex() const { return property(QLatin1String(KeyRetentionIndex)); }
+    void setRetentionIndex(const QString& v) { setProperty(QLatin1String(KeyRetentionIndex), v); }
     QString expectedIons() const { return property(QLatin1String(KeyExpectedIons)); }
     void setExpectedIons(const QString& v) { setProperty(QLatin1String(KeyExpectedIons), v); }
     QString familyName() const { return property(QLatin1String(KeyFamilyName)); }
