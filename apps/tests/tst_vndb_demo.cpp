@@ -23,18 +23,23 @@ private slots:
         QCOMPARE(first.exitCode, 0);
         QVERIFY2(first.err.isEmpty(), qPrintable(first.err));
         const QString root = tmp.filePath("vndb-demo");
-        for (const QString analysis : {"crude-oil-a", "crude-oil-b", "biomarkers-msms"}) {
+        for (const QString analysis : {"crude-oil-a", "crude-oil-b", "biomarkers-msms", "gas-oil-gcms"}) {
             QVERIFY2(QFile::exists(QString("%1/project/Analyses/%2/%2.tcm").arg(root, analysis)), qPrintable(analysis));
             QVERIFY(QFile::exists(QString("%1/project/Analyses/%2/acquisition.xml").arg(root, analysis)));
         }
         QVERIFY(first.out.contains("ANDI netCDF"));
+        // The ChemStation folder brings its FID trace as a channel of the analysis.
+        QVERIFY(QFile::exists(root + "/inputs/gas-oil-gcms.D/FID1A.ch"));
+        QVERIFY2(first.out.contains("gas-oil-gcms: channel FID1A (pA), 3596 points"), qPrintable(first.out));
+        const VndbResult fid = VndbRunner::run({"channel", root + "/project", "gas-oil-gcms", "FID1A"});
+        QVERIFY2(fid.exitCode == 0 && fid.out.contains("FID1A (pA)"), qPrintable(fid.out + fid.err));
         QVERIFY(first.out.contains("EIC m/z 191"));
         QVERIFY(first.out.contains("->"));
         // The structure is repaired and the analyses registered in the project database.
         QVERIFY(
             first.out.contains(QString("Project structure is obsolete - Adding directory %1/project/Wells").arg(root)));
         QVERIFY(first.out.contains("sync while a module runs refused"));
-        QVERIFY2(first.out.contains("sync: 3 added; 3 analyses in project.sqlite"), qPrintable(first.out));
+        QVERIFY2(first.out.contains("sync: 4 added; 4 analyses in project.sqlite"), qPrintable(first.out));
         QVERIFY(QFileInfo(root + "/project/Wells").isDir());
         // A selector search over the merged reference database, its ticks saved for vndb select.
         QVERIFY2(first.out.contains("and Carbons = 30: C30 ab hopane"), qPrintable(first.out));
@@ -68,11 +73,11 @@ private slots:
                  qPrintable(references));
         QVERIFY(references.contains("the merged database holds both sources"));
         const QString imports = QString::fromUtf8(QJsonDocument(steps.at(1).toObject()).toJson());
-        QCOMPARE(imports.count("kept"), 3);
+        QCOMPARE(imports.count("kept"), 4);
         const QString structure = QString::fromUtf8(QJsonDocument(steps.at(2).toObject()).toJson());
         QVERIFY(structure.contains("structure check: complete"));
         QVERIFY(structure.contains("read-only sync refused"));
-        QVERIFY(structure.contains("sync: 0 added; 3 analyses"));
+        QVERIFY(structure.contains("sync: 0 added; 4 analyses"));
 
         // The workspace serves the other commands.
         const VndbResult spectrum = VndbRunner::run({"spectrum", root + "/project", "crude-oil-b", "100"});

@@ -3,11 +3,13 @@
 #include "vndbrunner.h"
 
 #include <tandimsfile.h>
+#include <tchemstationfile.h>
 #include <tcmfile.h>
 #include <tcsvrunfile.h>
 #include <tdescriptionacquisition.h>
 
 #include <QDir>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -101,6 +103,63 @@ private slots:
         compareMeasurements(stored("andi"), expected);
     }
 
+    // A data folder: scans, selected ions as NAME-SIM, and the FID channel on its own time base.
+    void chemStationFolderBringsItsChannels()
+    {
+        TDetectorChannel fid{"FID1A", "pA", "Front Signal", {}, {}};
+        for (int i = 0; i < 3000; ++i) {
+            fid.times.append(0.01 + i * 0.005);
+            fid.values.append(12.5 + (i % 97) * 0.25);
+        }
+        TAcquisitionRun ions;
+        const quint32 keys[] = {13100, 20200};
+        for (int s = 0; s < 50; ++s) {
+            const float values[] = {float(100 + s), float(2000 - s)};
+            ions.appendScan(0.1 + 0.02 * s, keys, values, 2);
+        }
+        const QString folder = input("RUN 7.D");
+        QVERIFY(
+            TChemStationFile::writeFolder(folder, VndbRunner::smallRun(TSyntheticRun::FullScan, 5, 80), ions, {fid}));
+
+        const VndbResult result = VndbRunner::run({"import", m_project, folder + "/", "--json"});
+        QCOMPARE(result.exitCode, 0);
+        const QJsonObject json = QJsonDocument::fromJson(result.out.toUtf8()).object();
+        QCOMPARE(json.value("analysis").toString(), "RUN 7");
+        QCOMPARE(json.value("channels").toArray(), QJsonArray{"FID1A"});
+        const QJsonArray runs = json.value("runs").toArray();
+        QCOMPARE(runs.size(), 2);
+        QCOMPARE(runs.at(1).toObject().value("analysis").toString(), "RUN 7-SIM");
+        QCOMPARE(runs.at(1).toObject().value("acquisitionSystem").toInt(), 512);
+        QCOMPARE(runs.at(0).toObject().value("acquisitionSystem").toInt(), 256);
+
+        const VndbResult channel = VndbRunner::run({"channel", m_project, "RUN 7", "FID1A", "--json"});
+        QCOMPARE(channel.exitCode, 0);
+        const QJsonObject trace = QJsonDocument::fromJson(channel.out.toUtf8()).object();
+        QCOMPARE(trace.value("unit").toString(), "pA");
+        QCOMPARE(trace.value("channel").toString(), "FID1A");
+        const QJsonArray times = trace.value("time").toArray();
+        const QJsonArray values = trace.value("value").toArray();
+        QCOMPARE(times.size(), 3000);
+        for (int i = 0; i < 3000; i += 250) {
+            QVERIFY(qAbs(times.at(i).toDouble() - fid.times.at(i)) < 1e-6);
+            QCOMPARE(values.at(i).toDouble(), fid.values.at(i));
+        }
+        const QJsonObject list
+            = QJsonDocument::fromJson(VndbRunner::run({"project", "list", m_project, "--json"}).out.toUtf8()).object();
+        QVERIFY2(QJsonDocument(list).toJson().contains("\"FID1A\""), list.keys().join(",").toUtf8());
+
+        const QString picture = m_tmp.filePath("fid.svg");
+        QCOMPARE(VndbRunner::run({"plot", m_project, "RUN 7", "--channel", "FID1A", "-o", picture}).exitCode, 0);
+        QVERIFY(VndbRunner::readFile(picture).contains("FID1A"));
+        const VndbResult missing = VndbRunner::run({"channel", m_project, "RUN 7-SIM"});
+        QCOMPARE(missing.exitCode, 1);
+        QVERIFY2(missing.err.contains("no detector channel"), qPrintable(missing.err));
+        // The same folder again: its names are taken, nothing is added.
+        const auto before = VndbRunner::snapshot(m_project);
+        QCOMPARE(VndbRunner::run({"import", m_project, folder, "--name", "RUN 7"}).exitCode, 1);
+        QCOMPARE(VndbRunner::snapshot(m_project), before);
+    }
+
     void msmsTransitionsSurviveTheImport()
     {
         const TAcquisitionRun run = VndbRunner::smallRun(TSyntheticRun::MSMS, 5);
@@ -134,6 +193,18 @@ private slots:
                                   << "classic netCDF";
         QTest::newRow("damaged acquisition file")
             << "cut.tcm" << (TCMFile::magic() + QByteArray(40, '\0')) << "a" << 1 << "TCM";
+        QTest::newRow("ZIP archive named .CDF")
+            << "archive.CDF" << QByteArray("PK\x03\x04\x14\x00\x00\x00", 8) << "a" << 1 << "ZIP archive";
+        QTest::newRow("cut ChemStation scans")
+            << "cut.ms"
+            << TChemStationFile::writeMassSpectra(VndbRunner::smallRun(TSyntheticRun::FullScan, 2, 30)).left(900) << "a"
+            << 1 << "declares 30 scans";
+        QTest::newRow("cut ChemStation channel") << "cut.ch"
+                                                 << QByteArray("\x03"
+                                                               "179",
+                                                               4)
+                + QByteArray(500, '\0') << "a" << 1
+                                                 << "not a ChemStation channel";
         QTest::newRow("name with a separator")
             << "ok.csv" << QByteArray("1.0,57,100\n") << "../escape" << 1 << "not a valid";
         QTest::newRow("hidden name") << "ok.csv" << QByteArray("1.0,57,100\n") << ".x" << 1 << "not a valid";

@@ -1,3 +1,4 @@
+#include "channelcommand.h"
 #include "cliapplication.h"
 #include "democommand.h"
 #include "eiccommand.h"
@@ -8,6 +9,7 @@
 #include "selectcommand.h"
 #include "spectrumcommand.h"
 #include "ticcommand.h"
+#include "channelcommand.h"
 
 #include <tapplicationdata.h>
 
@@ -39,6 +41,7 @@ int main(int argc, char** argv)
     cli.addCommand(new ProjectCommand);
     cli.addCommand(new ImportCommand);
     cli.addCommand(new TicCommand);
+    cli.addCommand(new ChannelCommand);
     cli.addCommand(new EicCommand);
     cli.addCommand(new SpectrumCommand);
     cli.addCommand(new PlotCommand);

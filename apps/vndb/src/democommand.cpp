@@ -12,7 +12,9 @@
 #include <objectselectorctrl.h>
 #include <objectselectormodel.h>
 #include <tacquisitionrun.h>
+#include <trunreader.h>
 #include <tandimsfile.h>
+#include <tchemstationfile.h>
 #include <tcmfile.h>
 #include <tcsvrunfile.h>
 #include <tfile.h>
@@ -32,7 +34,7 @@
 #include <functional>
 
 namespace {
-// The three sample runs: seeds fixed so that every demo shows the same peaks.
+// The sample runs: seeds fixed so that every demo shows the same peaks.
 struct Sample
 {
     const char* analysis;
@@ -47,7 +49,26 @@ const Sample kSamples[] = {
     {"crude-oil-a", "crude-oil-a.cdf", TSyntheticRun::FullScan, 11, 1800, 120, "Crude oil A (full scan)"},
     {"crude-oil-b", "crude-oil-b.csv", TSyntheticRun::FullScan, 12, 900, 60, "Crude oil B (full scan)"},
     {"biomarkers-msms", "biomarkers-msms.tcm", TSyntheticRun::MSMS, 13, 1800, 0, "Biomarkers (MS/MS)"},
+    {"gas-oil-gcms", "gas-oil-gcms.D", TSyntheticRun::FullScan, 14, 900, 60, "Gas oil (GC-MS with FID)"},
 };
+
+// The flame-ionisation trace recorded beside the mass scans: its own, denser
+// time base (four points per scan), following the TIC as a real FID would.
+TDetectorChannel fidBeside(const TAcquisitionRun& run)
+{
+    TDetectorChannel fid{QStringLiteral("FID1A"), QStringLiteral("pA"), QStringLiteral("Front Signal"), {}, {}};
+    const int n = run.scanCount();
+    if (n < 2)
+        return fid;
+    const double top = std::max(1.0, *std::max_element(run.tic.begin(), run.tic.end()));
+    for (int i = 0; i < 4 * (n - 1); ++i) {
+        const int s = i / 4;
+        const double f = (i % 4) / 4.0;
+        fid.times.append(run.rtimes.at(s) + f * (run.rtimes.at(s + 1) - run.rtimes.at(s)));
+        fid.values.append(3.0 + 850.0 * ((1.0 - f) * run.tic.at(s) + f * run.tic.at(s + 1)) / top);
+    }
+    return fid;
+}
 
 QString topPeaks(const AnalysisSeries& series, int count)
 {
@@ -71,12 +92,14 @@ QString DemoCommand::summary() const
 
 QString DemoCommand::description() const
 {
-    return tr("DIR defaults to ./vndb-demo. It receives inputs/ (sample ANDI netCDF, CSV and MS/MS files),\n"
-              "project/ (the project and its analyses), plots/ (the pictures drawn) and reference/ (the delivered,\n"
-              "user and merged reference databases). Running the demo again keeps the files that exist.",
-              "DIR vaut ./vndb-demo par défaut. Il reçoit inputs/ (fichiers d'exemple ANDI netCDF, CSV et MS/MS),\n"
-              "project/ (le projet et ses analyses), plots/ (les images dessinées) et reference/ (les bases de\n"
-              "référence livrée, utilisateur et fusionnée). Relancer la démonstration garde les fichiers existants.");
+    return tr(
+        "DIR defaults to ./vndb-demo. It receives inputs/ (sample ANDI netCDF, CSV, MS/MS and ChemStation files),\n"
+        "project/ (the project and its analyses), plots/ (the pictures drawn) and reference/ (the delivered,\n"
+        "user and merged reference databases). Running the demo again keeps the files that exist.",
+        "DIR vaut ./vndb-demo par défaut. Il reçoit inputs/ (fichiers d'exemple ANDI netCDF, CSV, MS/MS et "
+        "ChemStation),\n"
+        "project/ (le projet et ses analyses), plots/ (les images dessinées) et reference/ (les bases de\n"
+        "référence livrée, utilisateur et fusionnée). Relancer la démonstration garde les fichiers existants.");
 }
 
 void DemoCommand::step(const QString& title)
@@ -164,7 +187,10 @@ bool DemoCommand::makeInputs()
         const TAcquisitionRun run = TSyntheticRun::generate(options);
         bool ok = false;
         QString what;
-        if (path.endsWith(QLatin1String(".cdf"))) {
+        if (path.endsWith(QLatin1String(".D"))) {
+            ok = TChemStationFile::writeFolder(path, run, TAcquisitionRun(), {fidBeside(run)}, &m_error);
+            what = QStringLiteral("Agilent ChemStation, data.ms + FID1A.ch");
+        } else if (path.endsWith(QLatin1String(".cdf"))) {
             ok = TAndiMSFile::write(path, run);
             what = QStringLiteral("ANDI netCDF");
         } else if (path.endsWith(QLatin1String(".csv"))) {
@@ -198,15 +224,20 @@ bool DemoCommand::importAnalyses()
             say(tr("%1: already in the project, kept", "%1 : déjà dans le projet, conservée").arg(analysis));
             continue;
         }
-        TAcquisitionRun run;
+        QVector<TImportedRun> runs;
         QString format;
         if (!ImportCommand::importFile(m_project, m_root + QStringLiteral("/inputs/") + QLatin1String(sample.file),
-                                       analysis, &run, &format, &m_error))
+                                       analysis, &runs, &format, &m_error))
             return false;
+        const TAcquisitionRun& run = runs.first().run;
         say(tr("%1 <- %2 (%3): %4 scans, %5 points", "%1 <- %2 (%3) : %4 scans, %5 points")
                 .arg(analysis, QLatin1String(sample.file), format)
                 .arg(run.scanCount())
                 .arg(run.pointCount()));
+        for (const TDetectorChannel& channel : run.detectors)
+            say(tr("%1: channel %2 (%3), %4 points", "%1 : voie %2 (%3), %4 points")
+                    .arg(analysis, channel.name, channel.unit)
+                    .arg(channel.values.size()));
     }
     return true;
 }

@@ -2,30 +2,36 @@
 
 #include "clicontext.h"
 #include "projectfolder.h"
-#include "runimporter.h"
 
 #include <tacquisitionrun.h>
+#include <trunreader.h>
 #include <tprogressbarmgr.h>
 
+#include <QDir>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonObject>
 
 QString ImportCommand::summary() const
 {
-    return tr("import a CSV or ANDI netCDF run as a new analysis",
-              "importe une acquisition CSV ou ANDI netCDF comme nouvelle analyse");
+    return tr("import an instrument run (ChemStation, ANDI, CSV...) as new analyses",
+              "importe une acquisition d'instrument (ChemStation, ANDI, CSV...) comme nouvelles analyses");
 }
 
 QString ImportCommand::description() const
 {
-    return tr("The format is told by the content: classic netCDF (ANDI/AIA MS), an acquisition file (.tcm), else a\n"
-              "text table (one row per scan 'time,mass:abundance ...' or one row per point 'time,mass,abundance').\n"
-              "The analysis is written as <DIR>/Analyses/<NAME>/<NAME>.tcm with its acquisition.xml. A file that\n"
-              "cannot be read completely is refused and the project is left as it was.",
-              "Le format est reconnu au contenu : netCDF classique (ANDI/AIA MS), fichier d'acquisition (.tcm), sinon\n"
-              "un tableau texte (une ligne par scan 'temps,masse:abondance ...' ou une ligne par point\n"
-              "'temps,masse,abondance'). L'analyse est écrite dans <DIR>/Analyses/<NOM>/<NOM>.tcm avec son\n"
-              "acquisition.xml. Un fichier illisible est refusé et le projet reste tel quel.");
+    return tr("The format is told by the content: an Agilent ChemStation data folder (NAME.D: data.ms, dataSim.ms,\n"
+              ".ch detector channels) or file (.ms, .ch), classic netCDF (ANDI/AIA MS), an acquisition file (.tcm),\n"
+              "else a text table (one row per scan 'time,mass:abundance ...' or one row per point\n"
+              "'time,mass,abundance'). Each run becomes <DIR>/Analyses/<NAME>/<NAME>.tcm with its acquisition.xml\n"
+              "and its detector channels; a folder's selected-ion data becomes <NAME>-SIM. A file that cannot be\n"
+              "read completely is refused and the project is left as it was.",
+              "Le format est reconnu au contenu : dossier de données Agilent ChemStation (NOM.D : data.ms,\n"
+              "dataSim.ms, voies de détecteur .ch) ou fichier (.ms, .ch), netCDF classique (ANDI/AIA MS), fichier\n"
+              "d'acquisition (.tcm), sinon un tableau texte (une ligne par scan 'temps,masse:abondance ...' ou une\n"
+              "ligne par point 'temps,masse,abondance'). Chaque acquisition devient <DIR>/Analyses/<NOM>/<NOM>.tcm\n"
+              "avec son acquisition.xml et ses voies de détecteur ; les ions sélectionnés d'un dossier deviennent\n"
+              "<NOM>-SIM. Un fichier illisible est refusé et le projet reste tel quel.");
 }
 
 QList<CliOption> ImportCommand::options() const
@@ -36,7 +42,7 @@ QList<CliOption> ImportCommand::options() const
 }
 
 bool ImportCommand::importFile(const QString& dir, const QString& file, const QString& analysis,
-                               TAcquisitionRun* imported, QString* format, QString* error)
+                               QVector<TImportedRun>* imported, QString* format, QString* error)
 {
     const ProjectFolder project(dir);
     // Everything that can be refused without reading is refused first.
@@ -48,51 +54,94 @@ bool ImportCommand::importFile(const QString& dir, const QString& file, const QS
         return false;
     }
     TProgressBarMgr progress(3, tr("Importing %1", "Import de %1").arg(QFileInfo(file).fileName()));
-    TAcquisitionRun run;
-    RunImporter::Format kind = RunImporter::Unknown;
-    if (!RunImporter::read(file, &run, &kind, error))
+    QVector<TImportedRun> runs;
+    QString kind;
+    if (!TRunReaderRegistry::read(file, &runs, &kind, error))
         return false;
     progress.setProgress(1);
-    if (!project.addAnalysis(analysis, run, error))
-        return false;
+    for (const TImportedRun& one : runs) {
+        if (!ProjectFolder::isValidName(analysis + one.suffix, error))
+            return false;
+        if (project.hasAnalysis(analysis + one.suffix)) {
+            *error
+                = tr("analysis '%1' already exists in project '%2'", "l'analyse '%1' existe déjà dans le projet '%2'")
+                      .arg(analysis + one.suffix, project.path());
+            return false;
+        }
+    }
+    // Several runs of one source come in together or not at all.
+    QStringList added;
+    for (const TImportedRun& one : runs) {
+        if (!project.addAnalysis(analysis + one.suffix, one.run, error)) {
+            for (const QString& name : added)
+                project.removeAnalysis(name);
+            return false;
+        }
+        added.append(analysis + one.suffix);
+    }
     progress.setProgress(3);
     if (imported)
-        *imported = run;
+        *imported = runs;
     if (format)
-        *format = RunImporter::formatName(kind);
+        *format = kind;
     return true;
+}
+
+QString ImportCommand::defaultName(const QString& file)
+{
+    return QFileInfo(QDir::cleanPath(file)).completeBaseName();
 }
 
 int ImportCommand::run(CliContext& context, const CliArguments& arguments)
 {
     const QString dir = arguments.positionals().at(0);
     const QString file = arguments.positionals().at(1);
-    const QString analysis = arguments.isSet(QStringLiteral("name")) ? arguments.value(QStringLiteral("name"))
-                                                                     : QFileInfo(file).completeBaseName();
-    TAcquisitionRun run;
+    const QString analysis
+        = arguments.isSet(QStringLiteral("name")) ? arguments.value(QStringLiteral("name")) : defaultName(file);
+    QVector<TImportedRun> runs;
     QString format;
     QString error;
-    if (!importFile(dir, file, analysis, &run, &format, &error))
+    if (!importFile(dir, file, analysis, &runs, &format, &error))
         return context.refuse(error);
 
     const ProjectFolder project(dir);
-    context.print(tr("Imported %1 (%2): analysis '%3', %4 scans, %5 to %6 min, m/z %7 to %8",
-                     "Importé %1 (%2) : analyse '%3', %4 scans, %5 à %6 min, m/z %7 à %8")
-                      .arg(QFileInfo(file).fileName(), format, analysis)
-                      .arg(run.scanCount())
-                      .arg(run.rtimes.first(), 0, 'f', 2)
-                      .arg(run.rtimes.last(), 0, 'f', 2)
-                      .arg(run.minKey() / 100.0, 0, 'f', 2)
-                      .arg(run.maxKey() / 100.0, 0, 'f', 2));
-    context.print(QStringLiteral("  ") + project.acquisitionFile(analysis));
-    QJsonObject json;
-    json.insert(QStringLiteral("analysis"), analysis);
-    json.insert(QStringLiteral("format"), format);
-    json.insert(QStringLiteral("scans"), run.scanCount());
-    json.insert(QStringLiteral("points"), double(run.pointCount()));
-    json.insert(QStringLiteral("acquisitionSystem"), double(run.acquisitionSystem));
-    json.insert(QStringLiteral("file"), project.acquisitionFile(analysis));
-    json.insert(QStringLiteral("description"), project.descriptionFile(analysis));
-    context.printJson(json);
+    QJsonArray all;
+    for (const TImportedRun& one : runs) {
+        const TAcquisitionRun& run = one.run;
+        const QString name = analysis + one.suffix;
+        context.print(tr("Imported %1 (%2): analysis '%3', %4 scans, %5 to %6 min, m/z %7 to %8",
+                         "Importé %1 (%2) : analyse '%3', %4 scans, %5 à %6 min, m/z %7 à %8")
+                          .arg(QFileInfo(QDir::cleanPath(file)).fileName(), format, name)
+                          .arg(run.scanCount())
+                          .arg(run.rtimes.value(0), 0, 'f', 2)
+                          .arg(run.rtimes.isEmpty() ? 0.0 : run.rtimes.last(), 0, 'f', 2)
+                          .arg(run.minKey() / 100.0, 0, 'f', 2)
+                          .arg(run.maxKey() / 100.0, 0, 'f', 2));
+        QJsonArray channels;
+        for (const TDetectorChannel& channel : run.detectors) {
+            context.print(tr("  channel %1 (%2, %3): %4 points", "  voie %1 (%2, %3) : %4 points")
+                              .arg(channel.name, channel.unit, channel.signal)
+                              .arg(channel.values.size()));
+            channels.append(channel.name);
+        }
+        context.print(QStringLiteral("  ") + project.acquisitionFile(name));
+        QJsonObject json;
+        json.insert(QStringLiteral("analysis"), name);
+        json.insert(QStringLiteral("format"), format);
+        json.insert(QStringLiteral("scans"), run.scanCount());
+        json.insert(QStringLiteral("points"), double(run.pointCount()));
+        json.insert(QStringLiteral("acquisitionSystem"), double(run.acquisitionSystem));
+        json.insert(QStringLiteral("channels"), channels);
+        json.insert(QStringLiteral("file"), project.acquisitionFile(name));
+        json.insert(QStringLiteral("description"), project.descriptionFile(name));
+        all.append(json);
+    }
+    if (all.size() == 1) {
+        context.printJson(all.first().toObject());
+    } else {
+        QJsonObject json = all.first().toObject();
+        json.insert(QStringLiteral("runs"), all);
+        context.printJson(json);
+    }
     return CliContext::Success;
 }

@@ -2,10 +2,12 @@
 
 #include "clicommand.h"
 
-class TAcquisitionRun;
+#include <QVector>
 
-/// `vndb import DIR FILE [--name NAME]`: an ANDI netCDF file, a text table or
-/// an acquisition file becomes a new analysis of the project.
+struct TImportedRun;
+
+/// `vndb import DIR FILE [--name NAME]`: an instrument file or data folder that
+/// the reader registry recognises becomes one new analysis per run it holds.
 class ImportCommand : public CliCommand
 {
     Q_OBJECT
@@ -19,8 +21,11 @@ public:
     int maximumPositionals() const override { return 2; }
     int run(CliContext& context, const CliArguments& arguments) override;
 
-    /// Reads `file` and adds it to the project `dir` as `analysis`; false with
-    /// a one-line reason, the project unchanged. The demo imports through this too.
-    static bool importFile(const QString& dir, const QString& file, const QString& analysis, TAcquisitionRun* imported,
-                           QString* format, QString* error);
+    /// Reads `file` and adds its runs to the project `dir` as `analysis` + each
+    /// run's suffix; false with a one-line reason, the project unchanged. The
+    /// demo imports through this too.
+    static bool importFile(const QString& dir, const QString& file, const QString& analysis,
+                           QVector<TImportedRun>* imported, QString* format, QString* error);
+    /// The analysis name a file or folder gives by default ("RUN" for "RUN.D/").
+    static QString defaultName(const QString& file);
 };

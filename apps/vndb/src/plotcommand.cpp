@@ -4,6 +4,7 @@
 #include "clicontext.h"
 #include "eiccommand.h"
 #include "plotpainter.h"
+#include "channelcommand.h"
 #include "projectfolder.h"
 #include "spectrumcommand.h"
 #include "ticcommand.h"
@@ -27,6 +28,8 @@ QList<CliOption> PlotCommand::options() const
                CliOption{QStringLiteral("window"), QLatin1Char('w'), 1, QStringLiteral("W"),
                          tr("half-width of the mass window (default 0.5)",
                             "demi-largeur de la fenêtre de masse (0,5 par défaut)")},
+               CliOption{QStringLiteral("channel"), QChar(), 1, QStringLiteral("NAME"),
+                         tr("detector channel NAME (FID, UV...)", "voie de détecteur NOM (FID, UV...)")},
                CliOption{QStringLiteral("spectrum"), QChar(), 2, QStringLiteral("FIRST [LAST]"),
                          tr("spectrum of a scan or mean of a range", "spectre d'un scan ou moyenne d'une plage")},
                CliOption{QStringLiteral("output"), QLatin1Char('o'), 1, QStringLiteral("FILE"),
@@ -43,11 +46,12 @@ QList<CliOption> PlotCommand::options() const
 int PlotCommand::run(CliContext& context, const CliArguments& arguments)
 {
     const int kinds = int(arguments.isSet(QStringLiteral("tic"))) + int(arguments.isSet(QStringLiteral("eic")))
-        + int(arguments.isSet(QStringLiteral("spectrum")));
+        + int(arguments.isSet(QStringLiteral("spectrum"))) + int(arguments.isSet(QStringLiteral("channel")));
     if (kinds != 1)
-        return context.usageError(tr("choose one of --tic, --eic MASS and --spectrum FIRST [LAST]",
-                                     "choisir une option parmi --tic, --eic MASSE et --spectrum PREMIER [DERNIER]"),
-                                  name());
+        return context.usageError(
+            tr("choose one of --tic, --eic MASS, --spectrum FIRST [LAST] and --channel NAME",
+               "choisir une option parmi --tic, --eic MASSE, --spectrum PREMIER [DERNIER] et --channel NOM"),
+            name());
     const QString output = arguments.value(QStringLiteral("output"));
     if (output.isEmpty())
         return context.usageError(
@@ -83,13 +87,23 @@ int PlotCommand::run(CliContext& context, const CliArguments& arguments)
     const QString analysis = arguments.positionals().at(1);
     AnalysisData data;
     AnalysisSeries series;
-    bool ok = data.open(ProjectFolder(arguments.positionals().at(0)), analysis, &error);
-    if (ok && arguments.isSet(QStringLiteral("tic")))
-        ok = data.tic(&series, &error);
-    else if (ok && arguments.isSet(QStringLiteral("eic")))
-        ok = data.eic(mass, window, &series, &error);
-    else if (ok)
-        ok = data.spectrum(first, last, &series, &error);
+    const ProjectFolder project(arguments.positionals().at(0));
+    QString unit;
+    bool ok = true;
+    if (arguments.isSet(QStringLiteral("channel")))
+        ok = project.holdsProject(&error)
+            && ChannelCommand::channelSeries(project, analysis, arguments.value(QStringLiteral("channel")), &series,
+                                             &unit, &error);
+    else
+        ok = data.open(project, analysis, &error);
+    if (ok && !arguments.isSet(QStringLiteral("channel"))) {
+        if (arguments.isSet(QStringLiteral("tic")))
+            ok = data.tic(&series, &error);
+        else if (arguments.isSet(QStringLiteral("eic")))
+            ok = data.eic(mass, window, &series, &error);
+        else
+            ok = data.spectrum(first, last, &series, &error);
+    }
     if (!ok)
         return context.refuse(error);
     if (series.kind == AnalysisSeries::Chromatogram) {

@@ -5,6 +5,7 @@
 #include "projectfolder.h"
 
 #include <tdatabase.h>
+#include <tacquisitionrun.h>
 #include <tdescriptionacquisition.h>
 #include <theaderdatabase.h>
 #include <tmodulelauncher.h>
@@ -130,6 +131,27 @@ int ProjectCommand::list(CliContext& context, const QString& dir)
             context.print(
                 tr("  %1: no readable acquisition description", "  %1 : pas de description d'acquisition lisible")
                     .arg(name));
+        }
+        QVector<TDetectorChannel> channels;
+        QString why;
+        if (project.channels(name, &channels, &why)) {
+            QJsonArray list;
+            for (const TDetectorChannel& channel : channels) {
+                QJsonObject one;
+                one.insert(QStringLiteral("name"), channel.name);
+                one.insert(QStringLiteral("unit"), channel.unit);
+                one.insert(QStringLiteral("points"), channel.values.size());
+                list.append(one);
+                context.print(
+                    tr("    channel %1 (%2): %3 points, %4 to %5 min", "    voie %1 (%2) : %3 points, %4 à %5 min")
+                        .arg(channel.name, channel.unit)
+                        .arg(channel.values.size())
+                        .arg(channel.times.value(0), 0, 'f', 2)
+                        .arg(channel.times.isEmpty() ? 0.0 : channel.times.last(), 0, 'f', 2));
+            }
+            entry.insert(QStringLiteral("channels"), list);
+        } else {
+            context.print(QStringLiteral("    (") + why + QLatin1Char(')'));
         }
         if (!hasFile)
             context.print(tr("    (no acquisition file)", "    (pas de fichier d'acquisition)"));

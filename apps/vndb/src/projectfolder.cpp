@@ -4,7 +4,9 @@
 
 #include <tacquisitionrun.h>
 #include <tanalysisfolder.h>
+#include <tcmfileregistry.h>
 #include <tdescriptionacquisition.h>
+#include <tdetectorfile.h>
 #include <vnobject2analysis.h>
 
 #include <QCoreApplication>
@@ -148,5 +150,30 @@ bool ProjectFolder::addAnalysis(const QString& name, const TAcquisitionRun& run,
     if (createdProject)
         QDir().rmdir(m_path);
     *error = tr("cannot add analysis '%1': %2", "impossible d'ajouter l'analyse '%1' : %2").arg(name, why);
+    return false;
+}
+
+bool ProjectFolder::removeAnalysis(const QString& name) const
+{
+    if (!isValidName(name, nullptr) || !QFileInfo::exists(analysisPath(name)))
+        return false;
+    TCMFileRegistry::forget(acquisitionFile(name));
+    return QDir(analysisPath(name)).removeRecursively();
+}
+
+QString ProjectFolder::detectorFile(const QString& name) const
+{
+    return QDir(analysisPath(name)).filePath(QString::fromLatin1(TDetectorFile::fileName()));
+}
+
+bool ProjectFolder::channels(const QString& name, QVector<TDetectorChannel>* channels, QString* error) const
+{
+    QString why;
+    if (TDetectorFile::load(detectorFile(name), channels, &why))
+        return true;
+    if (error)
+        *error = tr("the detector channels of analysis '%1' cannot be read: %2",
+                    "les voies de détecteur de l'analyse '%1' sont illisibles : %2")
+                     .arg(name, why);
     return false;
 }

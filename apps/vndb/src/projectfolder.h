@@ -3,8 +3,10 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 class TAcquisitionRun;
+struct TDetectorChannel;
 
 /// The files of a project folder that vndb reads and writes: every analysis
 /// lives in `<project>/<analysis folder>/<name>/` with its acquisition file
@@ -50,6 +52,12 @@ public:
     /// description are written in a hidden folder and checked, and only then
     /// is the folder renamed into place: on any failure the project is left as
     /// it was. Refuses an existing name.
+    /// The file holding the detector channels of analysis `name` (absent when it has none).
+    QString detectorFile(const QString& name) const;
+    /// The detector channels of analysis `name`; false with a translated reason for a damaged file.
+    bool channels(const QString& name, QVector<TDetectorChannel>* channels, QString* error) const;
+    /// Removes analysis `name` whole (used to undo a partly done import).
+    bool removeAnalysis(const QString& name) const;
     bool addAnalysis(const QString& name, const TAcquisitionRun& run, QString* error) const;
 
 private:

@@ -4,6 +4,8 @@
 
 #include <messageloggerinterface.h>
 #include <tandimsfile.h>
+#include <tchemstationfile.h>
+#include <tdetectorfile.h>
 #include <tanalysisdata.h>
 #include <tassert.h>
 #include <tcsvrunfile.h>
@@ -279,6 +281,31 @@ private slots:
         const VNObject2Analysis* analysis = project.db()->getAnalysis(name);
         QVERIFY(analysis);
         compareMeasurements(run, stored(analysis));
+    }
+
+    // A ChemStation folder through the module's import: its scans, and its FID
+    // channel kept beside the acquisition file.
+    void importChemStationFolderKeepsItsChannel()
+    {
+        AcquisitionProject project;
+        TAcquisitionRun scans;
+        const quint32 keys[] = {5700, 7100, 19100};
+        for (int s = 0; s < 40; ++s) {
+            const float values[] = {float(100 + s), float(900 - s), float(16000 + s)};
+            scans.appendScan(1.0 + 0.01 * s, keys, values, 3);
+        }
+        const TDetectorChannel fid{"FID1A", "pA", "Front Signal", {1.0, 1.001, 1.002}, {3.5, 8.25, 4.0}};
+        const QString folder = project.scratch(QStringLiteral("RUN.D"));
+        QVERIFY(TChemStationFile::writeFolder(folder, scans, TAcquisitionRun(), {fid}));
+        QString name = QStringLiteral("Run");
+        QVERIFY(project.db()->analysisImport(folder, name));
+        const VNObject2Analysis* analysis = project.db()->getAnalysis(name);
+        QVERIFY(analysis);
+        QCOMPARE(stored(analysis).masses, scans.masses);
+        QVector<TDetectorChannel> channels;
+        QVERIFY(TDetectorFile::load(project.file("Analyses/Run/detectors.bin"), &channels));
+        QCOMPARE(channels.size(), 1);
+        QCOMPARE(channels.first().values, fid.values);
     }
 
     void malformedImportsLeaveNoTrace_data()

@@ -98,6 +98,21 @@ bool TAcquisitionRun::isConsistent(QString* why) const
                             .arg(channels.at(c).size())
                             .arg(n));
     }
+    QStringList seen;
+    for (const TDetectorChannel& d : detectors) {
+        if (d.name.trimmed().isEmpty() || seen.contains(d.name))
+            return fail(QStringLiteral("detector channel names must be unique and not empty"));
+        seen.append(d.name);
+        if (d.times.size() != d.values.size())
+            return fail(QStringLiteral("detector channel %1 has %2 times for %3 values")
+                            .arg(d.name)
+                            .arg(d.times.size())
+                            .arg(d.values.size()));
+        for (int i = 0; i < d.times.size(); ++i) {
+            if (!std::isfinite(d.times.at(i)) || (i > 0 && d.times.at(i) < d.times.at(i - 1)))
+                return fail(QStringLiteral("time %1 of detector channel %2 is not increasing").arg(i).arg(d.name));
+        }
+    }
     return true;
 }
 
@@ -106,5 +121,6 @@ bool TAcquisitionRun::operator==(const TAcquisitionRun& other) const
     return name == other.name && date == other.date && acquisitionSystem == other.acquisitionSystem
         && signalName == other.signalName && rtimes == other.rtimes && tic == other.tic
         && scanOffsets == other.scanOffsets && masses == other.masses && abundances == other.abundances
-        && channelNames == other.channelNames && channels == other.channels && transitions == other.transitions;
+        && channelNames == other.channelNames && channels == other.channels && transitions == other.transitions
+        && detectors == other.detectors && files == other.files;
 }

@@ -2,11 +2,29 @@
 
 #include "vnfileformats_export.h"
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QPair>
 #include <QString>
 #include <QStringList>
 #include <QVector>
+
+/// A detector trace recorded beside (or instead of) the mass scans, on its own
+/// time base: an FID, a UV or an analog channel. Times in minutes, ascending.
+struct VNFILEFORMATS_EXPORT TDetectorChannel
+{
+    QString name;   ///< e.g. "FID1A", unique within a run
+    QString unit;   ///< e.g. "pA", may be empty
+    QString signal; ///< the instrument's own label, e.g. "Front Signal"
+    QVector<double> times;
+    QVector<double> values;
+
+    bool operator==(const TDetectorChannel& other) const
+    {
+        return name == other.name && unit == other.unit && signal == other.signal && times == other.times
+            && values == other.values;
+    }
+};
 
 /// One acquisition held in memory: what the synthetic generator makes, what the
 /// instrument readers (netCDF, CSV) give, and what TCMFile writes and reads.
@@ -42,6 +60,13 @@ public:
 
     /// MS/MS transitions (parent, daughter), in the order of their keys in every scan.
     QVector<QPair<float, float>> transitions;
+
+    /// Detector channels with their own times (kept in the analysis folder beside the .tcm).
+    QVector<TDetectorChannel> detectors;
+
+    /// Files an instrument export carries beside its data (e.g. the data
+    /// system's peak table), kept as they are in the analysis folder: (name, content).
+    QVector<QPair<QString, QByteArray>> files;
 
     TAcquisitionRun();
 

@@ -1,11 +1,11 @@
 #include "tanalysisfolder.h"
 
 #include "tacquisitionrun.h"
-#include "tandimsfile.h"
 #include "tcmfile.h"
 #include "tcmfileregistry.h"
-#include "tcsvrunfile.h"
 #include "tdescriptionacquisition.h"
+#include "tdetectorfile.h"
+#include "trunreader.h"
 
 #include <messageloggerinterface.h>
 
@@ -50,44 +50,34 @@ QString TAnalysisFolder::tcmPath(const QString& analysesFolder, const QString& n
     return QDir(folderPath(analysesFolder, name)).filePath(name + QStringLiteral(".tcm"));
 }
 
-TAnalysisFolder::ImportFormat TAnalysisFolder::sniff(const QString& path)
+bool TAnalysisFolder::readImports(const QString& path, QVector<TImportedRun>* runs, QString* error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return UnknownFormat;
-    const QByteArray head = file.read(8);
-    if (head.startsWith(TCMFile::magic()))
-        return AcquisitionFormat;
-    if (head.startsWith("CDF") || head.startsWith("\x89HDF"))
-        return AndiFormat;
-    return TextFormat;
+    return TRunReaderRegistry::read(path, runs, nullptr, error);
 }
 
 bool TAnalysisFolder::readImport(const QString& path, TAcquisitionRun* run)
 {
     if (!run)
         return false;
-    switch (sniff(path)) {
-    case AndiFormat:
-        return TAndiMSFile::read(path, run);
-    case TextFormat:
-        return TCSVRunFile::read(path, run);
-    case AcquisitionFormat: {
-        TCMFile file;
-        if (file.open(path) && file.toRun(run))
-            return true;
+    const auto report = [&path](const QString& why) {
         MessageLoggerInterface::Error(QCoreApplication::translate(Context, "The file <b>%1</b> is refused: %2",
                                                                   "Le fichier <b>%1</b> est refusé : %2")
-                                          .arg(QDir::toNativeSeparators(path), file.errorString()));
+                                          .arg(QDir::toNativeSeparators(path), why));
         return false;
-    }
-    case UnknownFormat:
-        break;
-    }
-    MessageLoggerInterface::Error(QCoreApplication::translate(Context, "The file <b>%1</b> cannot be opened",
-                                                              "Le fichier <b>%1</b> ne peut pas être ouvert")
-                                      .arg(QDir::toNativeSeparators(path)));
-    return false;
+    };
+    QVector<TImportedRun> runs;
+    QString error;
+    const TRunReader* reader = QFileInfo(path).exists() ? TRunReaderRegistry::find(path) : nullptr;
+    if (!reader) // missing, foreign or unknown: the registry says which
+        return TRunReaderRegistry::read(path, &runs, nullptr, &error) ? false : report(error);
+    // Readers that log their refusal give no reason of their own: one message, not two.
+    if (!reader->read(path, &runs, &error) || runs.isEmpty())
+        return error.isEmpty() ? false : report(error);
+    QString why;
+    if (!runs.first().run.isConsistent(&why))
+        return report(why);
+    *run = runs.first().run;
+    return true;
 }
 
 bool TAnalysisFolder::write(const TAcquisitionRun& run, const QString& analysesFolder, const QString& name,
@@ -123,9 +113,29 @@ bool TAnalysisFolder::write(const TAcquisitionRun& run, const QString& analysesF
     if (!check.open(tcm) || check.nbScans() != run.scanCount() || !check.verify())
         return abandon(QStringLiteral("the acquisition file does not read back: %1").arg(check.errorString()));
     check.close();
+    if (!run.detectors.isEmpty()) {
+        const QString detectors = QDir(staging).filePath(QString::fromLatin1(TDetectorFile::fileName()));
+        QVector<TDetectorChannel> back;
+        if (!TDetectorFile::save(detectors, run.detectors, &why) || !TDetectorFile::load(detectors, &back, &why)
+            || back != run.detectors)
+            return abandon(QStringLiteral("the detector channels do not read back: %1").arg(why));
+    }
+    for (const auto& file : run.files) {
+        if (!isSafeName(file.first) || file.first.endsWith(QLatin1String(".tcm"))
+            || file.first == QLatin1String(TDescriptionAcquisition::fileName())
+            || file.first == QLatin1String(TDetectorFile::fileName()))
+            return abandon(QStringLiteral("the file name \"%1\" cannot be kept in an analysis").arg(file.first));
+        QFile out(QDir(staging).filePath(file.first));
+        if (!out.open(QIODevice::WriteOnly) || out.write(file.second) != file.second.size())
+            return abandon(QStringLiteral("cannot write %1").arg(out.fileName()));
+    }
     TDescriptionAcquisition description = TDescriptionAcquisition::fromRun(run);
     if (!description.save(QDir(staging).filePath(QString::fromLatin1(TDescriptionAcquisition::fileName()))))
         return abandon(QStringLiteral("cannot write the acquisition description in %1").arg(staging));
+    // A description the project cannot read back would leave an analysis nobody can list.
+    TDescriptionAcquisition reread;
+    if (!reread.load(QDir(staging).filePath(QString::fromLatin1(TDescriptionAcquisition::fileName()))))
+        return abandon(QStringLiteral("the acquisition description does not read back in %1").arg(staging));
     // A file that was open under the final path belongs to an analysis removed since.
     TCMFileRegistry::forget(tcmPath(analysesFolder, name));
     if (!QDir().rename(staging, target))
@@ -136,8 +146,26 @@ bool TAnalysisFolder::write(const TAcquisitionRun& run, const QString& analysesF
 bool TAnalysisFolder::importFile(const QString& source, const QString& analysesFolder, const QString& name,
                                  QString* error)
 {
-    TAcquisitionRun run;
-    if (!readImport(source, &run))
-        return fail(error, QStringLiteral("the file %1 is refused").arg(source));
-    return write(run, analysesFolder, name, error);
+    QVector<TImportedRun> runs;
+    if (!readImports(source, &runs, error))
+        return false;
+    // A source giving several runs is imported whole or not at all.
+    for (const TImportedRun& one : runs) {
+        if (QFileInfo::exists(folderPath(analysesFolder, name + one.suffix)))
+            return fail(
+                error,
+                QStringLiteral("the folder %1 already exists").arg(folderPath(analysesFolder, name + one.suffix)));
+    }
+    QStringList written;
+    for (const TImportedRun& one : runs) {
+        if (!write(one.run, analysesFolder, name + one.suffix, error)) {
+            for (const QString& done : written) {
+                TCMFileRegistry::forget(tcmPath(analysesFolder, done));
+                QDir(folderPath(analysesFolder, done)).removeRecursively();
+            }
+            return false;
+        }
+        written.append(name + one.suffix);
+    }
+    return true;
 }

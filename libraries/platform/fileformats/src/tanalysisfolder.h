@@ -3,11 +3,14 @@
 #include "vnfileformats_export.h"
 
 #include <QString>
+#include <QVector>
+
+struct TImportedRun;
 
 class TAcquisitionRun;
 
 /// The folder of one analysis in a project: `<analyses>/<name>/` holding
-/// `<name>.tcm` and "acquisition.xml".
+/// `<name>.tcm`, "acquisition.xml" and, with detector channels, "detectors.bin".
 ///
 /// A folder is made whole or not at all: everything is written into a hidden
 /// sibling folder first, checked by reading it back, and renamed into place
@@ -16,20 +19,16 @@ class TAcquisitionRun;
 class VNFILEFORMATS_EXPORT TAnalysisFolder
 {
 public:
-    /// The kinds of files that `readImport` recognises.
-    enum ImportFormat { UnknownFormat, AndiFormat, TextFormat, AcquisitionFormat };
-
     /// The folder and the acquisition file of analysis `name` under `analysesFolder`.
     static QString folderPath(const QString& analysesFolder, const QString& name);
     static QString tcmPath(const QString& analysesFolder, const QString& name);
 
-    /// The format of `path`, from its first bytes (netCDF, our own acquisition
-    /// file) or else text.
-    static ImportFormat sniff(const QString& path);
+    /// Every run an instrument file or data folder holds, through the reader
+    /// registry (TRunReaderRegistry). `error` is one line naming the file.
+    static bool readImports(const QString& path, QVector<TImportedRun>* runs, QString* error = nullptr);
 
-    /// Reads an instrument export (ANDI netCDF or a text table) or another
-    /// acquisition file into `run`. A refused file is reported through the
-    /// logger by its reader; `run` is changed only on success.
+    /// The main run of `path` (the first `readImports` gives). A refused file is
+    /// reported through the logger; `run` is changed only on success.
     static bool readImport(const QString& path, TAcquisitionRun* run);
 
     /// Writes `run` as the analysis `name` (the run keeps its own name inside
@@ -39,7 +38,7 @@ public:
     static bool write(const TAcquisitionRun& run, const QString& analysesFolder, const QString& name,
                       QString* error = nullptr);
 
-    /// `readImport` then `write`.
+    /// `readImports` then `write` of each run as `name` + its suffix, all or none.
     static bool importFile(const QString& source, const QString& analysesFolder, const QString& name,
                            QString* error = nullptr);
 };

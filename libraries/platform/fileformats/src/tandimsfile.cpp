@@ -75,6 +75,34 @@ public:
         return 1.0;
     }
 
+    // Whether `value` of `variable` means "not recorded": the format's -9999,
+    // the variable's own _FillValue, or the library's default fill.
+    bool isFill(int variable, double value) const
+    {
+        if (!std::isfinite(value) || value == -9999.0 || std::fabs(value) >= 9.9e36)
+            return true;
+        size_t length = 0;
+        nc_type type = NC_NAT;
+        double fill = 0.0;
+        return variable >= 0 && nc_inq_att(id, variable, "_FillValue", &type, &length) == NC_NOERR && length == 1
+            && type != NC_CHAR && type != NC_STRING && nc_get_att_double(id, variable, "_FillValue", &fill) == NC_NOERR
+            && value == fill;
+    }
+
+    // A scalar numeric variable; `fallback` when absent.
+    double scalar(const char* name, double fallback) const
+    {
+        int var = -1;
+        int dims = 0;
+        nc_type type = NC_NAT;
+        double value = fallback;
+        if (nc_inq_varid(id, name, &var) != NC_NOERR
+            || nc_inq_var(id, var, nullptr, &type, &dims, nullptr, nullptr) != NC_NOERR || dims != 0 || type == NC_CHAR
+            || type == NC_STRING || nc_get_var_double(id, var, &value) != NC_NOERR || isFill(var, value))
+            return fallback;
+        return value;
+    }
+
     // A 1-D numeric variable over `dimension`; false when absent or of another shape.
     bool read(const char* name, int dimension, size_t length, std::vector<double>* values,
               int* variable = nullptr) const
@@ -272,9 +300,129 @@ private:
     }
 };
 
+QString secondsOrMinutes(const QString& unit)
+{
+    return unit.contains(QLatin1String("min"), Qt::CaseInsensitive) ? QStringLiteral("min") : QStringLiteral("s");
+}
+
+// An AIA chromatography file: one detector trace, sampled at a fixed interval,
+// and often the data system's own peak table, kept as a text file beside.
+bool readChromatogram(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRun* run)
+{
+    int pointDim = -1;
+    size_t points = 0;
+    if (nc_inq_dimid(nc.id, "point_number", &pointDim) != NC_NOERR
+        || nc_inq_dimlen(nc.id, pointDim, &points) != NC_NOERR) {
+        refuse(source, missing("point_number"));
+        return false;
+    }
+    if (points == 0 || double(points) > 64.0 * double(byteSize) + 1e6) {
+        refuse(source,
+               QCoreApplication::translate(Context, "its trace holds %1 points", "sa trace contient %1 points")
+                   .arg(points));
+        return false;
+    }
+    std::vector<double> values;
+    int valueVar = -1;
+    if (!nc.read("ordinate_values", pointDim, points, &values, &valueVar)) {
+        refuse(source, missing("ordinate_values"));
+        return false;
+    }
+    QString retention = nc.textAttribute(NC_GLOBAL, "retention_unit");
+    if (retention.isEmpty())
+        retention = nc.textAttribute(NC_GLOBAL, "retention_units");
+    const double toMinutes = secondsOrMinutes(retention) == QLatin1String("min") ? 1.0 : 1.0 / 60.0;
+    const double interval = nc.scalar("actual_sampling_interval", -1.0);
+    const double delay = nc.scalar("actual_delay_time", 0.0);
+    std::vector<double> stamps;
+    const bool explicitTimes = nc.read("raw_data_retention", pointDim, points, &stamps);
+    if (!explicitTimes && !(interval > 0.0)) {
+        refuse(source,
+               QCoreApplication::translate(Context, "it gives no sampling interval for its trace",
+                                           "il ne donne pas d'intervalle d'échantillonnage pour sa trace"));
+        return false;
+    }
+    const double scale = nc.scale(valueVar);
+    TDetectorChannel channel;
+    channel.name = nc.textAttribute(NC_GLOBAL, "detector_name");
+    if (channel.name.isEmpty())
+        channel.name = QStringLiteral("Detector");
+    channel.unit = nc.textAttribute(NC_GLOBAL, "detector_unit");
+    if (channel.unit.isEmpty())
+        channel.unit = nc.textAttribute(NC_GLOBAL, "detector_units");
+    for (size_t i = 0; i < points; ++i) {
+        const double time = (explicitTimes ? stamps[i] : delay + interval * double(i)) * toMinutes;
+        if (!std::isfinite(time) || (!channel.times.isEmpty() && time < channel.times.last())) {
+            refuse(
+                source,
+                QCoreApplication::translate(Context, "point %1: its time goes backwards", "point %1 : son temps recule")
+                    .arg(i + 1));
+            return false;
+        }
+        // An unrecorded point keeps the trace continuous at zero.
+        channel.times.append(time);
+        channel.values.append(nc.isFill(valueVar, values[i]) ? 0.0 : values[i] * scale);
+    }
+
+    TAcquisitionRun result;
+    result.acquisitionSystem = TAcquisitionRun::SystemChromatogram;
+    result.name = nc.textAttribute(NC_GLOBAL, "sample_name");
+    if (result.name.isEmpty())
+        result.name = QFileInfo(source).completeBaseName();
+    const QString stamp = nc.textAttribute(NC_GLOBAL, "injection_date_time_stamp");
+    result.date = QDateTime::fromString(stamp.left(14), QStringLiteral("yyyyMMddHHmmss"));
+    if (result.date.isValid())
+        result.date.setTimeSpec(Qt::UTC);
+    result.signalName = channel.name;
+    result.rtimes = channel.times;
+    result.tic = channel.values;
+    result.scanOffsets.fill(0, channel.times.size() + 1);
+
+    // The vendor's peak table, column by column as the file has them.
+    int peakDim = -1;
+    size_t peaks = 0;
+    if (nc_inq_dimid(nc.id, "peak_number", &peakDim) == NC_NOERR && nc_inq_dimlen(nc.id, peakDim, &peaks) == NC_NOERR
+        && peaks > 0 && peaks < 1000000) {
+        static const char* const columns[] = {
+            "peak_retention_time",  "peak_start_time",    "peak_end_time",       "peak_width",  "peak_area",
+            "peak_area_percent",    "peak_height",        "peak_height_percent", "peak_amount", "baseline_start_time",
+            "baseline_start_value", "baseline_stop_time", "baseline_stop_value"};
+        QStringList header;
+        std::vector<std::vector<double>> table;
+        for (const char* column : columns) {
+            std::vector<double> read;
+            int var = -1;
+            if (!nc.read(column, peakDim, peaks, &read, &var))
+                continue;
+            for (double& v : read)
+                v = nc.isFill(var, v) ? std::nan("") : v * nc.scale(var);
+            header.append(QString::fromLatin1(column));
+            table.push_back(read);
+        }
+        if (!table.empty()) {
+            QByteArray text = "# peak table of the data system; times in " + secondsOrMinutes(retention).toUtf8() + "\n"
+                + header.join(QLatin1Char(',')).toUtf8() + "\n";
+            for (size_t p = 0; p < peaks; ++p) {
+                QStringList row;
+                for (const auto& column : table)
+                    row.append(std::isnan(column[p]) ? QString() : QString::number(column[p], 'g', 10));
+                text += row.join(QLatin1Char(',')).toUtf8() + "\n";
+            }
+            result.files.append(qMakePair(QStringLiteral("vendor-peaks.csv"), text));
+        }
+    }
+    result.detectors.append(channel);
+    *run = result;
+    return true;
+}
+
 bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRun* run)
 {
     int scanDim = -1, pointDim = -1;
+    int ordinate = -1;
+    if (nc_inq_dimid(nc.id, "scan_number", &scanDim) != NC_NOERR
+        && nc_inq_varid(nc.id, "ordinate_values", &ordinate) == NC_NOERR)
+        return readChromatogram(nc, source, byteSize, run);
     size_t scans = 0, points = 0;
     if (nc_inq_dimid(nc.id, "scan_number", &scanDim) != NC_NOERR || nc_inq_dimlen(nc.id, scanDim, &scans) != NC_NOERR) {
         refuse(source, missing("scan_number"));
@@ -316,7 +464,25 @@ bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRu
             return false;
         }
     }
-    const bool hasTotals = nc.read("total_intensity", scanDim, scans, &totals);
+    int totalVar = -1;
+    const bool hasTotals = nc.read("total_intensity", scanDim, scans, &totals, &totalVar);
+    // Library files keep reference spectra, with fill values for times: not a run.
+    size_t recorded = 0;
+    for (double t : times)
+        recorded += !nc.isFill(timeVar, t);
+    if (scans > 0 && recorded == 0) {
+        const bool library
+            = nc.textAttribute(NC_GLOBAL, "experiment_type").contains(QLatin1String("Library"), Qt::CaseInsensitive);
+        refuse(source,
+               library ? QCoreApplication::translate(
+                   Context, "it is a library of reference spectra, not a run (no acquisition time)",
+                   "c'est une bibliothèque de spectres de référence, pas une acquisition (aucun temps d'acquisition)")
+                       : QCoreApplication::translate(
+                           Context, "it holds no acquisition time (every scan_acquisition_time is a fill value)",
+                           "il ne contient aucun temps d'acquisition (toutes les valeurs de scan_acquisition_time sont "
+                           "des valeurs de remplissage)"));
+        return false;
+    }
     const double timeScale
         = nc.textAttribute(timeVar, "units").contains(QLatin1String("min"), Qt::CaseInsensitive) ? 1.0 : 1.0 / 60.0;
     const double massScale = nc.scale(massVar);
@@ -343,7 +509,7 @@ bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRu
             refuse(source, QCoreApplication::translate(Context, "scan %1: %2", "scan %1 : %2").arg(scan + 1).arg(what));
             return false;
         };
-        if (!std::isfinite(time) || (scan > 0 && time < result.rtimes.last()))
+        if (nc.isFill(timeVar, times[scan]) || (scan > 0 && time < result.rtimes.last()))
             return bad(QCoreApplication::translate(Context, "its time goes backwards", "son temps recule"));
         if (!(first >= 0) || !(count >= 0) || first + count > double(points))
             return bad(QCoreApplication::translate(Context, "its points lie outside the data",
@@ -351,6 +517,8 @@ bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRu
         spectrum.clear();
         const size_t begin = size_t(first);
         for (size_t p = begin; p < begin + size_t(count); ++p) {
+            if (nc.isFill(massVar, masses[p]) || nc.isFill(intensityVar, intensities[p]))
+                continue; // a point not recorded
             const double mass = masses[p] * massScale;
             const double abundance = intensities[p] * intensityScale;
             if (!(mass >= 0) || mass >= 4.0e7 || !std::isfinite(abundance) || std::fabs(abundance) > 3.0e38)
@@ -373,7 +541,8 @@ bool readOpen(NcFile& nc, const QString& source, qint64 byteSize, TAcquisitionRu
             }
         }
         result.appendScan(time, keys.data(), values.data(), int(keys.size()));
-        if (hasTotals && std::isfinite(totals[scan]))
+        // A TIC not recorded is the sum of the scan's points (appendScan's).
+        if (hasTotals && !nc.isFill(totalVar, totals[scan]))
             result.tic.last() = totals[scan];
     }
     *run = result;

@@ -5,6 +5,7 @@
 #include <tcmfile.h>
 #include <tcsvrunfile.h>
 #include <trecordinglogger.h>
+#include <trunreader.h>
 #include <tsyntheticrun.h>
 #include <ttranslator.h>
 
@@ -146,6 +147,173 @@ private slots:
         QCOMPARE(run.tic.at(0), 17.0);
         QCOMPARE(run.name, QString("system"));
         QVERIFY(run.isConsistent());
+    }
+
+    // Values the format marks as "not recorded" are absent, never data.
+    void andiFillValues_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("refusal"); // empty: read, with the TIC summed from the points
+        QTest::newRow("TIC at -9999") << "tic-9999"
+                                      << "";
+        QTest::newRow("TIC at its _FillValue") << "tic-fill"
+                                               << "";
+        QTest::newRow("no acquisition time") << "times"
+                                             << "no acquisition time";
+        QTest::newRow("library spectra") << "library"
+                                         << "library of reference spectra";
+    }
+
+    void andiFillValues()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, refusal);
+        const QString path = m_dir.filePath(kind + ".cdf");
+        int id = -1, scanDim = -1, pointDim = -1, t = -1, tic = -1, idx = -1, cnt = -1, m = -1, in = -1;
+        QCOMPARE(nc_create(QFile::encodeName(path).constData(), NC_CLOBBER, &id), NC_NOERR);
+        nc_def_dim(id, "scan_number", 2, &scanDim);
+        nc_def_dim(id, "point_number", 3, &pointDim);
+        nc_def_var(id, "scan_acquisition_time", NC_DOUBLE, 1, &scanDim, &t);
+        nc_def_var(id, "total_intensity", NC_DOUBLE, 1, &scanDim, &tic);
+        nc_def_var(id, "scan_index", NC_INT, 1, &scanDim, &idx);
+        nc_def_var(id, "point_count", NC_INT, 1, &scanDim, &cnt);
+        nc_def_var(id, "mass_values", NC_DOUBLE, 1, &pointDim, &m);
+        nc_def_var(id, "intensity_values", NC_INT, 1, &pointDim, &in);
+        const double fill = -1.0, scale = 1000.0;
+        if (kind == "tic-fill")
+            nc_put_att_double(id, tic, "_FillValue", NC_DOUBLE, 1, &fill);
+        if (kind == "library")
+            nc_put_att_text(id, NC_GLOBAL, "experiment_type", 21, "Library Mass Spectrum");
+        nc_put_att_double(id, in, "scale_factor", NC_DOUBLE, 1, &scale);
+        QCOMPARE(nc_enddef(id), NC_NOERR);
+        const bool noTimes = kind == "times" || kind == "library";
+        const double times[] = {noTimes ? -9999.0 : 60.0, noTimes ? -9999.0 : 61.0};
+        const double totals[] = {kind == "tic-fill" ? -1.0 : -9999.0, kind == "tic-fill" ? -1.0 : -9999.0};
+        const int index[] = {0, 2};
+        const int counts[] = {2, 1};
+        const double masses[] = {57.0, 71.0, 85.0};
+        const int intensities[] = {5, 10, 2};
+        nc_put_var_double(id, t, times);
+        nc_put_var_double(id, tic, totals);
+        nc_put_var_int(id, idx, index);
+        nc_put_var_int(id, cnt, counts);
+        nc_put_var_double(id, m, masses);
+        nc_put_var_int(id, in, intensities);
+        QCOMPARE(nc_close(id), NC_NOERR);
+
+        TRecordingLogger logger;
+        TAcquisitionRun run;
+        const bool read = TAndiMSFile::read(path, &run);
+        if (!refusal.isEmpty()) {
+            QVERIFY(!read);
+            QCOMPARE(run.scanCount(), 0);
+            QVERIFY2(logger.messages(MessageLoggerInterface::LevelError).join(' ').contains(refusal),
+                     qPrintable(logger.messages(MessageLoggerInterface::LevelError).join(' ')));
+            return;
+        }
+        QVERIFY(read);
+        QCOMPARE(run.tic, (QVector<double>{15000.0, 2000.0}));
+        QCOMPARE(run.rtimes, (QVector<double>{1.0, 61.0 / 60.0}));
+    }
+
+    // An AIA chromatography file is one detector trace with its own times.
+    void andiChromatogram()
+    {
+        const QString path = m_dir.filePath("chrom.cdf");
+        int id = -1, pointDim = -1, peakDim = -1, values = -1, interval = -1, delay = -1, area = -1, rt = -1;
+        QCOMPARE(nc_create(QFile::encodeName(path).constData(), NC_CLOBBER, &id), NC_NOERR);
+        nc_def_dim(id, "point_number", 5, &pointDim);
+        nc_def_dim(id, "peak_number", 2, &peakDim);
+        nc_def_var(id, "ordinate_values", NC_FLOAT, 1, &pointDim, &values);
+        nc_def_var(id, "actual_sampling_interval", NC_FLOAT, 0, nullptr, &interval);
+        nc_def_var(id, "actual_delay_time", NC_FLOAT, 0, nullptr, &delay);
+        nc_def_var(id, "peak_retention_time", NC_FLOAT, 1, &peakDim, &rt);
+        nc_def_var(id, "peak_area", NC_FLOAT, 1, &peakDim, &area);
+        nc_put_att_text(id, NC_GLOBAL, "detector_name", 3, "FID");
+        nc_put_att_text(id, NC_GLOBAL, "detector_unit", 2, "pA");
+        nc_put_att_text(id, NC_GLOBAL, "retention_unit", 7, "seconds");
+        QCOMPARE(nc_enddef(id), NC_NOERR);
+        const float trace[] = {1.0f, 2.5f, 9.0f, 2.5f, 1.0f};
+        const float step = 0.5f, start = 3.0f;
+        const float times[] = {4.0f, 4.5f};
+        const float areas[] = {120.5f, -9999.0f};
+        nc_put_var_float(id, values, trace);
+        nc_put_var_float(id, interval, &step);
+        nc_put_var_float(id, delay, &start);
+        nc_put_var_float(id, rt, times);
+        nc_put_var_float(id, area, areas);
+        QCOMPARE(nc_close(id), NC_NOERR);
+
+        TAcquisitionRun run;
+        QVERIFY(TAndiMSFile::read(path, &run));
+        QVERIFY(run.isConsistent());
+        QCOMPARE(run.acquisitionSystem, quint32(TAcquisitionRun::SystemChromatogram));
+        QCOMPARE(run.detectors.size(), 1);
+        const TDetectorChannel& fid = run.detectors.first();
+        QCOMPARE(fid.name, QString("FID"));
+        QCOMPARE(fid.unit, QString("pA"));
+        QCOMPARE(fid.values, (QVector<double>{1.0, 2.5, 9.0, 2.5, 1.0}));
+        QCOMPARE(fid.times.last(), 5.0 / 60.0);
+        QCOMPARE(run.files.size(), 1);
+        QCOMPARE(run.files.first().first, QString("vendor-peaks.csv"));
+        const QList<QByteArray> lines = run.files.first().second.split('\n');
+        QCOMPARE(lines.value(1), QByteArray("peak_retention_time,peak_area"));
+        QCOMPARE(lines.value(2), QByteArray("4,120.5"));
+        QCOMPARE(lines.value(3), QByteArray("4.5,")); // a fill value is an empty cell
+    }
+
+    void realVendorFiles_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("points"); // scans, or trace points; 0: refused
+        QTest::addColumn<QString>("unit");
+        QTest::newRow("TIC not recorded, scaled intensities") << "ms/EXTREL_CENTSCNL.CDF" << 5 << "";
+        QTest::newRow("vendor MS") << "ms/HP_CENTSCNH.CDF" << 621 << "";
+        QTest::newRow("library") << "ms/FISONS_A_LIBRARY.CDF" << 0 << "";
+        QTest::newRow("ZIP named .CDF") << "ms/TEKNIVNT_CONTINUM.CDF" << 0 << "";
+        QTest::newRow("chromatogram HP") << "chrom/Hewlett_Packard_HP-CH.CDF" << 1145 << "mAU";
+        QTest::newRow("chromatogram Shimadzu") << "chrom/Shimadzu_SHIMADZU.CDF" << 1080 << "uV";
+        QTest::newRow("chromatogram PerkinElmer") << "chrom/PerkinElmer_SOLV001.CDF" << 1200 << "uV";
+        QTest::newRow("chromatogram example") << "chrom/EXAMPLE.CDF" << 4000 << "abundance units";
+    }
+
+    void realVendorFiles()
+    {
+        QFETCH(QString, file);
+        QFETCH(int, points);
+        QFETCH(QString, unit);
+        const QString root = qEnvironmentVariableIsSet("VN_REALDATA_DIR") ? qEnvironmentVariable("VN_REALDATA_DIR")
+                                                                          : QStringLiteral(VN_REALDATA_DIR);
+        if (!QFileInfo::exists(root))
+            QSKIP("../shared/realdata is absent: the real instrument files are not part of the project");
+        TRecordingLogger logger;
+        QVector<TImportedRun> runs;
+        QString error;
+        const bool read = TRunReaderRegistry::read(root + "/andi/" + file, &runs, nullptr, &error);
+        QCOMPARE(read, points > 0);
+        if (!read) {
+            QVERIFY(runs.isEmpty());
+            QVERIFY2(error.contains(QFileInfo(file).fileName()), qPrintable(error));
+            if (file.contains("TEKNIVNT"))
+                QVERIFY2(error.contains("ZIP archive"), qPrintable(error));
+            return;
+        }
+        const TAcquisitionRun& run = runs.first().run;
+        QCOMPARE(run.scanCount(), points);
+        for (int s = 0; s < run.scanCount(); ++s)
+            QVERIFY(run.rtimes.at(s) > -1.0 && run.tic.at(s) != -9999.0);
+        if (!unit.isEmpty()) {
+            QCOMPARE(run.detectors.value(0).unit, unit);
+            QCOMPARE(run.detectors.value(0).values.size(), points);
+        } else if (file.contains("EXTREL")) {
+            for (int s = 0; s < run.scanCount(); ++s) {
+                double sum = 0.0;
+                for (int k = 0; k < run.pointsAtScan(s); ++k)
+                    sum += run.abundancesAtScan(s)[k];
+                QVERIFY(qAbs(run.tic.at(s) - sum) <= 1e-6 * sum);
+                QVERIFY(sum > 1000.0); // scale_factor 1000 applied
+            }
+        }
     }
 
     void andiRefusals()

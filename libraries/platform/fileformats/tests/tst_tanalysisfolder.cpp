@@ -9,6 +9,7 @@
 #include <tcsvrunfile.h>
 #include <tdescriptionacquisition.h>
 #include <trecordinglogger.h>
+#include <trunreader.h>
 #include <tsyntheticrun.h>
 
 #include <QDir>
@@ -41,30 +42,27 @@ class TestAnalysisFolder : public QObject
 private slots:
     void importsEveryFormatIntoAWholeFolder_data()
     {
-        QTest::addColumn<int>("format");
-        QTest::newRow("text table") << int(TAnalysisFolder::TextFormat);
-        QTest::newRow("ANDI") << int(TAnalysisFolder::AndiFormat);
-        QTest::newRow("acquisition file") << int(TAnalysisFolder::AcquisitionFormat);
+        QTest::addColumn<QString>("format");
+        QTest::newRow("text table") << "CSV";
+        QTest::newRow("ANDI") << "ANDI netCDF";
+        QTest::newRow("acquisition file") << "TCM";
     }
 
     void importsEveryFormatIntoAWholeFolder()
     {
-        QFETCH(int, format);
+        QFETCH(QString, format);
         QTemporaryDir dir;
         const TAcquisitionRun run = smallRun(TSyntheticRun::FullScan);
         const QString source = dir.filePath("export");
-        switch (format) {
-        case TAnalysisFolder::TextFormat:
+        if (format == "CSV")
             QVERIFY(TCSVRunFile::write(source, run));
-            break;
-        case TAnalysisFolder::AndiFormat:
-            QVERIFY(TAndiMSFile::write(source, run));
-            break;
-        default:
+        else if (format == "TCM")
             QVERIFY(TCMFile::save(source, run));
-            break;
-        }
-        QCOMPARE(int(TAnalysisFolder::sniff(source)), format);
+        else
+            QVERIFY(TAndiMSFile::write(source, run));
+        const TRunReader* reader = TRunReaderRegistry::find(source);
+        QVERIFY(reader);
+        QCOMPARE(reader->formatName(), format);
 
         const QString analyses = dir.filePath("Analyses");
         QString error;

@@ -9,6 +9,7 @@
 
 #include <tacquisitionrun.h>
 #include <tassert.h>
+#include <tdetectorfile.h>
 #include <tcmfile.h>
 #include <tcmfileregistry.h>
 #include <tdatacore.h>
@@ -19,6 +20,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSaveFile>
 
 #include <cmath>
 #include <map>
@@ -172,7 +174,23 @@ bool TDatabase::saveTCM(const QString& fileName, const QString& signalName, cons
         run.name = QFileInfo(fileName).completeBaseName();
     // Readers hold the old file through the registry: they must not keep its map.
     TCMFileRegistry::forget(fileName);
-    return TCMFile::save(fileName, run);
+    if (!TCMFile::save(fileName, run))
+        return false;
+    // Detector channels and the files an import carries go beside the acquisition
+    // file, once: a signal saved later from the same run finds them there.
+    const QDir folder = QFileInfo(fileName).absoluteDir();
+    const QString detectors = folder.filePath(QString::fromLatin1(TDetectorFile::fileName()));
+    if (!run.detectors.isEmpty() && !QFileInfo::exists(detectors) && !TDetectorFile::save(detectors, run.detectors))
+        return false;
+    for (const auto& file : run.files) {
+        if (file.first.contains(QLatin1Char('/')) || file.first.startsWith(QLatin1Char('.'))
+            || QFileInfo::exists(folder.filePath(file.first)))
+            continue;
+        QSaveFile out(folder.filePath(file.first));
+        if (!out.open(QIODevice::WriteOnly) || out.write(file.second) != file.second.size() || !out.commit())
+            return false;
+    }
+    return true;
 }
 
 bool TDatabase::saveTCM(const QString& fileName, QList<double*> columns, int count, float* values, int valueCount,
