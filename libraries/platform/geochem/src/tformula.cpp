@@ -76,37 +76,33 @@ private:
     {
         if (depth > MaxDepth)
             return fail(translate("the formula is nested too deeply", "la formule est trop imbriquée"));
-        if (!term(depth))
-            return false;
-        for (;;) {
-            skipBlanks();
-            if (m_pos >= m_text.size())
-                return true;
-            const QChar c = m_text.at(m_pos);
-            if (c != QLatin1Char('+') && c != QLatin1Char('-'))
-                return true;
-            ++m_pos;
-            if (!term(depth))
-                return false;
-            push(c == QLatin1Char('+') ? TFormula::Op::Add : TFormula::Op::Subtract);
-        }
+        return binary(QLatin1Char('+'), TFormula::Op::Add, QLatin1Char('-'), TFormula::Op::Subtract,
+                      [this, depth] { return term(depth); });
     }
 
     bool term(int depth)
     {
-        if (!factor(depth))
+        return binary(QLatin1Char('*'), TFormula::Op::Multiply, QLatin1Char('/'), TFormula::Op::Divide,
+                      [this, depth] { return factor(depth); });
+    }
+
+    // One level of left-associative operators over the level below it.
+    template <typename Operand>
+    bool binary(QChar first, TFormula::Op firstOp, QChar second, TFormula::Op secondOp, Operand operand)
+    {
+        if (!operand())
             return false;
         for (;;) {
             skipBlanks();
             if (m_pos >= m_text.size())
                 return true;
             const QChar c = m_text.at(m_pos);
-            if (c != QLatin1Char('*') && c != QLatin1Char('/'))
+            if (c != first && c != second)
                 return true;
             ++m_pos;
-            if (!factor(depth))
+            if (!operand())
                 return false;
-            push(c == QLatin1Char('*') ? TFormula::Op::Multiply : TFormula::Op::Divide);
+            push(c == first ? firstOp : secondOp);
         }
     }
 
