@@ -4,6 +4,7 @@
 #include "tchemstationfile.h"
 #include "tcmfile.h"
 #include "tcsvrunfile.h"
+#include "tjcampfile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -135,9 +136,10 @@ const QVector<const TRunReader*>& TRunReaderRegistry::readers()
     static const TChemStationMassSpectraReader chemStationScans;
     static const TChemStationChannelReader chemStationChannel;
     static const TChemStationFolderReader chemStationFolder;
+    static const TJcampReader jcamp; // text too: its labels before the text tables
     static const TextTableReader text;
-    static const QVector<const TRunReader*> list{&acquisition,       &andi, &chemStationScans, &chemStationChannel,
-                                                 &chemStationFolder, &text};
+    static const QVector<const TRunReader*> list{
+        &acquisition, &andi, &chemStationScans, &chemStationChannel, &chemStationFolder, &jcamp, &text};
     return list;
 }
 
