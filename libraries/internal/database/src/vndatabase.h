@@ -115,9 +115,11 @@ public:
     /// read-only project or an empty name; refused when the analysis or its
     /// folder already exists. A refusal leaves nothing behind.
     bool saveNewMCData(VNMCData* data, QString& name);
-    /// Makes the analysis `name` from an instrument export (ANDI netCDF, a
-    /// text table) or an acquisition file, through saveNewMCData. A refused
-    /// file is reported and leaves the project as it was.
+    /// Makes the analysis `name` from an instrument export (ANDI netCDF,
+    /// ChemStation, JCAMP-DX, a text table) or an acquisition file, through
+    /// saveNewMCData: one analysis per run the file gives, `name` followed by
+    /// the run's suffix ("NAME" and "NAME-SIM" for a ChemStation folder), all
+    /// of them or none. A refused file is reported and leaves the project as it was.
     bool analysisImport(const QString& fileName, QString& name);
     /// A new signal of `analysis` made from `data` (in a file of its own);
     /// `signalName` may be changed to a free name.
@@ -155,6 +157,8 @@ public:
 
 private:
     void connectDeletion();
+    /// Takes an analysis just made by an import away again, with its folder.
+    void forgetNewAnalysis(const QString& name);
 
     std::unique_ptr<class VNDatabasePrivate> d;
 };

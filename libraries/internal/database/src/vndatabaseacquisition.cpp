@@ -2,11 +2,13 @@
 // multichannel data, new analyses and signals, noise and spectra.
 #include "vndatabase.h"
 #include "vndatabaseimport.h"
+#include "vndatabaselogging.h"
 #include "vnmcdatadynamic.h"
 
 #include <messageloggerinterface.h>
 #include <projectmgrinterface.h>
 #include <tanalysisdata.h>
+#include <tanalysisfolder.h>
 #include <tanalysismapper.h>
 #include <tassert.h>
 #include <tcmfile.h>
@@ -16,6 +18,7 @@
 #include <tdatacore.h>
 #include <tdescriptionacquisition.h>
 #include <tfile.h>
+#include <trunreader.h>
 #include <tsignalmapper.h>
 #include <vnmodelise.h>
 #include <vnobject2analysis.h>
@@ -141,8 +144,51 @@ bool VNDatabase::analysisImport(const QString& fileName, QString& name)
 {
     if (isReadOnly() || name.isEmpty())
         return false;
-    std::unique_ptr<VNMCData> data(VNDatabaseImport::readFile(fileName));
-    return data && saveNewMCData(data.get(), name);
+    QVector<TImportedRun> runs;
+    if (!TAnalysisFolder::readImportsReported(fileName, &runs)) {
+        qCInfo(vnDatabase, "%s: no run read for a new analysis", qUtf8Printable(fileName));
+        return false;
+    }
+    // A file giving several runs (a ChemStation folder's "NAME" and "NAME-SIM")
+    // becomes that many analyses, all or none: taken names refuse it before
+    // anything is written, and a later failure takes the earlier ones away again.
+    for (const TImportedRun& one : runs) {
+        if (getAnalysis(name + one.suffix))
+            return false;
+    }
+    QStringList made;
+    for (const TImportedRun& one : runs) {
+        QString runName = name + one.suffix;
+        std::unique_ptr<VNMCData> data(VNDatabaseImport::fromRun(one.run));
+        if (!saveNewMCData(data.get(), runName)) {
+            for (const QString& done : made)
+                forgetNewAnalysis(done);
+            refresh(ProjectMgrInterface::returnMe());
+            return false;
+        }
+        made.append(runName);
+    }
+    return true;
+}
+
+void VNDatabase::forgetNewAnalysis(const QString& name)
+{
+    ProjectMgrInterface* manager = ProjectMgrInterface::returnMe();
+    Sedra::TDatabase* current = manager && manager->getCurrentDatabase() ? manager->getCurrentDatabase() : this;
+    if (current != this) {
+        // The analysis was made there and pushed here: its record there goes too.
+        if (const VNObject2Analysis* there = current->getAnalysis(name)) {
+            const QString folder = current->objectFolderPath(there, false);
+            TCMFileRegistry::forget(analysisTCMPath(there));
+            current->removeObject(there, true);
+            if (!folder.isEmpty())
+                QDir(folder).removeRecursively();
+        }
+    }
+    if (const VNObject2Analysis* here = getAnalysis(name)) {
+        TCMFileRegistry::forget(analysisTCMPath(here));
+        objectDeleteStd(here, true);
+    }
 }
 
 bool VNDatabase::signalCreateTCM(const VNMCData* data, const VNObject2Analysis* analysis, QString& signalName)

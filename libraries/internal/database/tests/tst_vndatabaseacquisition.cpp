@@ -308,6 +308,53 @@ private slots:
         QCOMPARE(channels.first().values, fid.values);
     }
 
+    // A folder with full-scan and selected-ion data gives two analyses, "Run"
+    // and "Run-SIM"; when the second cannot be made, neither is kept.
+    void importEveryRunOfAFolder()
+    {
+        AcquisitionProject project;
+        // Masses on the format's 0.05 grid, abundances its packing keeps.
+        TAcquisitionRun scans, ions;
+        const quint32 scanKeys[] = {4305, 5700, 7100, 19100};
+        const quint32 ionKeys[] = {13100, 20200};
+        for (int s = 0; s < 30; ++s) {
+            const float values[] = {float(5 + s), float(100 + s), float(900 - s), float(2000 + s)};
+            scans.appendScan(1.0 + 0.01 * s, scanKeys, values, 4);
+        }
+        for (int s = 0; s < 25; ++s) {
+            const float values[] = {float(40 + s), float(700 - s)};
+            ions.appendScan(2.0 + 0.02 * s, ionKeys, values, 2);
+        }
+        const QString folder = project.scratch(QStringLiteral("RUN.D"));
+        QVERIFY(TChemStationFile::writeFolder(folder, scans, ions, {}));
+
+        // A stray folder where "Run-SIM" would go: the main run, written first, goes again.
+        QVERIFY(QDir().mkpath(project.file("Analyses/Run-SIM")));
+        TRecordingLogger log;
+        QString name = QStringLiteral("Run");
+        QVERIFY(!project.db()->analysisImport(folder, name));
+        QVERIFY(!project.db()->getAnalysis(QStringLiteral("Run")));
+        QCOMPARE(analysesOnDisk(project), QStringList{"Run-SIM"});
+        QVERIFY(QDir(project.file("Analyses/Run-SIM")).isEmpty());
+
+        QVERIFY(QDir(project.file("Analyses/Run-SIM")).removeRecursively());
+        QVERIFY(project.db()->analysisImport(folder, name));
+        const VNObject2Analysis* main = project.db()->getAnalysis(QStringLiteral("Run"));
+        const VNObject2Analysis* selected = project.db()->getAnalysis(QStringLiteral("Run-SIM"));
+        QVERIFY(main && selected);
+        QCOMPARE(stored(main).masses, scans.masses);
+        QCOMPARE(stored(selected).masses, ions.masses);
+        QCOMPARE(stored(selected).scanCount(), 25);
+        QCOMPARE(analysesOnDisk(project), (QStringList{"Run", "Run-SIM"}));
+
+        // Taken names refuse the whole file before anything is written.
+        const QMap<QString, QString> before = project.snapshot();
+        QString other = QStringLiteral("Run");
+        QVERIFY(!project.db()->analysisImport(folder, other));
+        QCOMPARE(project.snapshot(), before);
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelError), QStringList());
+    }
+
     void malformedImportsLeaveNoTrace_data()
     {
         QTest::addColumn<QString>("fileName");

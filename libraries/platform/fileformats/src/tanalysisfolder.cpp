@@ -55,9 +55,9 @@ bool TAnalysisFolder::readImports(const QString& path, QVector<TImportedRun>* ru
     return TRunReaderRegistry::read(path, runs, nullptr, error);
 }
 
-bool TAnalysisFolder::readImport(const QString& path, TAcquisitionRun* run)
+bool TAnalysisFolder::readImportsReported(const QString& path, QVector<TImportedRun>* runs)
 {
-    if (!run)
+    if (!runs)
         return false;
     const auto report = [&path](const QString& why) {
         MessageLoggerInterface::Error(QCoreApplication::translate(Context, "The file <b>%1</b> is refused: %2",
@@ -65,17 +65,28 @@ bool TAnalysisFolder::readImport(const QString& path, TAcquisitionRun* run)
                                           .arg(QDir::toNativeSeparators(path), why));
         return false;
     };
-    QVector<TImportedRun> runs;
+    QVector<TImportedRun> read;
     QString error;
     const TRunReader* reader = QFileInfo(path).exists() ? TRunReaderRegistry::find(path) : nullptr;
     if (!reader) // missing, foreign or unknown: the registry says which
-        return TRunReaderRegistry::read(path, &runs, nullptr, &error) ? false : report(error);
+        return TRunReaderRegistry::read(path, &read, nullptr, &error) ? false : report(error);
     // Readers that log their refusal give no reason of their own: one message, not two.
-    if (!reader->read(path, &runs, &error) || runs.isEmpty())
+    if (!reader->read(path, &read, &error) || read.isEmpty())
         return error.isEmpty() ? false : report(error);
-    QString why;
-    if (!runs.first().run.isConsistent(&why))
-        return report(why);
+    for (const TImportedRun& one : read) {
+        QString why;
+        if (!one.run.isConsistent(&why))
+            return report(why);
+    }
+    *runs = read;
+    return true;
+}
+
+bool TAnalysisFolder::readImport(const QString& path, TAcquisitionRun* run)
+{
+    QVector<TImportedRun> runs;
+    if (!run || !readImportsReported(path, &runs))
+        return false;
     *run = runs.first().run;
     return true;
 }

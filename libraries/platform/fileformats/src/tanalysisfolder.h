@@ -27,6 +27,10 @@ public:
     /// registry (TRunReaderRegistry). `error` is one line naming the file.
     static bool readImports(const QString& path, QVector<TImportedRun>* runs, QString* error = nullptr);
 
+    /// Every run of `path`, as `readImports`, but a refused file is reported
+    /// through the logger; `runs` is changed only on success.
+    static bool readImportsReported(const QString& path, QVector<TImportedRun>* runs);
+
     /// The main run of `path` (the first `readImports` gives). A refused file is
     /// reported through the logger; `run` is changed only on success.
     static bool readImport(const QString& path, TAcquisitionRun* run);
