@@ -275,6 +275,9 @@ private slots:
         QTest::newRow("chromatogram Shimadzu") << "chrom/Shimadzu_SHIMADZU.CDF" << 1080 << "uV";
         QTest::newRow("chromatogram PerkinElmer") << "chrom/PerkinElmer_SOLV001.CDF" << 1200 << "uV";
         QTest::newRow("chromatogram example") << "chrom/EXAMPLE.CDF" << 4000 << "abundance units";
+        // Flags non-uniform sampling on its trace but carries no times of its own: sampled
+        // every 2.5 s from -2.5 s, the run length (7277.5 s) agreeing.
+        QTest::newRow("chromatogram Thru-Put") << "chrom/Thru-Put_Systems_tgntpe41.cdf" << 2912 << "uVolts";
     }
 
     void realVendorFiles()
@@ -305,6 +308,11 @@ private slots:
         if (!unit.isEmpty()) {
             QCOMPARE(run.detectors.value(0).unit, unit);
             QCOMPARE(run.detectors.value(0).values.size(), points);
+            if (file.contains("Thru-Put")) {
+                const QVector<double>& times = run.detectors.first().times;
+                QVERIFY(qAbs(times.first() - -2.5 / 60.0) <= 1e-9);
+                QVERIFY(qAbs(times.last() - 7275.0 / 60.0) <= 1e-9);
+            }
         } else if (file.contains("EXTREL")) {
             for (int s = 0; s < run.scanCount(); ++s) {
                 double sum = 0.0;
