@@ -21,17 +21,18 @@ QString ImportCommand::summary() const
 QString ImportCommand::description() const
 {
     return tr("The format is told by the content: an Agilent ChemStation data folder (NAME.D: data.ms, dataSim.ms,\n"
-              ".ch detector channels) or file (.ms, .ch), classic netCDF (ANDI/AIA MS), an acquisition file (.tcm),\n"
-              "else a text table (one row per scan 'time,mass:abundance ...' or one row per point\n"
-              "'time,mass,abundance'). Each run becomes <DIR>/Analyses/<NAME>/<NAME>.tcm with its acquisition.xml\n"
-              "and its detector channels; a folder's selected-ion data becomes <NAME>-SIM. A file that cannot be\n"
-              "read completely is refused and the project is left as it was.",
+              ".ch detector channels) or file (.ms, .ch), classic netCDF (ANDI/AIA MS), JCAMP-DX GC-MS text, an\n"
+              "acquisition file (.tcm), else a text table (one row per scan 'time,mass:abundance ...' or one row\n"
+              "per point 'time,mass,abundance'). Each run becomes <DIR>/Analyses/<NAME>/<NAME>.tcm with its\n"
+              "acquisition.xml and its detector channels; a folder's selected-ion data becomes <NAME>-SIM. A file\n"
+              "that cannot be read completely is refused and the project is left as it was.",
               "Le format est reconnu au contenu : dossier de données Agilent ChemStation (NOM.D : data.ms,\n"
-              "dataSim.ms, voies de détecteur .ch) ou fichier (.ms, .ch), netCDF classique (ANDI/AIA MS), fichier\n"
-              "d'acquisition (.tcm), sinon un tableau texte (une ligne par scan 'temps,masse:abondance ...' ou une\n"
-              "ligne par point 'temps,masse,abondance'). Chaque acquisition devient <DIR>/Analyses/<NOM>/<NOM>.tcm\n"
-              "avec son acquisition.xml et ses voies de détecteur ; les ions sélectionnés d'un dossier deviennent\n"
-              "<NOM>-SIM. Un fichier illisible est refusé et le projet reste tel quel.");
+              "dataSim.ms, voies de détecteur .ch) ou fichier (.ms, .ch), netCDF classique (ANDI/AIA MS), texte\n"
+              "JCAMP-DX de GC-MS, fichier d'acquisition (.tcm), sinon un tableau texte (une ligne par scan\n"
+              "'temps,masse:abondance ...' ou une ligne par point 'temps,masse,abondance'). Chaque acquisition\n"
+              "devient <DIR>/Analyses/<NOM>/<NOM>.tcm avec son acquisition.xml et ses voies de détecteur ; les ions\n"
+              "sélectionnés d'un dossier deviennent <NOM>-SIM. Un fichier illisible est refusé et le projet reste\n"
+              "tel quel.");
 }
 
 QList<CliOption> ImportCommand::options() const
