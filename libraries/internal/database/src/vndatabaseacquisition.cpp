@@ -153,8 +153,16 @@ bool VNDatabase::analysisImport(const QString& fileName, QString& name)
     // becomes that many analyses, all or none: taken names refuse it before
     // anything is written, and a later failure takes the earlier ones away again.
     for (const TImportedRun& one : runs) {
-        if (getAnalysis(name + one.suffix))
+        if (getAnalysis(name + one.suffix)) {
+            MessageLoggerInterface::Error(
+                QCoreApplication::translate("SedraTr",
+                                            "<b>%1</b> cannot be imported: an analysis named <b>%2</b> exists",
+                                            "<b>%1</b> ne peut pas être importé : une analyse nommée <b>%2</b> "
+                                            "existe déjà")
+                    .arg(fileName, name + one.suffix),
+                nullptr);
             return false;
+        }
     }
     QStringList made;
     for (const TImportedRun& one : runs) {

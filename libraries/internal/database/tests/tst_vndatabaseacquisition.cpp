@@ -352,7 +352,10 @@ private slots:
         QString other = QStringLiteral("Run");
         QVERIFY(!project.db()->analysisImport(folder, other));
         QCOMPARE(project.snapshot(), before);
-        QCOMPARE(log.messages(MessageLoggerInterface::LevelError), QStringList());
+        const QStringList refusals = log.messages(MessageLoggerInterface::LevelError);
+        QCOMPARE(refusals.size(), 1);
+        QVERIFY2(refusals.first().contains(QLatin1String("an analysis named <b>Run</b> exists")),
+                 qPrintable(refusals.first()));
     }
 
     void malformedImportsLeaveNoTrace_data()
