@@ -361,14 +361,13 @@ void ObjectSelectorEditor::updateCheckAllState()
         return;
     bool any = false;
     bool all = true;
-    for (ObjectSelectorItemInterface* item : d->treeModel->shownItems()) {
+    d->treeModel->forEachShownItem([&](ObjectSelectorItemInterface* item) {
         if (!item->isCheckable())
-            continue;
+            return true;
         any = true;
-        all = all && item->isChecked();
-        if (!all)
-            break;
-    }
+        all = item->isChecked();
+        return all; // one unticked line decides
+    });
     const QSignalBlocker blocker(d->checkAll);
     d->checkAll->setEnabled(any);
     d->checkAll->setChecked(any && all);

@@ -28,10 +28,10 @@ struct Branch
     Branch* parent = nullptr;
     int row = -1; // among the parent's rows; -1 when not one of them
     std::vector<const Node*> sons;
-    std::vector<const ObjectSelectorItemInterface*> items; // the sons' items
-    std::vector<Branch*> sonBranches;                      // null for a son without sons
-    std::vector<int> shown;                                // the rows, as indexes in sons (ascending)
-    std::vector<int> next;                                 // the rows the pending refresh makes
+    std::vector<ObjectSelectorItemInterface*> items; // the sons' items
+    std::vector<Branch*> sonBranches;                // null for a son without sons
+    std::vector<int> shown;                          // the rows, as indexes in sons (ascending)
+    std::vector<int> next;                           // the rows the pending refresh makes
 
     const Node* nodeAt(int row) const { return sons[std::size_t(shown[std::size_t(row)])]; }
     Branch* branchAt(int row) const { return sonBranches[std::size_t(shown[std::size_t(row)])]; }
@@ -142,8 +142,14 @@ public:
     {
         branch->next.clear();
         std::size_t k = 0;
+        const std::size_t known = branch->sons.size();
         for (const Node* son = branch->node->getFirstSon(); son; son = son->getBrother(), ++k) {
-            if (k >= branch->sons.size() || branch->sons[k] != son || branch->items[k] != son->attribute)
+            // The walk waits on one node after the other, scattered over the
+            // heap: ask early for those the last pass met, which are most
+            // likely the ones to come (a wrong guess costs nothing).
+            if (k + 16 < known)
+                __builtin_prefetch(branch->sons[k + 16]);
+            if (k >= known || branch->sons[k] != son || branch->items[k] != son->attribute)
                 return false;
             Branch* sonBranch = branch->sonBranches[k];
             if ((sonBranch != nullptr) != (son->getFirstSon() != nullptr))
@@ -153,7 +159,7 @@ public:
             if (son->isVisible())
                 branch->next.push_back(int(k));
         }
-        return k == branch->sons.size();
+        return k == known;
     }
 
     // Gives a branch that is not reachable, and everything below it, its next rows.
@@ -177,15 +183,19 @@ public:
         return runs;
     }
 
+    // Calls visit(item, branch of the row or null) for every row in pre-order,
+    // from the model's own lists; stops when visit answers false.
     template <typename Visit>
-    void forEachShown(const Branch* branch, Visit& visit) const
+    static bool forEachShown(const Branch* branch, Visit& visit)
     {
-        for (std::size_t r = 0; r < branch->shown.size(); ++r) {
-            const Branch* son = branch->branchAt(int(r));
-            visit(branch->nodeAt(int(r)), son);
-            if (son)
-                forEachShown(son, visit);
+        for (const int k : branch->shown) {
+            const Branch* son = branch->sonBranches[std::size_t(k)];
+            if (!visit(branch->items[std::size_t(k)], son))
+                return false;
+            if (son && !forEachShown(son, visit))
+                return false;
         }
+        return true;
     }
 
     // (branch, son index) of the node that carries `item`, searched everywhere.
@@ -407,13 +417,23 @@ QVector<ObjectSelectorItemInterface*> ObjectSelectorTreeModel::shownItems() cons
 {
     QVector<ObjectSelectorItemInterface*> items;
     if (const Branch* top = d->top()) {
-        auto visit = [&items](const Node* node, const Branch*) {
-            if (node->attribute)
-                items.append(node->attribute);
+        auto visit = [&items](ObjectSelectorItemInterface* item, const Branch*) {
+            if (item)
+                items.append(item);
+            return true;
         };
         d->forEachShown(top, visit);
     }
     return items;
+}
+
+bool ObjectSelectorTreeModel::forEachShownItem(const std::function<bool(ObjectSelectorItemInterface*)>& visit) const
+{
+    const Branch* top = d->top();
+    if (!top)
+        return true;
+    auto call = [&visit](ObjectSelectorItemInterface* item, const Branch*) { return !item || visit(item); };
+    return ObjectSelectorTreeModelPrivate::forEachShown(top, call);
 }
 
 int ObjectSelectorTreeModel::objectCount() const
@@ -425,9 +445,10 @@ int ObjectSelectorTreeModel::shownObjectCount() const
 {
     int count = 0;
     if (const Branch* top = d->top()) {
-        auto visit = [&count](const Node* node, const Branch* branch) {
-            if (!branch && node->attribute)
+        auto visit = [&count](ObjectSelectorItemInterface* item, const Branch* branch) {
+            if (!branch && item)
                 ++count;
+            return true;
         };
         d->forEachShown(top, visit);
     }
@@ -483,17 +504,17 @@ bool ObjectSelectorTreeModel::hasChildren(const QModelIndex& parent) const
     return rowCount(parent) > 0;
 }
 
-namespace {
+namespace { } // namespace
 
-bool isReadOnly(ObjectSelectorItemInterface* item)
+// Views ask the flags of every row they lay out: selector items answer
+// directly, other objects through the property.
+bool ObjectSelectorTreeModel::isReadOnly(ObjectSelectorItemInterface* item)
 {
-    const QObject* object = ObjectSelectorItem::fromInterface(item);
-    if (!object)
-        object = dynamic_cast<const QObject*>(item);
+    if (const ObjectSelectorItem* selectorItem = ObjectSelectorItem::fromInterface(item))
+        return selectorItem->isReadOnly();
+    const QObject* object = dynamic_cast<const QObject*>(item);
     return object && object->property("ISREADONLY").toBool();
 }
-
-} // namespace
 
 QVariant ObjectSelectorTreeModel::data(const QModelIndex& index, int role) const
 {

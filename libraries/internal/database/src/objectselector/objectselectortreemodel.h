@@ -8,6 +8,7 @@
 #include <QBrush>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 // Items travel in the model's signals.
@@ -60,6 +61,9 @@ public:
     bool contains(const ObjectSelectorItemInterface* item) const;
     /// The items of every shown row, in pre-order.
     QVector<ObjectSelectorItemInterface*> shownItems() const;
+    /// Calls `visit` with the item of every shown row, in pre-order, until it
+    /// answers false; false when it did.
+    bool forEachShownItem(const std::function<bool(ObjectSelectorItemInterface*)>& visit) const;
     /// Objects are the nodes without sons that carry an item.
     int objectCount() const;
     int shownObjectCount() const;
@@ -83,6 +87,7 @@ signals:
 
 private:
     void announceData();
+    static bool isReadOnly(ObjectSelectorItemInterface* item);
 
     std::unique_ptr<class ObjectSelectorTreeModelPrivate> d;
 };
