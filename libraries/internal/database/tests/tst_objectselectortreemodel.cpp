@@ -308,10 +308,18 @@ private slots:
         rowsModel.setRoot(&model.root());
         QCOMPARE(rowsModel.objectCount(), 6); // a0 a1 a2 b0x b1 c0
         QCOMPARE(rowsModel.shownObjectCount(), 6);
+        auto branches = [&rowsModel]() {
+            QStringList titles;
+            for (const QModelIndex& index : rowsModel.shownBranches())
+                titles << index.data().toString();
+            return titles;
+        };
+        QCOMPARE(branches(), QStringList({"A", "B", "b0", "C"}));
         nodeOf(model, "b0")->setVisible(false);
         nodeOf(model, "a2")->setVisible(false);
         rowsModel.refresh();
         QCOMPARE(rowsModel.shownObjectCount(), 4);
+        QCOMPARE(branches(), QStringList({"A", "B", "C"}));
         QStringList ids;
         for (ObjectSelectorItemInterface* item : rowsModel.shownItems())
             ids << item->id();

@@ -24,7 +24,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <functional>
 
 namespace {
 
@@ -314,20 +313,12 @@ void ObjectSelectorEditor::refreshTree(bool structureAndVisibility)
 void ObjectSelectorEditor::syncBranches()
 {
     // Branches open as their items say; the view forgets rows it stops showing.
-    std::function<void(const QModelIndex&)> walk = [&](const QModelIndex& parent) {
-        const int rows = d->treeModel->rowCount(parent);
-        for (int row = 0; row < rows; ++row) {
-            const QModelIndex index = d->treeModel->index(row, 0, parent);
-            if (d->treeModel->flags(index) & Qt::ItemNeverHasChildren)
-                continue;
-            if (ObjectSelectorItemInterface* item = d->treeModel->itemAt(index)) {
-                if (d->tree->isExpanded(index) != item->isExpanded())
-                    d->tree->setExpanded(index, item->isExpanded());
-            }
-            walk(index);
+    for (const QModelIndex& index : d->treeModel->shownBranches()) {
+        if (ObjectSelectorItemInterface* item = d->treeModel->itemAt(index)) {
+            if (d->tree->isExpanded(index) != item->isExpanded())
+                d->tree->setExpanded(index, item->isExpanded());
         }
-    };
-    walk(QModelIndex());
+    }
 }
 
 void ObjectSelectorEditor::updateView()

@@ -436,6 +436,18 @@ bool ObjectSelectorTreeModel::forEachShownItem(const std::function<bool(ObjectSe
     return ObjectSelectorTreeModelPrivate::forEachShown(top, call);
 }
 
+QModelIndexList ObjectSelectorTreeModel::shownBranches() const
+{
+    QModelIndexList indexes;
+    // Branches were made in pre-order; the top one is no row.
+    for (std::size_t i = 1; i < d->branches.size(); ++i) {
+        Branch* branch = d->branches[i].get();
+        if (branch->row >= 0 && branch->parent->reachable())
+            indexes.append(createIndex(branch->row, 0, branch->parent));
+    }
+    return indexes;
+}
+
 int ObjectSelectorTreeModel::objectCount() const
 {
     return d->objectCount;

@@ -64,6 +64,8 @@ public:
     /// Calls `visit` with the item of every shown row, in pre-order, until it
     /// answers false; false when it did.
     bool forEachShownItem(const std::function<bool(ObjectSelectorItemInterface*)>& visit) const;
+    /// The shown rows whose nodes have sons, in pre-order.
+    QModelIndexList shownBranches() const;
     /// Objects are the nodes without sons that carry an item.
     int objectCount() const;
     int shownObjectCount() const;
