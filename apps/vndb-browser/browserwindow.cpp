@@ -6,7 +6,6 @@
 
 #include <QLineEdit>
 #include <QStatusBar>
-#include <QTreeWidget>
 
 BrowserWindow::BrowserWindow(VNToviDatabaseInterface* database, const QStringList& kinds, QWidget* parent)
     : QMainWindow(parent)

@@ -6,3 +6,4 @@ if(TARGET tst_database_objectselector_editor)
   # The screenshots land at the top of the build folder, for a look by eye.
   target_compile_definitions(tst_database_objectselector_editor PRIVATE VN_SELECTOR_SCREENSHOT_DIR="${CMAKE_BINARY_DIR}")
 endif()
+vn_add_test(NAME database.objectselector.treemodel WIDGETS SOURCES tst_objectselectortreemodel.cpp tst_objectselectorsample.h LIBS VN::Database)

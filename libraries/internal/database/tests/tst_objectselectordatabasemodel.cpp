@@ -23,6 +23,9 @@
 #include <vnobject2toviratio.h>
 #include <vnobjecttype.h>
 
+#include <objectselectortreemodel.h>
+
+#include <QAbstractItemModelTester>
 #include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTextBrowser>
@@ -444,14 +447,16 @@ private slots:
         ctrl.setModel(&model);
         std::unique_ptr<ObjectSelectorEditor> editor(dynamic_cast<ObjectSelectorEditor*>(ctrl.initView(nullptr)));
         QVERIFY(editor);
+        QAbstractItemModelTester tester(editor->treeModel(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         editor->resize(900, 640);
         editor->show();
         QVERIFY(QTest::qWaitForWindowExposed(editor.get()));
-        QTreeWidget* tree = editor->treeWidget();
-        QCOMPARE(tree->topLevelItemCount(), 1);
-        QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("Compounds"));
+        QTreeView* tree = editor->treeView();
+        QCOMPARE(tree->model()->rowCount(), 1);
+        QCOMPARE(tree->model()->index(0, 0).data().toString(), QStringLiteral("Compounds"));
         QCOMPARE(view::shownObjects(tree).size(), compoundCount);
-        QVERIFY(!tree->topLevelItem(0)->child(0)->icon(0).isNull());
+        QVERIFY(
+            !tree->model()->index(0, 0, tree->model()->index(0, 0)).data(Qt::DecorationRole).value<QIcon>().isNull());
 
         // Typing searches the names in any letter case.
         QTest::keyClicks(editor->searchLine(), "HOMOHOPANE (22s");
@@ -476,7 +481,7 @@ private slots:
                  QStringList({"17alpha(H),21beta(H)-Bishomohopane (22S)", "17alpha(H),21beta(H)-Homohopane (22S)"}));
 
         // The details pane shows the stored properties under their labels.
-        tree->setCurrentItem(view::lineTitled(tree, QStringLiteral("17alpha(H),21beta(H)-Homohopane (22S)")));
+        view::clickLine(tree, view::lineTitled(tree, QStringLiteral("17alpha(H),21beta(H)-Homohopane (22S)")));
         const QString pane = editor->detailsPane()->toPlainText();
         for (const char* text : {"Familly", "hopanes", "Compound formula", "C31H54", "Carbons"})
             QVERIFY2(pane.contains(QLatin1String(text)), text);
@@ -491,14 +496,14 @@ private slots:
 
         // A refill replaces every line, the current one too; the widget shows
         // the new tree once told, through either update.
-        QVERIFY(tree->currentItem());
+        QVERIFY(tree->currentIndex().isValid());
         model.fillWithIons(true);
         editor->updateViewData();
-        QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("Ions"));
+        QCOMPARE(tree->model()->index(0, 0).data().toString(), QStringLiteral("Ions"));
         QCOMPARE(view::shownObjects(tree).size(), delivered.getAllIons().size());
         model.fillWithParameters(true);
         ctrl.setModel(&model);
-        QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("Parameters"));
+        QCOMPARE(tree->model()->index(0, 0).data().toString(), QStringLiteral("Parameters"));
         QCOMPARE(view::shownObjects(tree).first(), QStringLiteral("Pr/Ph")); // display order 10, the first
         ctrl.closeView();
     }

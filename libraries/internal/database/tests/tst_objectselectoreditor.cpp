@@ -8,8 +8,10 @@
 #include <objectselectoreditor.h>
 #include <objectselectoreditorobserverinterface.h>
 #include <objectselectormodel.h>
+#include <objectselectortreemodel.h>
 #include <ttranslator.h>
 
+#include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -17,8 +19,7 @@
 #include <QMenu>
 #include <QTextBrowser>
 #include <QToolButton>
-#include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
+#include <QTreeView>
 #include <QtTest>
 
 #ifndef VN_SELECTOR_SCREENSHOT_DIR
@@ -71,6 +72,8 @@ private:
         ctrl->setSelectionMode(mode);
         editor = dynamic_cast<ObjectSelectorEditor*>(ctrl->initView(nullptr));
         QVERIFY(editor);
+        new QAbstractItemModelTester(editor->treeModel(), QAbstractItemModelTester::FailureReportingMode::Fatal,
+                                     editor);
         editor->resize(440, 620);
         editor->show();
         QVERIFY(QTest::qWaitForWindowExposed(editor));
@@ -108,26 +111,31 @@ private slots:
     void mirrorsTheModelTree()
     {
         makeEditor(ObjectSelectorCtrl::SingleSelection);
-        QTreeWidget* tree = editor->treeWidget();
-        QCOMPARE(tree->topLevelItemCount(), 5);
-        QCOMPARE(tree->topLevelItem(4)->text(0), QStringLiteral("Parameters"));
-        QCOMPARE(tree->topLevelItem(1)->child(1)->text(0), QStringLiteral("Phytane"));
-        QVERIFY(!tree->topLevelItem(1)->child(1)->icon(0).isNull());
-        QVERIFY(!tree->topLevelItem(0)->data(0, Qt::CheckStateRole).isValid()); // categories have no box
-        QCOMPARE(tree->topLevelItem(1)->child(1)->checkState(0), Qt::Unchecked);
+        QTreeView* tree = editor->treeView();
+        const QAbstractItemModel* rows = tree->model();
+        QCOMPARE(rows->rowCount(), 5);
+        QCOMPARE(rows->index(4, 0).data().toString(), QStringLiteral("Parameters"));
+        const QModelIndex phytaneRow = rows->index(1, 0, rows->index(1, 0));
+        QCOMPARE(phytaneRow.data().toString(), QStringLiteral("Phytane"));
+        QCOMPARE(phytaneRow.data(Qt::ToolTipRole).toString(), QStringLiteral("Phytane"));
+        QVERIFY(!phytaneRow.data(Qt::DecorationRole).value<QIcon>().isNull());
+        QVERIFY(!rows->index(0, 0).data(Qt::CheckStateRole).isValid()); // categories have no box
+        QVERIFY(rows->index(0, 0).data(Qt::FontRole).value<QFont>().bold());
+        QCOMPARE(phytaneRow.data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
         QCOMPARE(shownObjects(tree).size(), 18);
-        QVERIFY(editor->itemOf(tree->topLevelItem(1)->child(0)) == sample::find(*model, "21"));
+        QVERIFY(editor->treeModel()->itemAt(rows->index(0, 0, rows->index(1, 0))) == sample::find(*model, "21"));
         QCOMPARE(editor->countLabel()->text(), QStringLiteral("18 item(s)"));
 
         // Read-only items show their tick but do not take clicks.
         sample::find(*model, "22")->setChecked(true);
         dynamic_cast<QObject*>(sample::find(*model, "22"))->setProperty("ISREADONLY", true);
         editor->updateViewData();
-        QTreeWidgetItem* phytane = lineTitled(tree, "Phytane");
-        QCOMPARE(phytane->checkState(0), Qt::Checked);
-        QVERIFY(!(phytane->flags() & Qt::ItemIsUserCheckable));
+        const QModelIndex phytane = lineTitled(tree, "Phytane");
+        QCOMPARE(phytane.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+        QVERIFY(!(phytane.flags() & Qt::ItemIsUserCheckable));
         clickCheckBox(tree, phytane);
         QVERIFY(sample::find(*model, "22")->isChecked());
+        QCOMPARE(checkedTitles(tree), QStringList({"Phytane"}));
     }
 
     void typingSearches()
@@ -135,15 +143,18 @@ private slots:
         makeEditor(ObjectSelectorCtrl::SingleSelection);
         Recorder recorder;
         editor->addObserver(&recorder);
-        QTreeWidget* tree = editor->treeWidget();
+        QTreeView* tree = editor->treeView();
         QLineEdit* search = editor->searchLine();
 
         QTest::keyClicks(search, "PHY");
         QCOMPARE(recorder.calls, QStringList({"search:P", "search:PH", "search:PHY"}));
         QCOMPARE(shownObjects(tree), QStringList({"Phytane"}));
         QCOMPARE(editor->countLabel()->text(), QStringLiteral("1 of 18 items shown"));
-        for (int i = 0; i < tree->topLevelItemCount(); ++i)
-            QVERIFY(!tree->topLevelItem(i)->isHidden()); // categories stay
+        QCOMPARE(tree->model()->rowCount(), 5); // categories stay
+        // ... greyed when nothing shows below them.
+        QCOMPARE(lineTitled(tree, "n-Alkanes").data(Qt::ForegroundRole).value<QBrush>(),
+                 editor->palette().brush(QPalette::Disabled, QPalette::Text));
+        QVERIFY(!lineTitled(tree, "Isoprenoids").data(Qt::ForegroundRole).isValid());
 
         QTest::keyClick(search, Qt::Key_Backspace);
         QCOMPARE(shownObjects(tree), QStringList({"Phytane", "Pr/Ph"}));
@@ -163,7 +174,7 @@ private slots:
     void clickingCheckBoxes()
     {
         makeEditor(ObjectSelectorCtrl::SingleSelection);
-        QTreeWidget* tree = editor->treeWidget();
+        QTreeView* tree = editor->treeView();
         clickCheckBox(tree, lineTitled(tree, "Pristane"));
         QCOMPARE(sample::ids(model->getSelectedItems(nullptr)), QStringList({"21"}));
         clickCheckBox(tree, lineTitled(tree, "Pr/Ph"));
@@ -177,7 +188,7 @@ private slots:
     void multipleSelectionAndCheckAll()
     {
         makeEditor(ObjectSelectorCtrl::MultipleSelection);
-        QTreeWidget* tree = editor->treeWidget();
+        QTreeView* tree = editor->treeView();
         QCheckBox* all = editor->checkAllBox();
         QVERIFY(all->isVisible());
 
@@ -192,6 +203,9 @@ private slots:
         QCOMPARE(sample::ids(model->getSelectedItems(nullptr)), QStringList({"21", "31", "32", "33", "34", "PAR-2"}));
         QTest::mouseClick(all, Qt::LeftButton);
         QCOMPARE(sample::ids(model->getSelectedItems(nullptr)), QStringList({"21", "PAR-2"}));
+        QVERIFY(checkedTitles(tree).isEmpty()); // the search hides the two ticked lines
+        QTest::keyClick(editor->searchLine(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(editor->searchLine(), Qt::Key_Delete);
         QCOMPARE(checkedTitles(tree), QStringList({"Pristane", "CPI"}));
 
         editor->setSelectAllVisible(false);
@@ -201,7 +215,7 @@ private slots:
     void filterLines()
     {
         makeEditor(ObjectSelectorCtrl::SingleSelection);
-        QTreeWidget* tree = editor->treeWidget();
+        QTreeView* tree = editor->treeView();
         QTest::mouseClick(editor->addFilterButton(), Qt::LeftButton);
         QCOMPARE(editor->filterLineCount(), 1);
         QComboBox* labels = editor->filterLabelBox(0);
@@ -254,7 +268,7 @@ private slots:
         QCOMPARE(values, QStringList({"MS", "THC", "Saturates", "MSMS", "Aromatics", "FID"}));
 
         entries.at(0)->menu()->actions().at(3)->trigger(); // MSMS
-        QCOMPARE(shownObjects(editor->treeWidget()),
+        QCOMPARE(shownObjects(editor->treeView()),
                  QStringList({QString::fromUtf8("18\u03B1(H)-22,29,30-Trisnorneohopane (Ts)"),
                               QString::fromUtf8("17\u03B1(H)-22,29,30-Trisnorhopane (Tm)"),
                               QString::fromUtf8("17\u03B1(H),21\u03B2(H)-30-Norhopane"),
@@ -266,7 +280,7 @@ private slots:
         // Another value of the same filter reuses its line.
         editor->quickFilterMenu()->actions().at(0)->menu()->actions().at(0)->trigger(); // MS
         QCOMPARE(editor->filterLineCount(), 1);
-        QCOMPARE(shownObjects(editor->treeWidget()).size(), 12); // "MS" is also found in "MSMS"
+        QCOMPARE(shownObjects(editor->treeView()).size(), 12); // "MS" is also found in "MSMS"
 
         // "Clear all filters" empties the lines and the search.
         QTest::keyClicks(editor->searchLine(), "cholest");
@@ -275,7 +289,7 @@ private slots:
         clear->trigger();
         QCOMPARE(editor->filterLineCount(), 0);
         QVERIFY(editor->searchLine()->text().isEmpty());
-        QCOMPARE(shownObjects(editor->treeWidget()).size(), 18);
+        QCOMPARE(shownObjects(editor->treeView()).size(), 18);
         editor->removeObserver(&recorder);
     }
 
@@ -283,26 +297,45 @@ private slots:
     {
         sample::find(*model, "4")->setExpanded(false);
         makeEditor(ObjectSelectorCtrl::SingleSelection);
-        QTreeWidget* tree = editor->treeWidget();
-        QVERIFY(!lineTitled(tree, "Steranes")->isExpanded());
-        QVERIFY(lineTitled(tree, "Hopanes")->isExpanded());
+        QTreeView* tree = editor->treeView();
+        Recorder recorder;
+        editor->addObserver(&recorder);
+        QVERIFY(!tree->isExpanded(lineTitled(tree, "Steranes")));
+        QVERIFY(tree->isExpanded(lineTitled(tree, "Hopanes")));
         QCOMPARE(shownObjects(tree).size(), 14);
 
-        tree->collapseItem(lineTitled(tree, "Hopanes"));
-        tree->expandItem(lineTitled(tree, "Steranes"));
+        // A click on a branch's arrow closes it; the arrow key opens the current one.
+        const QRect hopanes = tree->visualRect(lineTitled(tree, "Hopanes"));
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          QPoint(hopanes.left() - tree->indentation() / 2, hopanes.center().y()));
+        QVERIFY(!tree->isExpanded(lineTitled(tree, "Hopanes")));
+        clickLine(tree, lineTitled(tree, "Steranes"));
+        QTest::keyClick(tree, Qt::Key_Right);
+        QVERIFY(tree->isExpanded(lineTitled(tree, "Steranes")));
+        QCOMPARE(recorder.calls, QStringList({"collapsed:3", "expanded:4"}));
         QCOMPARE(ctrl->getCollapsedItems(), QList<int>({3}));
+        QCOMPARE(shownObjects(tree).size(), 14);
+
+        // A search hides no branch's state: it opens as its item says when it shows again.
+        QTest::keyClicks(editor->searchLine(), "zzz");
+        QTest::keyClick(editor->searchLine(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(editor->searchLine(), Qt::Key_Delete);
+        QVERIFY(!tree->isExpanded(lineTitled(tree, "Hopanes")));
+        QVERIFY(tree->isExpanded(lineTitled(tree, "Steranes")));
 
         QVERIFY(ctrl->loadCollapsedItems({1}));
-        QVERIFY(!lineTitled(tree, "n-Alkanes")->isExpanded());
+        QVERIFY(!tree->isExpanded(lineTitled(tree, "n-Alkanes")));
+        editor->removeObserver(&recorder);
     }
 
     void detailsPane()
     {
         makeEditor(ObjectSelectorCtrl::SingleSelection);
-        QTreeWidget* tree = editor->treeWidget();
+        QTreeView* tree = editor->treeView();
         QVERIFY(editor->detailsPane()->toPlainText().contains("Select an item"));
 
-        tree->setCurrentItem(lineTitled(tree, QString::fromUtf8("17\u03B1(H),21\u03B2(H)-Hopane")));
+        clickLine(tree, lineTitled(tree, QString::fromUtf8("17\u03B1(H),21\u03B2(H)-Hopane")));
+        QVERIFY(editor->currentItem() == sample::find(*model, "34"));
         const QString html = editor->detailsHtml(sample::find(*model, "34"));
         QVERIFY(html.contains(QStringLiteral("<h3>17\u03B1(H),21\u03B2(H)-Hopane</h3>")));
         QVERIFY(html.contains("<b>CAS</b></td><td>13849-96-9</td>"));
@@ -341,9 +374,9 @@ private slots:
         other.root().setAutoDelete(true);
         sample::appendNode(&other.root(), sample::makeItem("1", "Only", QString(), true));
         ctrl->setModel(&other);
-        QCOMPARE(editor->treeWidget()->topLevelItemCount(), 1);
+        QCOMPARE(editor->treeView()->model()->rowCount(), 1);
         ctrl->setModel(nullptr);
-        QCOMPARE(editor->treeWidget()->topLevelItemCount(), 0);
+        QCOMPARE(editor->treeView()->model()->rowCount(), 0);
         QTest::keyClicks(editor->searchLine(), "x"); // nothing to search: no harm
         QVERIFY(!editor->addFilterButton()->isEnabled());
     }
@@ -366,7 +399,7 @@ private slots:
         QTest::keyClicks(editor->filterValueLine(0), "C29");
         editor->setSelectedItem(sample::find(*model, "43"));
         QCoreApplication::processEvents();
-        QCOMPARE(shownObjects(editor->treeWidget()).size(), 2);
+        QCOMPARE(shownObjects(editor->treeView()).size(), 2);
         QVERIFY(editor->grab().save(dir + "/selector-screenshot-search.png"));
     }
 };

@@ -3,58 +3,79 @@
 // What the selector widget's tree view shows, read as a user sees it, and a
 // click on a line's check box as a user makes it (offscreen).
 
+#include <QAbstractItemModel>
 #include <QPoint>
 #include <QRect>
 #include <QStringList>
-#include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
+#include <QTreeView>
 #include <QtTest>
+
+#include <functional>
 
 namespace view {
 
-// A line is shown when neither it nor any line above it is hidden.
-inline bool shown(const QTreeWidgetItem* line)
+// Every row of the view's model, in the order the view lists them.
+inline QModelIndexList rows(const QTreeView* tree)
 {
-    for (; line; line = line->parent()) {
-        if (line->isHidden())
-            return false;
-    }
-    return true;
+    QModelIndexList all;
+    const QAbstractItemModel* model = tree->model();
+    std::function<void(const QModelIndex&)> walk = [&](const QModelIndex& parent) {
+        for (int row = 0; row < model->rowCount(parent); ++row) {
+            const QModelIndex index = model->index(row, 0, parent);
+            all.append(index);
+            walk(index);
+        }
+    };
+    walk(QModelIndex());
+    return all;
 }
 
-// The titles of the object lines the tree view shows (categories left out).
-inline QStringList shownObjects(QTreeWidget* tree)
+// The titles of the object lines the tree view shows (categories left out,
+// and lines inside closed branches).
+inline QStringList shownObjects(const QTreeView* tree)
 {
     QStringList titles;
-    for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-        if ((*it)->parent() && shown(*it) && !tree->visualItemRect(*it).isEmpty())
-            titles << (*it)->text(0);
+    for (const QModelIndex& index : rows(tree)) {
+        if (index.parent().isValid() && !tree->visualRect(index).isEmpty())
+            titles << index.data().toString();
     }
     return titles;
 }
 
-inline QStringList checkedTitles(QTreeWidget* tree)
+// The titles of the ticked lines among the rows.
+inline QStringList checkedTitles(const QTreeView* tree)
 {
     QStringList titles;
-    for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-        if ((*it)->data(0, Qt::CheckStateRole).isValid() && (*it)->checkState(0) == Qt::Checked)
-            titles << (*it)->text(0);
+    for (const QModelIndex& index : rows(tree)) {
+        if (index.data(Qt::CheckStateRole).isValid() && index.data(Qt::CheckStateRole).toInt() == Qt::Checked)
+            titles << index.data().toString();
     }
     return titles;
 }
 
-inline QTreeWidgetItem* lineTitled(QTreeWidget* tree, const QString& title)
+inline QModelIndex lineTitled(const QTreeView* tree, const QString& title)
 {
-    const QList<QTreeWidgetItem*> found = tree->findItems(title, Qt::MatchExactly | Qt::MatchRecursive);
-    return found.isEmpty() ? nullptr : found.first();
+    for (const QModelIndex& index : rows(tree)) {
+        if (index.data().toString() == title)
+            return index;
+    }
+    return QModelIndex();
 }
 
 // Clicks the check box at the start of a line, as a user does.
-inline void clickCheckBox(QTreeWidget* tree, QTreeWidgetItem* line)
+inline void clickCheckBox(QTreeView* tree, const QModelIndex& line)
 {
-    tree->scrollToItem(line);
-    const QRect rect = tree->visualItemRect(line);
+    tree->scrollTo(line);
+    const QRect rect = tree->visualRect(line);
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(rect.left() + 10, rect.center().y()));
+}
+
+// Clicks the middle of a line's text: it becomes the current line.
+inline void clickLine(QTreeView* tree, const QModelIndex& line)
+{
+    tree->scrollTo(line);
+    const QRect rect = tree->visualRect(line);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(rect.left() + 60, rect.center().y()));
 }
 
 } // namespace view

@@ -1,7 +1,9 @@
 #include "objectselectoreditor.h"
+#include "objectselectoreditor_p.h"
 
 #include "objectselectoreditorobserverinterface.h"
 #include "objectselectormodel.h"
+#include "objectselectortreemodel.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -18,20 +20,10 @@
 #include <QStyle>
 #include <QTextBrowser>
 #include <QToolButton>
-#include <QTreeWidget>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <functional>
-
-struct ObjectSelectorEditor::FilterLine
-{
-    QWidget* row = nullptr;
-    QComboBox* label = nullptr;
-    QLineEdit* value = nullptr;
-    QToolButton* remove = nullptr;
-    QString enabledLabel; // the label whose filter the observers were asked to enable
-};
 
 namespace {
 
@@ -60,6 +52,12 @@ QIcon searchIcon(const QPalette& palette)
     return QIcon(pixmap);
 }
 
+const TTree<ObjectSelectorItemInterface*>* modelRoot(const ObjectSelectorModelInterface* model)
+{
+    const auto* concrete = dynamic_cast<const ObjectSelectorModel*>(model);
+    return concrete ? &concrete->root() : nullptr;
+}
+
 class RefreshGuard
 {
 public:
@@ -80,115 +78,115 @@ private:
 
 ObjectSelectorEditor::ObjectSelectorEditor(QWidget* parent, const ObjectSelectorModelInterface* model)
     : QWidget(parent)
-    , m_model(model)
+    , d(std::make_unique<ObjectSelectorEditorPrivate>())
 {
+    d->model = model;
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->setSpacing(4);
 
     // Search line and quick filters.
     auto* searchRow = new QHBoxLayout();
-    m_search = new QLineEdit(this);
-    m_search->setObjectName(QStringLiteral("searchLine"));
-    m_search->setClearButtonEnabled(true);
-    m_search->addAction(searchIcon(palette()), QLineEdit::LeadingPosition);
-    searchRow->addWidget(m_search, 1);
+    d->search = new QLineEdit(this);
+    d->search->setObjectName(QStringLiteral("searchLine"));
+    d->search->setClearButtonEnabled(true);
+    d->search->addAction(searchIcon(palette()), QLineEdit::LeadingPosition);
+    searchRow->addWidget(d->search, 1);
 
-    m_quickFilterMenu = new QMenu(this);
-    m_quickFilterButton = new QToolButton(this);
-    m_quickFilterButton->setObjectName(QStringLiteral("quickFilterButton"));
-    m_quickFilterButton->setPopupMode(QToolButton::InstantPopup);
-    m_quickFilterButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    m_quickFilterButton->setMenu(m_quickFilterMenu);
-    searchRow->addWidget(m_quickFilterButton);
+    d->quickFilterMenu = new QMenu(this);
+    d->quickFilterButton = new QToolButton(this);
+    d->quickFilterButton->setObjectName(QStringLiteral("quickFilterButton"));
+    d->quickFilterButton->setPopupMode(QToolButton::InstantPopup);
+    d->quickFilterButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    d->quickFilterButton->setMenu(d->quickFilterMenu);
+    searchRow->addWidget(d->quickFilterButton);
 
-    m_addFilterButton = new QToolButton(this);
-    m_addFilterButton->setObjectName(QStringLiteral("addFilterButton"));
-    m_addFilterButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    searchRow->addWidget(m_addFilterButton);
+    d->addFilterButton = new QToolButton(this);
+    d->addFilterButton->setObjectName(QStringLiteral("addFilterButton"));
+    d->addFilterButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    searchRow->addWidget(d->addFilterButton);
     layout->addLayout(searchRow);
 
     // Custom filter lines, one per active filter.
-    m_filterLayout = new QVBoxLayout();
-    m_filterLayout->setSpacing(2);
-    m_filtersTitle = new QLabel(this);
-    m_filtersTitle->setVisible(false);
-    m_filterLayout->addWidget(m_filtersTitle);
-    layout->addLayout(m_filterLayout);
+    d->filterLayout = new QVBoxLayout();
+    d->filterLayout->setSpacing(2);
+    d->filtersTitle = new QLabel(this);
+    d->filtersTitle->setVisible(false);
+    d->filterLayout->addWidget(d->filtersTitle);
+    layout->addLayout(d->filterLayout);
 
     // The tree above the details pane.
     auto* splitter = new QSplitter(Qt::Vertical, this);
-    m_tree = new QTreeWidget(splitter);
-    m_tree->setObjectName(QStringLiteral("selectorTree"));
-    m_tree->setColumnCount(1);
-    m_tree->header()->setVisible(false);
-    m_tree->setUniformRowHeights(true);
-    m_tree->setIconSize(QSize(20, 20));
-    m_tree->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_tree->setAlternatingRowColors(true);
-    m_details = new QTextBrowser(splitter);
-    m_details->setObjectName(QStringLiteral("detailsPane"));
-    m_details->setOpenLinks(false);
-    splitter->addWidget(m_tree);
-    splitter->addWidget(m_details);
+    d->treeModel = new ObjectSelectorTreeModel(this);
+    d->treeModel->setMutedBrush(palette().brush(QPalette::Disabled, QPalette::Text));
+    d->tree = new QTreeView(splitter);
+    d->tree->setObjectName(QStringLiteral("selectorTree"));
+    d->tree->header()->setVisible(false);
+    d->tree->setUniformRowHeights(true);
+    d->tree->setIconSize(QSize(20, 20));
+    d->tree->setSelectionMode(QAbstractItemView::SingleSelection);
+    d->tree->setAlternatingRowColors(true);
+    d->tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    d->tree->setModel(d->treeModel);
+    d->details = new QTextBrowser(splitter);
+    d->details->setObjectName(QStringLiteral("detailsPane"));
+    d->details->setOpenLinks(false);
+    splitter->addWidget(d->tree);
+    splitter->addWidget(d->details);
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 1);
     splitter->setChildrenCollapsible(false);
     layout->addWidget(splitter, 1);
 
     auto* bottomRow = new QHBoxLayout();
-    m_checkAll = new QCheckBox(this);
-    m_checkAll->setObjectName(QStringLiteral("checkAllItems"));
-    m_checkAll->setVisible(false);
-    bottomRow->addWidget(m_checkAll);
+    d->checkAll = new QCheckBox(this);
+    d->checkAll->setObjectName(QStringLiteral("checkAllItems"));
+    d->checkAll->setVisible(false);
+    bottomRow->addWidget(d->checkAll);
     bottomRow->addStretch(1);
-    m_count = new QLabel(this);
-    m_count->setObjectName(QStringLiteral("countLabel"));
-    bottomRow->addWidget(m_count);
+    d->count = new QLabel(this);
+    d->count->setObjectName(QStringLiteral("countLabel"));
+    bottomRow->addWidget(d->count);
     layout->addLayout(bottomRow);
 
-    connect(m_search, &QLineEdit::textEdited, this, &ObjectSelectorEditor::onSearchEdited);
-    connect(m_addFilterButton, &QToolButton::clicked, this, [this]() { addFilterLine(); });
-    connect(m_tree, &QTreeWidget::itemChanged, this, &ObjectSelectorEditor::onItemChanged);
-    connect(m_tree, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem* line) {
-        if (!m_updating)
-            if (ObjectSelectorItemInterface* item = itemOf(line))
+    connect(d->search, &QLineEdit::textEdited, this, &ObjectSelectorEditor::onSearchEdited);
+    connect(d->addFilterButton, &QToolButton::clicked, this, [this]() { addFilterLine(); });
+    connect(d->treeModel, &ObjectSelectorTreeModel::checkRequested, this, &ObjectSelectorEditor::onCheckRequested);
+    connect(d->tree, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+        if (!d->updating)
+            if (ObjectSelectorItemInterface* item = d->treeModel->itemAt(index))
                 notify([item](ObjectSelectorEditorObserverInterface* o) { o->itemExpanded(item); });
     });
-    connect(m_tree, &QTreeWidget::itemCollapsed, this, [this](QTreeWidgetItem* line) {
-        if (!m_updating)
-            if (ObjectSelectorItemInterface* item = itemOf(line))
+    connect(d->tree, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
+        if (!d->updating)
+            if (ObjectSelectorItemInterface* item = d->treeModel->itemAt(index))
                 notify([item](ObjectSelectorEditorObserverInterface* o) { o->itemCollapsed(item); });
     });
-    connect(m_tree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* line) {
-        updateDetails();
-        if (m_updating)
-            return;
-        ObjectSelectorItemInterface* item = itemOf(line);
-        notify([item](ObjectSelectorEditorObserverInterface* o) { o->currentItemChanged(item); });
-    });
-    connect(m_tree, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* line) {
-        if (ObjectSelectorItemInterface* item = itemOf(line))
+    connect(d->tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& current) { onCurrentChanged(current); });
+    connect(d->tree, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (ObjectSelectorItemInterface* item = d->treeModel->itemAt(index))
             notify([item](ObjectSelectorEditorObserverInterface* o) { o->itemActivated(item); });
     });
-    connect(m_checkAll, &QCheckBox::clicked, this, &ObjectSelectorEditor::onCheckAllClicked);
+    connect(d->checkAll, &QCheckBox::clicked, this, &ObjectSelectorEditor::onCheckAllClicked);
 
     retranslate();
+    d->treeModel->setRoot(modelRoot(d->model));
     updateView();
 }
 
 ObjectSelectorEditor::~ObjectSelectorEditor()
 {
-    qDeleteAll(m_filterLines);
+    qDeleteAll(d->filterLines);
 }
 
 template <typename Call>
 void ObjectSelectorEditor::notify(Call call)
 {
     // An observer may remove itself (or others) while being told.
-    const QList<ObjectSelectorEditorObserverInterface*> observers = m_observers;
+    const QList<ObjectSelectorEditorObserverInterface*> observers = d->observers;
     for (ObjectSelectorEditorObserverInterface* observer : observers) {
-        if (m_observers.contains(observer))
+        if (d->observers.contains(observer))
             call(observer);
     }
 }
@@ -196,17 +194,17 @@ void ObjectSelectorEditor::notify(Call call)
 void ObjectSelectorEditor::retranslate()
 {
     setWindowTitle(tr("Object selector", "Sélecteur d'objets"));
-    m_search->setPlaceholderText(tr("Search by name...", "Rechercher par nom..."));
-    m_search->setToolTip(tr("Shows the items whose name contains this text (letter case is ignored)",
-                            "Affiche les éléments dont le nom contient ce texte (sans tenir compte de la casse)"));
-    m_quickFilterButton->setText(tr("Quick filters", "Filtres rapides"));
-    m_quickFilterButton->setToolTip(tr("Filter by a common value", "Filtrer sur une valeur courante"));
-    m_addFilterButton->setText(tr("Add a filter", "Ajouter un filtre"));
-    m_addFilterButton->setToolTip(
+    d->search->setPlaceholderText(tr("Search by name...", "Rechercher par nom..."));
+    d->search->setToolTip(tr("Shows the items whose name contains this text (letter case is ignored)",
+                             "Affiche les éléments dont le nom contient ce texte (sans tenir compte de la casse)"));
+    d->quickFilterButton->setText(tr("Quick filters", "Filtres rapides"));
+    d->quickFilterButton->setToolTip(tr("Filter by a common value", "Filtrer sur une valeur courante"));
+    d->addFilterButton->setText(tr("Add a filter", "Ajouter un filtre"));
+    d->addFilterButton->setToolTip(
         tr("Filter the items on one of their properties", "Filtrer les éléments sur l'une de leurs propriétés"));
-    m_filtersTitle->setText(tr("Filters:", "Filtres :"));
-    m_checkAll->setText(tr("Check all items", "Cocher tous les éléments"));
-    for (FilterLine* line : m_filterLines) {
+    d->filtersTitle->setText(tr("Filters:", "Filtres :"));
+    d->checkAll->setText(tr("Check all items", "Cocher tous les éléments"));
+    for (FilterLine* line : d->filterLines) {
         line->value->setPlaceholderText(tr("Value contains...", "La valeur contient..."));
         line->remove->setToolTip(tr("Remove this filter", "Supprimer ce filtre"));
     }
@@ -222,17 +220,11 @@ void ObjectSelectorEditor::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
 }
 
-const ObjectSelectorEditor::Node* ObjectSelectorEditor::modelRoot() const
-{
-    const auto* model = dynamic_cast<const ObjectSelectorModel*>(m_model);
-    return model ? &model->root() : nullptr;
-}
-
 QStringList ObjectSelectorEditor::visibleFilterLabels() const
 {
     QStringList labels;
-    if (m_model)
-        m_model->visibleFilters(labels);
+    if (d->model)
+        d->model->visibleFilters(labels);
     return labels;
 }
 
@@ -240,199 +232,98 @@ QStringList ObjectSelectorEditor::visibleFilterLabels() const
 
 void ObjectSelectorEditor::setModel(const ObjectSelectorModelInterface* model)
 {
-    if (model == m_model)
+    if (model == d->model)
         return;
-    m_model = model;
+    d->model = model;
     {
-        RefreshGuard guard(m_updating);
-        for (FilterLine* line : m_filterLines) {
+        RefreshGuard guard(d->updating);
+        for (FilterLine* line : d->filterLines) {
             line->row->deleteLater();
             delete line;
         }
-        m_filterLines.clear();
-        m_search->clear();
+        d->filterLines.clear();
+        d->search->clear();
     }
-    m_tree->clear(); // a new model has new nodes: the old lines must go
-    m_rows.clear();
-    m_lineOfItem.clear();
-    m_nodeOfLine.clear();
+    d->current = nullptr;
+    {
+        // A new model has new nodes: the old rows must go.
+        RefreshGuard guard(d->updating);
+        d->treeModel->setRoot(modelRoot(model));
+    }
     updateView();
 }
 
 bool ObjectSelectorEditor::addObserver(ObjectSelectorEditorObserverInterface* observer)
 {
-    if (!observer || m_observers.contains(observer))
+    if (!observer || d->observers.contains(observer))
         return false;
-    m_observers.append(observer);
+    d->observers.append(observer);
     return true;
 }
 
 bool ObjectSelectorEditor::removeObserver(ObjectSelectorEditorObserverInterface* observer)
 {
-    return m_observers.removeAll(observer) > 0;
+    return d->observers.removeAll(observer) > 0;
 }
 
 void ObjectSelectorEditor::setSelectAllVisible(bool visible)
 {
-    m_checkAll->setVisible(visible);
+    d->checkAll->setVisible(visible);
     updateCheckAllState();
 }
 
 void ObjectSelectorEditor::setSelectedItem(ObjectSelectorItemInterface* item)
 {
-    QTreeWidgetItem* line = treeItem(item);
-    if (!line)
+    const QModelIndex index = d->treeModel->indexOf(item);
+    if (!index.isValid())
         return;
-    m_tree->setCurrentItem(line);
-    m_tree->scrollToItem(line);
+    d->tree->setCurrentIndex(index);
+    d->tree->scrollTo(index);
 }
 
-QTreeWidgetItem* ObjectSelectorEditor::treeItem(ObjectSelectorItemInterface* item) const
+ObjectSelectorItemInterface* ObjectSelectorEditor::currentItem() const
 {
-    return item ? m_lineOfItem.value(item) : nullptr;
-}
-
-ObjectSelectorItemInterface* ObjectSelectorEditor::itemOf(QTreeWidgetItem* line) const
-{
-    const Node* node = line ? m_nodeOfLine.value(line) : nullptr;
-    return node ? node->attribute : nullptr;
+    return d->current;
 }
 
 // The tree ------------------------------------------------------------------
 
-bool ObjectSelectorEditor::treeMatchesModel() const
+void ObjectSelectorEditor::refreshTree(bool structureAndVisibility)
 {
-    const Node* root = modelRoot();
-    int index = 0;
-    bool same = true;
-    std::function<void(const Node*)> walk = [&](const Node* first) {
-        for (const Node* n = first; n && same; n = n->getBrother()) {
-            if (index >= m_rows.size() || m_rows[index].node != n
-                || m_rows[index].line->data(0, Qt::UserRole + 1).value<quintptr>() != quintptr(n->attribute)) {
-                same = false;
-                return;
-            }
-            ++index;
-            walk(n->getFirstSon());
+    RefreshGuard guard(d->updating);
+    if (structureAndVisibility)
+        d->treeModel->refresh();
+    else
+        d->treeModel->refreshData();
+    // A refill leaves no current item behind.
+    if (d->current && !d->treeModel->contains(d->current))
+        d->current = nullptr;
+    // The current line follows its item: gone while a search hides it, back
+    // when it shows again.
+    const QModelIndex current = d->treeModel->indexOf(d->current);
+    if (current != d->tree->currentIndex()) {
+        if (current.isValid())
+            d->tree->setCurrentIndex(current);
+        else
+            d->tree->selectionModel()->clear();
+    }
+    syncBranches();
+}
+
+void ObjectSelectorEditor::syncBranches()
+{
+    // Branches open as their items say; the view forgets rows it stops showing.
+    for (const QModelIndex& index : d->treeModel->shownBranches()) {
+        if (ObjectSelectorItemInterface* item = d->treeModel->itemAt(index)) {
+            if (d->tree->isExpanded(index) != item->isExpanded())
+                d->tree->setExpanded(index, item->isExpanded());
         }
-    };
-    if (root)
-        walk(root->getFirstSon());
-    return same && index == m_rows.size();
-}
-
-void ObjectSelectorEditor::rebuildTree()
-{
-    RefreshGuard guard(m_updating);
-    const QSignalBlocker blocker(m_tree);
-    // The current line's item as the line recorded it: when the model was
-    // refilled, the node behind the line is gone, so it is not read.
-    const QTreeWidgetItem* currentLine = m_tree->currentItem();
-    const quintptr current = currentLine ? currentLine->data(0, Qt::UserRole + 1).value<quintptr>() : 0;
-    m_tree->clear();
-    m_rows.clear();
-    m_lineOfItem.clear();
-    m_nodeOfLine.clear();
-    const Node* root = modelRoot();
-    if (!root)
-        return;
-
-    QList<QTreeWidgetItem*> topLevel;
-    std::function<void(const Node*, QTreeWidgetItem*)> walk = [&](const Node* first, QTreeWidgetItem* parent) {
-        for (const Node* n = first; n; n = n->getBrother()) {
-            auto* line = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem();
-            if (!parent)
-                topLevel.append(line);
-            line->setData(0, Qt::UserRole + 1, QVariant::fromValue(quintptr(n->attribute)));
-            m_rows.append({n, line});
-            m_nodeOfLine.insert(line, n);
-            if (n->attribute)
-                m_lineOfItem.insert(n->attribute, line);
-            walk(n->getFirstSon(), line);
-        }
-    };
-    walk(root->getFirstSon(), nullptr);
-    m_tree->addTopLevelItems(topLevel);
-    if (QTreeWidgetItem* line
-        = current ? m_lineOfItem.value(reinterpret_cast<ObjectSelectorItemInterface*>(current)) : nullptr)
-        m_tree->setCurrentItem(line);
-}
-
-void ObjectSelectorEditor::applyData(const Row& row)
-{
-    QTreeWidgetItem* line = row.line;
-    ObjectSelectorItemInterface* item = row.node->attribute;
-    const QObject* object = item ? dynamic_cast<const QObject*>(item) : nullptr;
-    if (!item) {
-        line->setText(0, QString());
-        line->setFlags(Qt::ItemIsEnabled);
-        return;
     }
-    const QString title = item->title();
-    if (line->text(0) != title) {
-        line->setText(0, title);
-        line->setToolTip(0, title);
-    }
-    const QPixmap pixmap = item->pixmap();
-    if (pixmap.cacheKey() != line->data(0, Qt::UserRole + 2).toLongLong()) {
-        line->setIcon(0, pixmap.isNull() ? QIcon() : QIcon(pixmap));
-        line->setData(0, Qt::UserRole + 2, pixmap.cacheKey());
-    }
-    const bool readOnly = object && object->property("ISREADONLY").toBool();
-    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    if (item->isCheckable()) {
-        if (!readOnly)
-            flags |= Qt::ItemIsUserCheckable;
-        const Qt::CheckState state = item->isChecked() ? Qt::Checked : Qt::Unchecked;
-        if (line->data(0, Qt::CheckStateRole) != QVariant(int(state)))
-            line->setCheckState(0, state);
-    } else if (line->data(0, Qt::CheckStateRole).isValid()) {
-        line->setData(0, Qt::CheckStateRole, QVariant());
-    }
-    if (line->flags() != flags)
-        line->setFlags(flags);
-}
-
-void ObjectSelectorEditor::applyState(const Row& row)
-{
-    const bool hidden = !row.node->isVisible();
-    if (row.line->isHidden() != hidden)
-        row.line->setHidden(hidden);
-    if (row.line->childCount() == 0)
-        return;
-    if (row.node->attribute) {
-        const bool expanded = row.node->attribute->isExpanded();
-        if (row.line->isExpanded() != expanded)
-            row.line->setExpanded(expanded);
-    }
-    // Branches read as headings, greyed when a search leaves nothing below them.
-    QFont font = row.line->font(0);
-    if (!font.bold()) {
-        font.setBold(true);
-        row.line->setFont(0, font);
-    }
-    bool anySonShown = false;
-    for (int i = 0; i < row.line->childCount() && !anySonShown; ++i)
-        anySonShown = !row.line->child(i)->isHidden();
-    const QBrush brush = anySonShown ? QBrush() : m_tree->palette().brush(QPalette::Disabled, QPalette::Text);
-    if (row.line->foreground(0) != brush)
-        row.line->setForeground(0, brush);
 }
 
 void ObjectSelectorEditor::updateView()
 {
-    {
-        RefreshGuard guard(m_updating);
-        const QSignalBlocker blocker(m_tree);
-        if (!treeMatchesModel())
-            rebuildTree();
-        for (const Row& row : qAsConst(m_rows))
-            applyData(row);
-        // Sons before their branch, which looks at what shows below it.
-        for (auto it = m_rows.crbegin(); it != m_rows.crend(); ++it)
-            applyState(*it);
-    }
-    m_tree->viewport()->update();
+    refreshTree(true);
     updateFilterControls();
     rebuildQuickFilterMenu();
     updateCheckAllState();
@@ -442,56 +333,35 @@ void ObjectSelectorEditor::updateView()
 
 void ObjectSelectorEditor::updateViewData()
 {
-    {
-        RefreshGuard guard(m_updating);
-        const QSignalBlocker blocker(m_tree);
-        if (!treeMatchesModel()) {
-            rebuildTree();
-            for (auto it = m_rows.crbegin(); it != m_rows.crend(); ++it)
-                applyState(*it);
-        }
-        for (const Row& row : qAsConst(m_rows))
-            applyData(row);
-    }
-    m_tree->viewport()->update();
+    refreshTree(false);
     updateCheckAllState();
     updateDetails();
 }
 
 void ObjectSelectorEditor::updateCount()
 {
-    int shown = 0;
-    int total = 0;
-    for (const Row& row : qAsConst(m_rows)) {
-        if (!row.node->attribute || row.line->childCount() > 0)
-            continue; // count objects, not categories
-        ++total;
-        bool visible = true;
-        for (const QTreeWidgetItem* l = row.line; l && visible; l = l->parent())
-            visible = !l->isHidden();
-        if (visible)
-            ++shown;
-    }
-    m_count->setText(shown == total ? tr("%n item(s)", "%n élément(s)", total)
-                                    : tr("%1 of %2 items shown", "%1 éléments affichés sur %2").arg(shown).arg(total));
+    const int total = d->treeModel->objectCount();
+    const int shown = d->treeModel->shownObjectCount();
+    d->count->setText(shown == total ? tr("%n item(s)", "%n élément(s)", total)
+                                     : tr("%1 of %2 items shown", "%1 éléments affichés sur %2").arg(shown).arg(total));
 }
 
 void ObjectSelectorEditor::updateCheckAllState()
 {
-    if (m_checkAll->isHidden())
+    if (d->checkAll->isHidden())
         return;
     bool any = false;
     bool all = true;
-    for (const Row& row : qAsConst(m_rows)) {
-        ObjectSelectorItemInterface* item = row.node->attribute;
-        if (!item || !item->isCheckable() || row.line->isHidden())
-            continue;
+    d->treeModel->forEachShownItem([&](ObjectSelectorItemInterface* item) {
+        if (!item->isCheckable())
+            return true;
         any = true;
-        all = all && item->isChecked();
-    }
-    const QSignalBlocker blocker(m_checkAll);
-    m_checkAll->setEnabled(any);
-    m_checkAll->setChecked(any && all);
+        all = item->isChecked();
+        return all; // one unticked line decides
+    });
+    const QSignalBlocker blocker(d->checkAll);
+    d->checkAll->setEnabled(any);
+    d->checkAll->setChecked(any && all);
 }
 
 // The details pane ------------------------------------------------------------
@@ -505,8 +375,8 @@ QString ObjectSelectorEditor::detailsHtml(ObjectSelectorItemInterface* item) con
     QString html = QStringLiteral("<h3>%1</h3>").arg(item->title().toHtmlEscaped());
     QMap<QString, QString> values;
     const QObject* object = dynamic_cast<const QObject*>(item);
-    if (m_model && object)
-        m_model->visibleFilters(object, values);
+    if (d->model && object)
+        d->model->visibleFilters(object, values);
     if (values.isEmpty())
         return html
             + QStringLiteral("<p style=\"color:gray\">%1</p>")
@@ -522,15 +392,19 @@ QString ObjectSelectorEditor::detailsHtml(ObjectSelectorItemInterface* item) con
 
 void ObjectSelectorEditor::updateDetails()
 {
-    m_details->setHtml(detailsHtml(itemOf(m_tree->currentItem())));
+    const QString html = detailsHtml(d->current);
+    if (html == d->detailsShown)
+        return;
+    d->detailsShown = html;
+    d->details->setHtml(html);
 }
 
 // Quick filters and filter lines ---------------------------------------------
 
 void ObjectSelectorEditor::rebuildQuickFilterMenu()
 {
-    m_quickFilterMenu->clear();
-    const auto* model = dynamic_cast<const ObjectSelectorModel*>(m_model);
+    d->quickFilterMenu->clear();
+    const auto* model = dynamic_cast<const ObjectSelectorModel*>(d->model);
     const QStringList offered = visibleFilterLabels();
     bool any = false;
     if (model) {
@@ -540,7 +414,7 @@ void ObjectSelectorEditor::rebuildQuickFilterMenu()
             labels.append(it.key());
         labels.sort(Qt::CaseInsensitive);
         for (const QString& label : qAsConst(labels)) {
-            QMenu* sub = m_quickFilterMenu->addMenu(label);
+            QMenu* sub = d->quickFilterMenu->addMenu(label);
             sub->setEnabled(offered.contains(label));
             any = any || offered.contains(label);
             for (const QString& value : table.value(label)) {
@@ -549,19 +423,19 @@ void ObjectSelectorEditor::rebuildQuickFilterMenu()
             }
         }
     }
-    m_quickFilterMenu->addSeparator();
-    QAction* clear = m_quickFilterMenu->addAction(tr("Clear all filters", "Effacer tous les filtres"));
-    clear->setEnabled(!m_filterLines.isEmpty() || !m_search->text().isEmpty());
+    d->quickFilterMenu->addSeparator();
+    QAction* clear = d->quickFilterMenu->addAction(tr("Clear all filters", "Effacer tous les filtres"));
+    clear->setEnabled(!d->filterLines.isEmpty() || !d->search->text().isEmpty());
     connect(clear, &QAction::triggered, this, &ObjectSelectorEditor::clearFilters);
-    m_quickFilterButton->setEnabled(any || clear->isEnabled());
+    d->quickFilterButton->setEnabled(any || clear->isEnabled());
 }
 
 void ObjectSelectorEditor::updateFilterControls()
 {
     const QStringList offered = visibleFilterLabels();
-    m_addFilterButton->setEnabled(m_filterLines.size() < offered.size());
-    m_filtersTitle->setVisible(!m_filterLines.isEmpty());
-    for (FilterLine* line : qAsConst(m_filterLines)) {
+    d->addFilterButton->setEnabled(d->filterLines.size() < offered.size());
+    d->filtersTitle->setVisible(!d->filterLines.isEmpty());
+    for (FilterLine* line : qAsConst(d->filterLines)) {
         const QSignalBlocker blocker(line->label);
         const QString current = line->label->currentText();
         QStringList items;
@@ -581,7 +455,7 @@ bool ObjectSelectorEditor::addFilterLine(const QString& label, const QString& va
     QString chosen = label;
     if (chosen.isEmpty()) {
         for (const QString& candidate : offered) {
-            const bool used = std::any_of(m_filterLines.cbegin(), m_filterLines.cend(),
+            const bool used = std::any_of(d->filterLines.cbegin(), d->filterLines.cend(),
                                           [&](const FilterLine* l) { return l->enabledLabel == candidate; });
             if (!used) {
                 chosen = candidate;
@@ -591,7 +465,7 @@ bool ObjectSelectorEditor::addFilterLine(const QString& label, const QString& va
     }
     if (chosen.isEmpty() || !offered.contains(chosen))
         return false;
-    for (FilterLine* existing : qAsConst(m_filterLines)) {
+    for (FilterLine* existing : qAsConst(d->filterLines)) {
         if (existing->enabledLabel == chosen) {
             // One line per filter: reuse it.
             existing->value->setText(value);
@@ -618,8 +492,8 @@ bool ObjectSelectorEditor::addFilterLine(const QString& label, const QString& va
     rowLayout->addWidget(line->label);
     rowLayout->addWidget(line->value, 1);
     rowLayout->addWidget(line->remove);
-    m_filterLayout->addWidget(line->row);
-    m_filterLines.append(line);
+    d->filterLayout->addWidget(line->row);
+    d->filterLines.append(line);
 
     connect(line->label, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             [this, line]() { onFilterLabelChanged(line); });
@@ -638,13 +512,13 @@ bool ObjectSelectorEditor::addFilterLine(const QString& label, const QString& va
 
 void ObjectSelectorEditor::onFilterLabelChanged(FilterLine* line)
 {
-    if (m_updating)
+    if (d->updating)
         return;
     const QString label = line->label->currentText();
     if (label == line->enabledLabel)
         return;
     // Another line on the same filter gives way to this one.
-    for (FilterLine* other : m_filterLines) {
+    for (FilterLine* other : d->filterLines) {
         if (other != line && other->enabledLabel == label) {
             removeFilterLine(other);
             break;
@@ -665,7 +539,7 @@ void ObjectSelectorEditor::onFilterLabelChanged(FilterLine* line)
 
 void ObjectSelectorEditor::onFilterValueEdited(FilterLine* line)
 {
-    if (m_updating || line->enabledLabel.isEmpty())
+    if (d->updating || line->enabledLabel.isEmpty())
         return;
     const QString label = line->enabledLabel;
     const QString value = line->value->text();
@@ -674,13 +548,13 @@ void ObjectSelectorEditor::onFilterValueEdited(FilterLine* line)
 
 void ObjectSelectorEditor::removeFilterLine(int index)
 {
-    if (index >= 0 && index < m_filterLines.size())
-        removeFilterLine(m_filterLines.at(index));
+    if (index >= 0 && index < d->filterLines.size())
+        removeFilterLine(d->filterLines.at(index));
 }
 
 void ObjectSelectorEditor::removeFilterLine(FilterLine* line)
 {
-    if (!m_filterLines.removeOne(line))
+    if (!d->filterLines.removeOne(line))
         return;
     const QString label = line->enabledLabel;
     line->row->hide();
@@ -694,10 +568,10 @@ void ObjectSelectorEditor::removeFilterLine(FilterLine* line)
 
 void ObjectSelectorEditor::clearFilters()
 {
-    while (!m_filterLines.isEmpty())
-        removeFilterLine(m_filterLines.last());
-    if (!m_search->text().isEmpty()) {
-        m_search->clear();
+    while (!d->filterLines.isEmpty())
+        removeFilterLine(d->filterLines.last());
+    if (!d->search->text().isEmpty()) {
+        d->search->clear();
         notify([](ObjectSelectorEditorObserverInterface* o) { o->stopSearchRequested(); });
     }
     rebuildQuickFilterMenu();
@@ -705,22 +579,22 @@ void ObjectSelectorEditor::clearFilters()
 
 int ObjectSelectorEditor::filterLineCount() const
 {
-    return m_filterLines.size();
+    return d->filterLines.size();
 }
 
 QComboBox* ObjectSelectorEditor::filterLabelBox(int index) const
 {
-    return index >= 0 && index < m_filterLines.size() ? m_filterLines.at(index)->label : nullptr;
+    return index >= 0 && index < d->filterLines.size() ? d->filterLines.at(index)->label : nullptr;
 }
 
 QLineEdit* ObjectSelectorEditor::filterValueLine(int index) const
 {
-    return index >= 0 && index < m_filterLines.size() ? m_filterLines.at(index)->value : nullptr;
+    return index >= 0 && index < d->filterLines.size() ? d->filterLines.at(index)->value : nullptr;
 }
 
 QToolButton* ObjectSelectorEditor::removeFilterButton(int index) const
 {
-    return index >= 0 && index < m_filterLines.size() ? m_filterLines.at(index)->remove : nullptr;
+    return index >= 0 && index < d->filterLines.size() ? d->filterLines.at(index)->remove : nullptr;
 }
 
 void ObjectSelectorEditor::onQuickFilter(const QString& label, const QString& value)
@@ -741,36 +615,74 @@ void ObjectSelectorEditor::onSearchEdited(const QString& text)
     rebuildQuickFilterMenu();
 }
 
-void ObjectSelectorEditor::onItemChanged(QTreeWidgetItem* line, int column)
+void ObjectSelectorEditor::onCheckRequested(ObjectSelectorItemInterface* item, bool checked)
 {
-    if (m_updating || column != 0)
-        return;
-    ObjectSelectorItemInterface* item = itemOf(line);
-    if (!item || !item->isCheckable())
-        return;
-    const bool checked = line->checkState(0) == Qt::Checked;
-    if (checked == item->isChecked())
+    if (d->updating || !item || !item->isCheckable() || checked == item->isChecked())
         return;
     notify([&](ObjectSelectorEditorObserverInterface* o) { o->toggleCheckRequested(item, checked); });
     // The observers may have changed other ticks (single selection): show them all.
     updateViewData();
 }
 
+void ObjectSelectorEditor::onCurrentChanged(const QModelIndex& current)
+{
+    if (d->updating)
+        return;
+    ObjectSelectorItemInterface* item = d->treeModel->itemAt(current);
+    d->current = item;
+    updateDetails();
+    notify([item](ObjectSelectorEditorObserverInterface* o) { o->currentItemChanged(item); });
+}
+
 void ObjectSelectorEditor::onCheckAllClicked(bool checked)
 {
-    for (const Row& row : qAsConst(m_rows)) {
-        ObjectSelectorItemInterface* item = row.node->attribute;
-        const QObject* object = dynamic_cast<const QObject*>(item);
-        if (!item || !item->isCheckable() || item->isChecked() == checked)
+    for (ObjectSelectorItemInterface* item : d->treeModel->shownItems()) {
+        if (!item->isCheckable() || item->isChecked() == checked)
             continue;
+        const QObject* object = dynamic_cast<const QObject*>(item);
         if (object && object->property("ISREADONLY").toBool())
             continue;
-        bool shown = true;
-        for (const QTreeWidgetItem* l = row.line; l && shown; l = l->parent())
-            shown = !l->isHidden();
-        if (shown)
-            notify([&](ObjectSelectorEditorObserverInterface* o) { o->toggleCheckRequested(item, checked); });
+        notify([&](ObjectSelectorEditorObserverInterface* o) { o->toggleCheckRequested(item, checked); });
     }
     notify([&](ObjectSelectorEditorObserverInterface* o) { o->checkAllRequested(checked); });
     updateViewData();
+}
+
+// The parts of the widget ----------------------------------------------------------
+
+QLineEdit* ObjectSelectorEditor::searchLine() const
+{
+    return d->search;
+}
+QToolButton* ObjectSelectorEditor::quickFilterButton() const
+{
+    return d->quickFilterButton;
+}
+QMenu* ObjectSelectorEditor::quickFilterMenu() const
+{
+    return d->quickFilterMenu;
+}
+QToolButton* ObjectSelectorEditor::addFilterButton() const
+{
+    return d->addFilterButton;
+}
+QTreeView* ObjectSelectorEditor::treeView() const
+{
+    return d->tree;
+}
+ObjectSelectorTreeModel* ObjectSelectorEditor::treeModel() const
+{
+    return d->treeModel;
+}
+QCheckBox* ObjectSelectorEditor::checkAllBox() const
+{
+    return d->checkAll;
+}
+QTextBrowser* ObjectSelectorEditor::detailsPane() const
+{
+    return d->details;
+}
+QLabel* ObjectSelectorEditor::countLabel() const
+{
+    return d->count;
 }

@@ -2,24 +2,24 @@
 
 #include "objectselectoreditorinterface.h"
 #include "objectselectoriteminterface.h"
-#include "ttree.h"
 #include "vndatabase_export.h"
 
-#include <QHash>
-#include <QList>
-#include <QVector>
+#include <QStringList>
 #include <QWidget>
 
+#include <memory>
+
+class ObjectSelectorEditorPrivate;
+class ObjectSelectorTreeModel;
 class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
 class QMenu;
+class QModelIndex;
 class QTextBrowser;
 class QToolButton;
-class QTreeWidget;
-class QTreeWidgetItem;
-class QVBoxLayout;
+class QTreeView;
 
 /// The on-screen object selector: a search line, a quick-filter menu, custom
 /// filter lines, the model's tree with icons and check boxes, a "Check all
@@ -33,8 +33,6 @@ class VNDATABASE_EXPORT ObjectSelectorEditor : public QWidget, public ObjectSele
     Q_OBJECT
 
 public:
-    using Node = TTree<ObjectSelectorItemInterface*>;
-
     ObjectSelectorEditor(QWidget* parent, const ObjectSelectorModelInterface* model);
     ~ObjectSelectorEditor() override;
 
@@ -60,40 +58,33 @@ public:
     QString detailsHtml(ObjectSelectorItemInterface* item) const;
 
     // The parts of the widget, for embedding applications and tests.
-    QLineEdit* searchLine() const { return m_search; }
-    QToolButton* quickFilterButton() const { return m_quickFilterButton; }
-    QMenu* quickFilterMenu() const { return m_quickFilterMenu; }
-    QToolButton* addFilterButton() const { return m_addFilterButton; }
+    QLineEdit* searchLine() const;
+    QToolButton* quickFilterButton() const;
+    QMenu* quickFilterMenu() const;
+    QToolButton* addFilterButton() const;
     QComboBox* filterLabelBox(int index) const;
     QLineEdit* filterValueLine(int index) const;
     QToolButton* removeFilterButton(int index) const;
-    QTreeWidget* treeWidget() const { return m_tree; }
-    QCheckBox* checkAllBox() const { return m_checkAll; }
-    QTextBrowser* detailsPane() const { return m_details; }
-    QLabel* countLabel() const { return m_count; }
-    /// The tree line that shows `item`, or null.
-    QTreeWidgetItem* treeItem(ObjectSelectorItemInterface* item) const;
-    /// The item shown on `line`, or null.
-    ObjectSelectorItemInterface* itemOf(QTreeWidgetItem* line) const;
+    /// The tree: a view over treeModel(), which shows the model's visible nodes.
+    QTreeView* treeView() const;
+    ObjectSelectorTreeModel* treeModel() const;
+    QCheckBox* checkAllBox() const;
+    QTextBrowser* detailsPane() const;
+    QLabel* countLabel() const;
+    /// The item of the current line (kept while a search hides it), or null.
+    ObjectSelectorItemInterface* currentItem() const;
 
 protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    friend class ObjectSelectorEditorPrivate;
     struct FilterLine;
-    struct Row
-    {
-        const Node* node = nullptr;
-        QTreeWidgetItem* line = nullptr;
-    };
 
     void retranslate();
-    const Node* modelRoot() const;
     QStringList visibleFilterLabels() const;
-    void rebuildTree();
-    bool treeMatchesModel() const;
-    void applyData(const Row& row);
-    void applyState(const Row& row);
+    void refreshTree(bool structureAndVisibility);
+    void syncBranches();
     void rebuildQuickFilterMenu();
     void updateCheckAllState();
     void updateCount();
@@ -101,7 +92,8 @@ private:
     void updateFilterControls();
 
     void onSearchEdited(const QString& text);
-    void onItemChanged(QTreeWidgetItem* line, int column);
+    void onCheckRequested(ObjectSelectorItemInterface* item, bool checked);
+    void onCurrentChanged(const QModelIndex& current);
     void onCheckAllClicked(bool checked);
     void onQuickFilter(const QString& label, const QString& value);
     void onFilterLabelChanged(FilterLine* line);
@@ -111,23 +103,7 @@ private:
     template <typename Call>
     void notify(Call call);
 
-    const ObjectSelectorModelInterface* m_model = nullptr;
-    QList<ObjectSelectorEditorObserverInterface*> m_observers;
-
-    QLineEdit* m_search = nullptr;
-    QToolButton* m_quickFilterButton = nullptr;
-    QMenu* m_quickFilterMenu = nullptr;
-    QToolButton* m_addFilterButton = nullptr;
-    QLabel* m_filtersTitle = nullptr;
-    QVBoxLayout* m_filterLayout = nullptr;
-    QList<FilterLine*> m_filterLines;
-    QTreeWidget* m_tree = nullptr;
-    QCheckBox* m_checkAll = nullptr;
-    QLabel* m_count = nullptr;
-    QTextBrowser* m_details = nullptr;
-
-    QVector<Row> m_rows;
-    QHash<ObjectSelectorItemInterface*, QTreeWidgetItem*> m_lineOfItem;
-    QHash<QTreeWidgetItem*, const Node*> m_nodeOfLine;
-    int m_updating = 0;
+    // Behind a private pointer: adding state does not change the layout other
+    // modules were built against.
+    std::unique_ptr<ObjectSelectorEditorPrivate> d;
 };

@@ -58,6 +58,9 @@ protected:
     bool event(QEvent* event) override;
 
 protected:
+    // The tree model reads the flag of every row it lays out.
+    friend class ObjectSelectorTreeModel;
+
     void setIsReadOnly(bool readOnly);
     bool isReadOnly() const;
 

@@ -8,6 +8,7 @@ list(APPEND VN_DB_HEADERS
   src/objectselector/objectselectormodel.h
   src/objectselector/objectselectoreditorobserverinterface.h
   src/objectselector/objectselectoreditorinterface.h
+  src/objectselector/objectselectortreemodel.h
   src/objectselector/objectselectoreditor.h
   src/objectselector/objectselectorctrlinterface.h
   src/objectselector/objectselectorctrl.h
@@ -21,10 +22,11 @@ list(APPEND VN_DB_SOURCES
   src/objectselector/objectselectormodel.cpp
   src/objectselector/objectselectoreditorobserverinterface.cpp
   src/objectselector/objectselectoreditorinterface.cpp
+  src/objectselector/objectselectortreemodel.cpp
   src/objectselector/objectselectoreditor.cpp
   src/objectselector/objectselectorctrlinterface.cpp
   src/objectselector/objectselectorctrl.cpp
   src/objectselector/objectselectordatabaseitem.cpp
   src/objectselector/objectselectordatabaseobjectitem.cpp
   src/objectselector/objectselectordatabasemodel.cpp)
-list(APPEND VN_DB_PRIVATE src/objectselector/objectselectoritem_p.h)
+list(APPEND VN_DB_PRIVATE src/objectselector/objectselectoritem_p.h src/objectselector/objectselectoreditor_p.h)
