@@ -110,10 +110,11 @@ std::vector<Compound> compounds()
                      {alkane(20), 0.5}}});
 
     const double bio = 4.0e4;
-    // Hopanes: ring A/B fragment C14H23+ at m/z 191.18, molecular ions C(n)H(2n-6).
+    // Hopanes: ring A/B fragment C14H23+ at m/z 191.18, molecular ions
+    // C(n)H(2n-8) (five rings): Ts and Tm at 370, hopane at 412.
     auto hopane
         = [&](const QString& name, double ri, double amount, int n, double m191, double extraMass, double extra) {
-              const double molecular = C * n + H * (2 * n - 6);
+              const double molecular = C * n + H * (2 * n - 8);
               Compound c{name,
                          ri,
                          amount * bio,
