@@ -20,6 +20,18 @@ constexpr double SeriesFloor = 0.005;
 
 } // namespace
 
+QVector<int> TIdentifier::referenceAlkanes(const QVector<TIdentificationTarget>& targets)
+{
+    QVector<int> carbons;
+    for (const TIdentificationTarget& t : targets) {
+        if (t.carbons > 0 && std::isfinite(t.retentionIndex) && std::fabs(t.retentionIndex - 100.0 * t.carbons) < 1e-6)
+            carbons.append(t.carbons);
+    }
+    std::sort(carbons.begin(), carbons.end());
+    carbons.erase(std::unique(carbons.begin(), carbons.end()), carbons.end());
+    return carbons;
+}
+
 QVector<int> TIdentifier::homologousSeries(const QVector<TPeak>& peaks, double tolerance)
 {
     double largest = 0.0;

@@ -18,6 +18,7 @@ struct VNGEOCHEM_EXPORT TIdentificationTarget
     QString shortName;
     double retentionIndex = qQNaN(); ///< NaN when the reference has none
     double ion = 0.0;                ///< m/z of its chromatogram; 0 when the reference names none
+    int carbons = 0;                 ///< 0 when unknown
 };
 
 /// Tells which peaks of an analysis are which compounds, on plain peaks and
@@ -33,6 +34,11 @@ public:
     /// carbons (e.g. its molecular ion in the spectrum at the apex); 0 when
     /// nothing tells.
     using AlkaneEvidence = std::function<double(int peak, int carbons)>;
+
+    /// The carbon numbers of the n-alkanes among `targets`: the compounds
+    /// whose retention index is 100 x their carbon number, as the index
+    /// defines it.
+    static QVector<int> referenceAlkanes(const QVector<TIdentificationTarget>& targets);
 
     /// The peaks (indices into `peaks`, in time order) that form the longest
     /// series of regularly spaced, dominant peaks: the homologous series of
