@@ -2,6 +2,8 @@
 #include "cliapplication.h"
 #include "democommand.h"
 #include "eiccommand.h"
+#include "identifycommand.h"
+#include "peakscommand.h"
 #include "importcommand.h"
 #include "plotcommand.h"
 #include "projectcommand.h"
@@ -44,6 +46,8 @@ int main(int argc, char** argv)
     cli.addCommand(new ChannelCommand);
     cli.addCommand(new EicCommand);
     cli.addCommand(new SpectrumCommand);
+    cli.addCommand(new PeaksCommand);
+    cli.addCommand(new IdentifyCommand);
     cli.addCommand(new PlotCommand);
     cli.addCommand(new RefCommand);
     cli.addCommand(new SelectCommand);
