@@ -1,8 +1,10 @@
 #include "channelcommand.h"
 #include "cliapplication.h"
 #include "democommand.h"
+#include "diagramcommand.h"
 #include "eiccommand.h"
 #include "importcommand.h"
+#include "paramscommand.h"
 #include "plotcommand.h"
 #include "projectcommand.h"
 #include "refcommand.h"
@@ -47,5 +49,7 @@ int main(int argc, char** argv)
     cli.addCommand(new PlotCommand);
     cli.addCommand(new RefCommand);
     cli.addCommand(new SelectCommand);
+    cli.addCommand(new ParamsCommand);
+    cli.addCommand(new DiagramCommand);
     return cli.exec(QCoreApplication::arguments().mid(1));
 }

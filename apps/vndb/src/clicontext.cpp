@@ -55,6 +55,12 @@ void CliContext::printJson(const QJsonObject& object)
         writeLine(stdout, QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Indented)).trimmed());
 }
 
+void CliContext::printJson(const QJsonArray& array)
+{
+    if (m_json)
+        writeLine(stdout, QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Indented)).trimmed());
+}
+
 void CliContext::note(const QString& line)
 {
     writeLine(stderr, QStringLiteral("vndb: ") + oneLine(line));
