@@ -1,9 +1,14 @@
 #pragma once
 
+#include "vnchromatogram.h"
 #include "vndatabase_export.h"
 
 #include <databasetype.h>
+#include <tcompoundmeasure.h>
 #include <tdatabase.h>
+#include <tidentifier.h>
+#include <tpeakfinder.h>
+#include <tretentionindexscale.h>
 #include <tlocalization.h>
 #include <vnobjecttype.h>
 
@@ -21,6 +26,7 @@ class VNObject2;
 class VNObject2Dataset;
 class VNObject2Project;
 class VNObject2Variable;
+class VNToviDatabaseInterface;
 // Acquisition data (forward declarations)
 class TAnalysisNoise;
 class VNObject2Signal;
@@ -152,6 +158,43 @@ protected:
 
 public:
     // end of acquisition data
+
+    // Peaks and identification
+    /// The times (minutes) and values of one chromatogram of `analysis`;
+    /// false with a translated reason when the analysis has no such
+    /// chromatogram or its file cannot be read.
+    static bool analysisChromatogram(const VNObject2Analysis* analysis, const VNChromatogram& chromatogram,
+                                     QVector<double>* times, QVector<double>* values, QString* error = nullptr);
+    /// Finds and integrates the peaks of one chromatogram of `analysis` and
+    /// stores them as the analysis' peak detection of that chromatogram,
+    /// replacing what an earlier detection stored. Signal-to-noise is taken
+    /// against the analysis' noise record for its TIC (it is measured there),
+    /// against the chromatogram's own noise otherwise. Empty with `error`
+    /// when the chromatogram cannot be read; the peaks with `error` when they
+    /// cannot be stored (a read-only project).
+    QList<TPeak> analysisDetectPeaks(const VNObject2Analysis* analysis, const VNChromatogram& chromatogram,
+                                     QString* error = nullptr);
+    /// The peaks stored for that chromatogram of `analysis` (empty when none
+    /// were detected).
+    QList<TPeak> analysisPeaks(const VNObject2Analysis* analysis, const VNChromatogram& chromatogram) const;
+    /// Whether peaks were ever stored for that chromatogram (a detection may find none).
+    bool analysisHasPeaks(const VNObject2Analysis* analysis, const VNChromatogram& chromatogram) const;
+    /// The chromatogram an analysis is calibrated on: its flame detector
+    /// channel when it has one and no scans, else m/z 57.
+    static VNChromatogram alkaneChromatogram(const VNObject2Analysis* analysis);
+    /// The retention-index scale of `analysis`, from the n-alkanes (carbon
+    /// numbers) that the reference knows; the peaks it is drawn from are
+    /// stored. An invalid scale says why.
+    TRetentionIndexScale analysisRetentionIndexScale(const VNObject2Analysis* analysis,
+                                                     const QVector<int>& alkaneCarbons);
+    /// The compounds of a reference database as identification needs them,
+    /// in the reference's order.
+    static QList<TIdentificationTarget> identificationTargets(VNToviDatabaseInterface* reference);
+    /// One measure per target: calibrates `analysis` on the targets' n-alkanes,
+    /// detects (and stores) the peaks of every ion the targets are measured
+    /// on, and takes each target's largest peak within `window` index units.
+    TCompoundMeasures analysisIdentify(const VNObject2Analysis* analysis, const QList<TIdentificationTarget>& targets,
+                                       double window = TIdentifier::DefaultWindow);
 
 private:
     void connectDeletion();

@@ -25,6 +25,7 @@ struct Ion
 
 struct Compound
 {
+    QString name;
     double retentionIndex;
     double amount; // apex abundance of the base peak
     int parent;    // nominal molecular mass, the MS/MS parent
@@ -66,8 +67,8 @@ std::vector<Compound> compounds()
     std::vector<Compound> list;
     // n-alkanes of a mature marine oil: a smooth envelope centred near C17-C20.
     for (int n = 10; n <= 40; ++n) {
-        Compound c{
-            100.0 * n, 2.0e6 * std::exp(-std::pow((n - 18) / 9.0, 2.0)) + 2.0e4, int(std::lround(alkane(n))), n, {}};
+        Compound c{QStringLiteral("nC%1").arg(n), 100.0 * n, 2.0e6 * std::exp(-std::pow((n - 18) / 9.0, 2.0)) + 2.0e4,
+                   int(std::lround(alkane(n))),   n,         {}};
         const double base[] = {80, 100, 65, 45, 28};
         for (int k = 3; k < n; ++k) {
             const double relative = k - 3 < 5 ? base[k - 3] : 28.0 * std::pow(0.78, k - 7);
@@ -82,7 +83,8 @@ std::vector<Compound> compounds()
     // Isoprenoids just after n-C17 and n-C18; their 113 and 183 ions come from
     // cleavage at the branch points.
     const double c17 = 2.0e6 * std::exp(-std::pow(-1 / 9.0, 2.0));
-    list.push_back({1707,
+    list.push_back({QStringLiteral("Pr"),
+                    1707,
                     0.7 * c17,
                     268,
                     19,
@@ -93,7 +95,8 @@ std::vector<Compound> compounds()
                      {alkyl(8), 40},
                      {alkyl(13), 15},
                      {alkane(19), 0.5}}});
-    list.push_back({1811,
+    list.push_back({QStringLiteral("Ph"),
+                    1811,
                     0.45 * c17,
                     282,
                     20,
@@ -107,32 +110,35 @@ std::vector<Compound> compounds()
                      {alkane(20), 0.5}}});
 
     const double bio = 4.0e4;
-    // Hopanes: ring A/B fragment C14H23+ at m/z 191.18, molecular ions C(n)H(2n-6).
-    auto hopane = [&](double ri, double amount, int n, double m191, double extraMass, double extra) {
-        const double molecular = C * n + H * (2 * n - 6);
-        Compound c{ri,
-                   amount * bio,
-                   int(std::lround(molecular)),
-                   n,
-                   {{C * 14 + H * 23, m191},
-                    {molecular, 15},
-                    {molecular - C - 3 * H, 6},
-                    {C * 11 + H * 16 + 0.0, 25},
-                    {C * 7 + H * 11, 30}}};
-        if (extra > 0)
-            c.ions.push_back({extraMass, extra});
-        list.push_back(c);
-    };
-    hopane(2880, 0.6, 27, 60, C * 27 + H * 46, 45);  // Ts, strong molecular ion
-    hopane(2920, 0.5, 27, 100, 0, 0);                // Tm
-    hopane(3075, 1.2, 29, 100, C * 13 + H * 21, 40); // 30-norhopane, m/z 177
-    hopane(3140, 2.0, 30, 100, C * 27 + H * 45, 15); // hopane, m/z 369
-    for (int n = 31; n <= 35; ++n) {                 // homohopanes, 22S before 22R
+    // Hopanes: ring A/B fragment C14H23+ at m/z 191.18, molecular ions
+    // C(n)H(2n-8) (five rings): Ts and Tm at 370, hopane at 412.
+    auto hopane
+        = [&](const QString& name, double ri, double amount, int n, double m191, double extraMass, double extra) {
+              const double molecular = C * n + H * (2 * n - 8);
+              Compound c{name,
+                         ri,
+                         amount * bio,
+                         int(std::lround(molecular)),
+                         n,
+                         {{C * 14 + H * 23, m191},
+                          {molecular, 15},
+                          {molecular - C - 3 * H, 6},
+                          {C * 11 + H * 16 + 0.0, 25},
+                          {C * 7 + H * 11, 30}}};
+              if (extra > 0)
+                  c.ions.push_back({extraMass, extra});
+              list.push_back(c);
+          };
+    hopane(QStringLiteral("Ts"), 2880, 0.6, 27, 60, C * 27 + H * 46, 45); // strong molecular ion
+    hopane(QStringLiteral("Tm"), 2920, 0.5, 27, 100, 0, 0);
+    hopane(QStringLiteral("C29H"), 3075, 1.2, 29, 100, C * 13 + H * 21, 40); // 30-norhopane, m/z 177
+    hopane(QStringLiteral("C30H"), 3140, 2.0, 30, 100, C * 27 + H * 45, 15); // hopane, m/z 369
+    for (int n = 31; n <= 35; ++n) {                                         // homohopanes, 22S before 22R
         const double amount = 0.9 * std::pow(0.68, n - 31);
         const double sideChain = C * (n - 16) + H * (2 * (n - 16) - 5); // ring E fragment, m/z 205, 219 ...
         const double ri = 3235 + 88.0 * (n - 31);
-        hopane(ri, amount, n, 100, sideChain, 30);
-        hopane(ri + 18, amount * 0.7, n, 100, sideChain, 30);
+        hopane(QStringLiteral("C%1H22S").arg(n), ri, amount, n, 100, sideChain, 30);
+        hopane(QStringLiteral("C%1H22R").arg(n), ri + 18, amount * 0.7, n, 100, sideChain, 30);
     }
     // Regular steranes C27-C30: ring fragment C16H25+ at m/z 217.20 (218 for
     // the 14beta,17beta isomers), molecular ions C(n)H(2n-6).
@@ -141,10 +147,12 @@ std::vector<Compound> compounds()
         const int n = int(s[0]);
         const double molecular = C * n + H * (2 * n - 6);
         const double ri0 = 2790 + 70.0 * (n - 27);
-        const double isomers[][2] = {{0, 0.8}, {22, 0.9}, {30, 0.8}, {60, 1.0}}; // aaa20S, abb20R, abb20S, aaa20R
+        const double isomers[][2] = {{0, 0.8}, {22, 0.9}, {30, 0.8}, {60, 1.0}};
+        const char* isomerNames[] = {"aaa20S", "abb20R", "abb20S", "aaa20R"};
         for (int i = 0; i < 4; ++i) {
             const bool abb = i == 1 || i == 2;
-            Compound c{ri0 + isomers[i][0],
+            Compound c{QStringLiteral("C%1%2").arg(n).arg(QLatin1String(isomerNames[i])),
+                       ri0 + isomers[i][0],
                        s[1] * isomers[i][1] * bio,
                        int(std::lround(molecular)),
                        n,
@@ -177,6 +185,64 @@ double TSyntheticRun::retentionTime(const Options& options, double retentionInde
     const double t10 = options.startTime + 0.04 * (options.endTime - options.startTime);
     const double t40 = options.endTime - 0.07 * (options.endTime - options.startTime);
     return t10 + (retentionIndex - 1000.0) / 3000.0 * (t40 - t10);
+}
+
+QVector<TSyntheticRun::PlacedPeak> TSyntheticRun::placedPeaks(const Options& options)
+{
+    QVector<PlacedPeak> placed;
+    for (const Compound& c : compounds()) {
+        PlacedPeak p;
+        p.name = c.name;
+        p.retentionIndex = c.retentionIndex;
+        p.time = retentionTime(options, c.retentionIndex);
+        p.sigma = sigmaAt(p.time);
+        p.amount = c.amount;
+        p.carbons = c.carbons;
+        p.parent = c.parent;
+        for (const Ion& ion : c.ions)
+            p.ions.append(qMakePair(ion.mass, ion.relative));
+        placed.append(p);
+    }
+    return placed;
+}
+
+namespace {
+// The integral over time of a Gaussian of unit apex.
+double gaussianArea(double sigma)
+{
+    return sigma * std::sqrt(2.0 * M_PI);
+}
+} // namespace
+
+double TSyntheticRun::PlacedPeak::ionArea(double mass) const
+{
+    // The generator adds ions up on their nominal mass.
+    double relative = 0.0;
+    for (const auto& ion : ions) {
+        if (std::lround(ion.first) == std::lround(mass))
+            relative += ion.second;
+    }
+    return amount * relative / 100.0 * gaussianArea(sigma);
+}
+
+double TSyntheticRun::PlacedPeak::ticArea() const
+{
+    double relative = 0.0;
+    for (const auto& ion : ions) {
+        if (std::lround(ion.first) >= LowMass)
+            relative += ion.second;
+    }
+    return amount * relative / 100.0 * gaussianArea(sigma);
+}
+
+double TSyntheticRun::PlacedPeak::flameArea() const
+{
+    return amount * carbons * 0.05 * gaussianArea(sigma);
+}
+
+double TSyntheticRun::PlacedPeak::transitionArea(int parentMass, int daughter) const
+{
+    return parentMass == parent ? 0.3 * ionArea(daughter) : 0.0;
 }
 
 TAcquisitionRun TSyntheticRun::generate(const Options& options)

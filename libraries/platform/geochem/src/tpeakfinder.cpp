@@ -76,7 +76,21 @@ double TPeakFinder::estimateNoise(const QVector<double>& values)
     std::nth_element(differences.begin(), middle, differences.end());
     // For Gaussian noise, the median absolute difference of neighbours is
     // 0.6745 x sqrt(2) standard deviations.
-    return *middle / (0.6745 * std::sqrt(2.0));
+    if (*middle > 0.0)
+        return *middle / (0.6745 * std::sqrt(2.0));
+    // A mostly flat trace (an ion the centroider keeps only now and then):
+    // its noise is in the scattered points, so the median is taken over the
+    // steps that are not flat.
+    std::vector<double> steps;
+    for (double d : differences) {
+        if (d > 0.0)
+            steps.push_back(d);
+    }
+    if (steps.empty())
+        return 0.0;
+    auto half = steps.begin() + steps.size() / 2;
+    std::nth_element(steps.begin(), half, steps.end());
+    return *half / (0.6745 * std::sqrt(2.0));
 }
 
 QVector<TPeak> TPeakFinder::find(const QVector<double>& times, const QVector<double>& values, double noise,
@@ -212,6 +226,9 @@ QVector<TPeak> TPeakFinder::find(const QVector<double>& times, const QVector<dou
                 }
             }
             peak.width = right - left;
+            // A bump that does not rise above its own baseline is no peak.
+            if (!(peak.height > 0.0) || !(peak.area > 0.0) || !std::isfinite(peak.width))
+                continue;
             peak.signalToNoise = noise > 0.0 ? peak.height / noise : 0.0;
             peaks.append(peak);
         }
