@@ -61,9 +61,13 @@ private slots:
         // Parameters of the full-scan runs, stored, and a diagram with its zones.
         QVERIFY2(first.out.contains("crude-oil-a: Pr/Ph"), qPrintable(first.out));
         QVERIFY(first.out.contains("Ts/(Ts+Tm)"));
-        QImage diagram;
-        QVERIFY(diagram.load(root + "/plots/pristane-phytane-diagram.png"));
-        QCOMPARE(diagram.size(), QSize(900, 600));
+        for (const QString diagram : {"maturity-diagram.png", "pristane-phytane-diagram.png"}) {
+            QImage image;
+            QVERIFY2(image.load(root + "/plots/" + diagram), qPrintable(diagram));
+            QCOMPARE(image.size(), QSize(900, 600));
+        }
+        QVERIFY2(first.out.contains("plots/maturity-diagram.png: Ts/(Ts+Tm) vs CPI with its zones"),
+                 qPrintable(first.out));
         const VndbResult stored
             = VndbRunner::run({"params", root + "/project", "crude-oil-b", "--dir", reference, "--csv"});
         QVERIFY2(stored.exitCode == 0 && stored.out.contains("crude-oil-b,CPI,"), qPrintable(stored.out + stored.err));

@@ -529,23 +529,29 @@ bool DemoCommand::interpret()
     say(tr("stored in the project with every other parameter (vndb params %1)",
            "enregistrés dans le projet avec tous les autres paramètres (vndb params %1)")
             .arg(m_project));
-    const QString graphName = QStringLiteral("Pr/n-C17 vs Ph/n-C18");
-    const VNObject2* graph = DiagramCommand::findGraph(run.reference(), graphName);
-    if (!graph) {
-        say(tr("no graph '%1' in the reference databases (made by an earlier version): no diagram",
-               "aucun graphe '%1' dans les bases de référence (faites par une version antérieure) : pas de "
-               "diagramme")
-                .arg(graphName));
-        return true;
+    // Two diagrams of the sample content: maturity (both values measured in
+    // every run) and source (the isoprenoids), whose legend names the runs
+    // that lack a value.
+    const QList<QPair<QString, QString>> diagrams
+        = {{QStringLiteral("Ts/(Ts+Tm) vs CPI"), QStringLiteral("plots/maturity-diagram.png")},
+           {QStringLiteral("Pr/n-C17 vs Ph/n-C18"), QStringLiteral("plots/pristane-phytane-diagram.png")}};
+    for (const auto& [graphName, file] : diagrams) {
+        const VNObject2* graph = DiagramCommand::findGraph(run.reference(), graphName);
+        if (!graph) {
+            say(tr("no graph '%1' in the reference databases (made by an earlier version): no diagram",
+                   "aucun graphe '%1' dans les bases de référence (faites par une version antérieure) : pas de "
+                   "diagramme")
+                    .arg(graphName));
+            continue;
+        }
+        QStringList placed, unplaced;
+        if (!DiagramCommand::draw(run, graph, analyses, m_root + QLatin1Char('/') + file, QSize(900, 600), &placed,
+                                  &unplaced, &m_error))
+            return false;
+        say(tr("%1: %2 with its zones; placed: %3; not placed: %4",
+               "%1 : %2 avec ses zones ; placées : %3 ; non placées : %4")
+                .arg(file, graphName, placed.isEmpty() ? tr("none", "aucune") : placed.join(QStringLiteral(", ")),
+                     unplaced.isEmpty() ? tr("none", "aucune") : unplaced.join(QStringLiteral(", "))));
     }
-    const QString file = QStringLiteral("plots/pristane-phytane-diagram.png");
-    QStringList placed, unplaced;
-    if (!DiagramCommand::draw(run, graph, analyses, m_root + QLatin1Char('/') + file, QSize(900, 600), &placed,
-                              &unplaced, &m_error))
-        return false;
-    say(tr("%1: %2 with its zones; placed: %3; not placed: %4",
-           "%1 : %2 avec ses zones ; placées : %3 ; non placées : %4")
-            .arg(file, graphName, placed.isEmpty() ? tr("none", "aucune") : placed.join(QStringLiteral(", ")),
-                 unplaced.isEmpty() ? tr("none", "aucune") : unplaced.join(QStringLiteral(", "))));
     return true;
 }

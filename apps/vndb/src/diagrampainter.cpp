@@ -181,29 +181,54 @@ void DiagramPainter::paint(QPainter* painter, const QSize& size) const
     painter->restore();
 }
 
-void DiagramPainter::paintZoneLabel(QPainter* painter, const Zone& zone, const QVector<QPointF>& polygon) const
+void DiagramPainter::paintZoneLabel(QPainter* painter, const Zone& zone, const QVector<QPointF>& polygon,
+                                    QVector<QRectF>* taken) const
 {
     if (zone.label.isEmpty() || polygon.isEmpty())
         return;
-    const QPointF at = zone.closed ? centroid(polygon) : polygon.at(polygon.size() / 2);
     const QFontMetricsF metrics(painter->font());
     const double w = metrics.horizontalAdvance(zone.label) + 6;
+    QRectF box;
+    if (zone.closed) {
+        const QPointF at = centroid(polygon);
+        box = QRectF(at.x() - w / 2, at.y() - metrics.height() / 2, w, metrics.height());
+    } else {
+        // A line is named halfway along, just beside it.
+        const int n = polygon.size();
+        const QPointF at = n % 2 ? polygon.at(n / 2) : (polygon.at(n / 2 - 1) + polygon.at(n / 2)) / 2.0;
+        box = QRectF(at.x() + 4, at.y() - metrics.height(), w, metrics.height());
+    }
     painter->setPen(zone.color.darker(170));
-    painter->drawText(QRectF(at.x() - w / 2, at.y() - metrics.height() / 2, w, metrics.height()), Qt::AlignCenter,
-                      zone.label);
+    painter->drawText(box, zone.closed ? Qt::AlignCenter : Qt::AlignLeft, zone.label);
+    taken->append(box);
 }
 
-void DiagramPainter::paintMarker(QPainter* painter, const QPointF& at, const QColor& color, const QString& label)
+void DiagramPainter::paintMarker(QPainter* painter, const QPointF& at, const QColor& color, const QString& label,
+                                 QVector<QRectF>* taken)
 {
-    const double r = std::max(3.5, QFontMetricsF(painter->font()).height() * 0.3);
+    const QFontMetricsF metrics(painter->font());
+    const double r = std::max(3.5, metrics.height() * 0.3);
     painter->setPen(QPen(Qt::white, 1.2));
     painter->setBrush(color);
     painter->drawEllipse(at, r, r);
     painter->setBrush(Qt::NoBrush);
     if (label.isEmpty())
         return;
-    painter->setPen(PictureWriter::AxisColor);
-    painter->drawText(at + QPointF(r + 3, -r - 2), label);
+    // Analyses of equal values share a place: their labels stack downwards
+    // instead of printing over each other.
+    QRectF box(at.x() + r + 3, at.y() - r - 2 - metrics.ascent(), metrics.horizontalAdvance(label) + 2,
+               metrics.height());
+    for (int tries = 0; taken && tries < 12; ++tries) {
+        const bool free
+            = std::none_of(taken->begin(), taken->end(), [&](const QRectF& t) { return t.intersects(box); });
+        if (free)
+            break;
+        box.translate(0, metrics.height());
+    }
+    if (taken)
+        taken->append(box);
+    painter->setPen(color.darker(140));
+    painter->drawText(box, Qt::AlignLeft | Qt::AlignTop, label);
 }
 
 void DiagramPainter::paintCrossPlot(QPainter* painter, const QRectF& bounds) const
@@ -256,6 +281,7 @@ void DiagramPainter::paintCrossPlot(QPainter* painter, const QRectF& bounds) con
                           xScale.labels.at(i));
     }
 
+    QVector<QRectF> taken; // labels drawn, which the analyses' labels avoid
     painter->save();
     painter->setClipRect(area);
     for (const Zone& zone : m_zones) {
@@ -276,13 +302,13 @@ void DiagramPainter::paintCrossPlot(QPainter* painter, const QRectF& bounds) con
         else
             painter->drawPolyline(QPolygonF(polygon));
         painter->setBrush(Qt::NoBrush);
-        paintZoneLabel(painter, zone, polygon);
+        paintZoneLabel(painter, zone, polygon, &taken);
     }
     painter->restore();
     for (int i = 0; i < m_samples.size(); ++i) {
         const Sample& sample = m_samples.at(i);
         if (canPlace(sample))
-            paintMarker(painter, at(sample.values.at(0), sample.values.at(1)), sampleColor(i), sample.label);
+            paintMarker(painter, at(sample.values.at(0), sample.values.at(1)), sampleColor(i), sample.label, &taken);
     }
 
     painter->setPen(QPen(PictureWriter::AxisColor, 1.2));
@@ -313,6 +339,7 @@ void DiagramPainter::paintTernary(QPainter* painter, const QRectF& bounds) const
         painter->drawLine(at(1 - f, f, 0), at(0, f, 1 - f));
         painter->drawLine(at(1 - f, 0, f), at(0, 1 - f, f));
     }
+    QVector<QRectF> taken; // labels drawn, which the analyses' labels avoid
     painter->save();
     painter->setClipRect(bounds);
     for (const Zone& zone : m_zones) {
@@ -328,7 +355,7 @@ void DiagramPainter::paintTernary(QPainter* painter, const QRectF& bounds) const
         else
             painter->drawPolyline(QPolygonF(polygon));
         painter->setBrush(Qt::NoBrush);
-        paintZoneLabel(painter, zone, polygon);
+        paintZoneLabel(painter, zone, polygon, &taken);
     }
     painter->restore();
     painter->setPen(QPen(PictureWriter::AxisColor, 1.2));
@@ -342,7 +369,7 @@ void DiagramPainter::paintTernary(QPainter* painter, const QRectF& bounds) const
     for (int i = 0; i < m_samples.size(); ++i) {
         const Sample& s = m_samples.at(i);
         if (canPlace(s))
-            paintMarker(painter, at(s.values.at(0), s.values.at(1), s.values.at(2)), sampleColor(i), s.label);
+            paintMarker(painter, at(s.values.at(0), s.values.at(1), s.values.at(2)), sampleColor(i), s.label, &taken);
     }
 }
 
@@ -397,6 +424,7 @@ void DiagramPainter::paintPolar(QPainter* painter, const QRectF& bounds) const
         const double w = metrics.horizontalAdvance(text) + 6;
         painter->drawText(QRectF(labelAt.x() - w / 2, labelAt.y() - line / 2, w, line), Qt::AlignCenter, text);
     }
+    QVector<QRectF> taken; // labels drawn, which the analyses' labels avoid
     for (const Zone& zone : m_zones) {
         QVector<QPointF> polygon;
         for (const QPointF& p : zone.points) {
@@ -413,7 +441,7 @@ void DiagramPainter::paintPolar(QPainter* painter, const QRectF& bounds) const
         else
             painter->drawPolyline(QPolygonF(polygon));
         painter->setBrush(Qt::NoBrush);
-        paintZoneLabel(painter, zone, polygon);
+        paintZoneLabel(painter, zone, polygon, &taken);
     }
     for (int s = 0; s < m_samples.size(); ++s) {
         const Sample& sample = m_samples.at(s);
@@ -425,7 +453,7 @@ void DiagramPainter::paintPolar(QPainter* painter, const QRectF& bounds) const
         painter->setPen(QPen(sampleColor(s), 1.6));
         painter->drawPolygon(polygon);
         for (int i = 0; i < n; ++i)
-            paintMarker(painter, polygon.at(i), sampleColor(s), i == 0 ? sample.label : QString());
+            paintMarker(painter, polygon.at(i), sampleColor(s), i == 0 ? sample.label : QString(), &taken);
     }
 }
 
@@ -469,7 +497,7 @@ void DiagramPainter::paintLegend(QPainter* painter, const QRectF& box) const
             continue;
         }
         const double top = text(sample.label, PictureWriter::AxisColor);
-        paintMarker(painter, QPointF(box.left() + line * 0.35, top + line * 0.4), sampleColor(i), QString());
+        paintMarker(painter, QPointF(box.left() + line * 0.35, top + line * 0.4), sampleColor(i), QString(), nullptr);
     }
     if (m_samples.isEmpty())
         text(tr("none chosen", "aucune choisie"), PictureWriter::AxisColor);

@@ -77,8 +77,11 @@ private:
     void paintTernary(QPainter* painter, const QRectF& area) const;
     void paintPolar(QPainter* painter, const QRectF& area) const;
     void paintLegend(QPainter* painter, const QRectF& box) const;
-    void paintZoneLabel(QPainter* painter, const Zone& zone, const QVector<QPointF>& polygon) const;
-    static void paintMarker(QPainter* painter, const QPointF& at, const QColor& color, const QString& label);
+    void paintZoneLabel(QPainter* painter, const Zone& zone, const QVector<QPointF>& polygon,
+                        QVector<QRectF>* taken) const;
+    /// A point with its label, moved down past the labels already `taken`.
+    static void paintMarker(QPainter* painter, const QPointF& at, const QColor& color, const QString& label,
+                            QVector<QRectF>* taken);
     QColor sampleColor(int index) const;
 
     Plavo::TYPE_VIEW m_type;

@@ -65,11 +65,16 @@ bool ParameterValuesRun::choose(const QStringList& names, QStringList* analyses,
 
 TCompoundMeasures ParameterValuesRun::measures(const VNObject2Analysis* analysis, QString* error)
 {
-    Q_UNUSED(analysis)
-    Q_UNUSED(error)
-    // Identification comes with the peaks of the project; until then no
-    // compound is measured and every parameter says which one it lacks.
-    return TCompoundMeasures();
+    VNDatabase* db = m_project.database();
+    if (!db || !analysis) {
+        *error = tr("no analysis to identify", "aucune analyse à identifier");
+        return TCompoundMeasures();
+    }
+    // What cannot be measured in an analysis is said compound by compound in
+    // the measures themselves, and then by the parameters that need them.
+    if (m_targets.isEmpty())
+        m_targets = VNDatabase::identificationTargets(m_reference);
+    return db->analysisIdentify(analysis, m_targets);
 }
 
 bool ParameterValuesRun::compute(const QString& name, QList<TParameterValue>* values, QString* error)

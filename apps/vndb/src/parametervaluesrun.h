@@ -4,6 +4,7 @@
 #include "referencedatabases.h"
 
 #include <tcompoundmeasure.h>
+#include <tidentifier.h>
 #include <tparametercalculator.h>
 
 #include <QCoreApplication>
@@ -52,4 +53,5 @@ private:
     ProjectDatabase m_project;
     ReferenceDatabases m_databases;
     VNToviDatabaseInterface* m_reference = nullptr;
+    QList<TIdentificationTarget> m_targets;
 };
