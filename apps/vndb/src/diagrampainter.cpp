@@ -504,8 +504,9 @@ void DiagramPainter::paintLegend(QPainter* painter, const QRectF& box) const
     if (!missing.isEmpty()) {
         y += line * 0.4;
         text(tr("Not placed (a value is missing):", "Non placées (une valeur manque) :"), QColor(150, 40, 30), true);
+        // Two lines at most each: the legend names the analysis and the first reason.
         for (const QString& entry : qAsConst(missing))
-            text(entry, QColor(150, 40, 30));
+            text(metrics.elidedText(entry, Qt::ElideRight, (box.width() - line) * 1.9), QColor(150, 40, 30));
     }
 }
 
