@@ -3,6 +3,8 @@
 #include "democommand.h"
 #include "diagramcommand.h"
 #include "eiccommand.h"
+#include "identifycommand.h"
+#include "peakscommand.h"
 #include "importcommand.h"
 #include "paramscommand.h"
 #include "plotcommand.h"
@@ -46,6 +48,8 @@ int main(int argc, char** argv)
     cli.addCommand(new ChannelCommand);
     cli.addCommand(new EicCommand);
     cli.addCommand(new SpectrumCommand);
+    cli.addCommand(new PeaksCommand);
+    cli.addCommand(new IdentifyCommand);
     cli.addCommand(new PlotCommand);
     cli.addCommand(new RefCommand);
     cli.addCommand(new SelectCommand);

@@ -48,10 +48,10 @@ struct Sample
     const char* title;
 };
 const Sample kSamples[] = {
-    {"crude-oil-a", "crude-oil-a.cdf", TSyntheticRun::FullScan, 11, 1800, 120, "Crude oil A (full scan)"},
-    {"crude-oil-b", "crude-oil-b.csv", TSyntheticRun::FullScan, 12, 900, 60, "Crude oil B (full scan)"},
+    {"crude-oil-a", "crude-oil-a.cdf", TSyntheticRun::FullScan, 11, 3600, 120, "Crude oil A (full scan)"},
+    {"crude-oil-b", "crude-oil-b.csv", TSyntheticRun::FullScan, 12, 3600, 60, "Crude oil B (full scan)"},
     {"biomarkers-msms", "biomarkers-msms.tcm", TSyntheticRun::MSMS, 13, 1800, 0, "Biomarkers (MS/MS)"},
-    {"gas-oil-gcms", "gas-oil-gcms.D", TSyntheticRun::FullScan, 14, 900, 60, "Gas oil (GC-MS with FID)"},
+    {"gas-oil-gcms", "gas-oil-gcms.D", TSyntheticRun::FullScan, 14, 3600, 60, "Gas oil (GC-MS with FID)"},
 };
 
 // The flame-ionisation trace recorded beside the mass scans: its own, denser
