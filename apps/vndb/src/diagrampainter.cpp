@@ -219,8 +219,8 @@ void DiagramPainter::paintMarker(QPainter* painter, const QPointF& at, const QCo
     QRectF box(at.x() + r + 3, at.y() - r - 2 - metrics.ascent(), metrics.horizontalAdvance(label) + 2,
                metrics.height());
     for (int tries = 0; taken && tries < 12; ++tries) {
-        const bool free
-            = std::none_of(taken->begin(), taken->end(), [&](const QRectF& t) { return t.intersects(box); });
+        const bool free = std::none_of(taken->begin(), taken->end(),
+                                       [&](const QRectF& t) { return t.intersects(box.adjusted(0, 1, 0, -1)); });
         if (free)
             break;
         box.translate(0, metrics.height());
