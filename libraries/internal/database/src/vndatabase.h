@@ -171,9 +171,10 @@ public:
     /// against the analysis' noise record for its TIC (it is measured there),
     /// against the chromatogram's own noise otherwise. Empty with `error`
     /// when the chromatogram cannot be read; the peaks with `error` when they
-    /// cannot be stored (a read-only project).
+    /// cannot be stored (a read-only project). Without `flush` the peaks are
+    /// written with the header's next flush (several detections, one write).
     QList<TPeak> analysisDetectPeaks(const VNObject2Analysis* analysis, const VNChromatogram& chromatogram,
-                                     QString* error = nullptr);
+                                     QString* error = nullptr, bool flush = true);
     /// The peaks stored for that chromatogram of `analysis` (empty when none
     /// were detected).
     QList<TPeak> analysisPeaks(const VNObject2Analysis* analysis, const VNChromatogram& chromatogram) const;

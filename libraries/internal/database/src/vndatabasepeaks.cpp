@@ -11,6 +11,7 @@
 #include <tassert.h>
 #include <tcmfile.h>
 #include <tdetectorfile.h>
+#include <theaderdatabase.h>
 #include <tpeakdetectmapper.h>
 #include <tprogressbarmgr.h>
 #include <ttovicompound.h>
@@ -269,7 +270,7 @@ bool VNDatabase::analysisChromatogram(const VNObject2Analysis* analysis, const V
 }
 
 QList<TPeak> VNDatabase::analysisDetectPeaks(const VNObject2Analysis* analysis, const VNChromatogram& chromatogram,
-                                             QString* error)
+                                             QString* error, bool flush)
 {
     QString reason;
     QString* why = error ? error : &reason;
@@ -300,7 +301,7 @@ QList<TPeak> VNDatabase::analysisDetectPeaks(const VNObject2Analysis* analysis, 
         detection = made ? made->object() : nullptr;
     }
     const bool stored = detection && setObjectProperty(detection, ChromatogramProperty, chromatogram.key(), false)
-        && setObjectProperty(detection, PeaksProperty, writePeaks(peaks), true);
+        && setObjectProperty(detection, PeaksProperty, writePeaks(peaks), flush);
     if (!stored)
         *why = translate("the peaks of analysis '%1' cannot be stored",
                          "les pics de l'analyse '%1' ne peuvent être enregistrés")
@@ -456,7 +457,7 @@ TCompoundMeasures VNDatabase::analysisIdentify(const VNObject2Analysis* analysis
                              translate("Identifying compounds in %1", "Identification des composés de %1")
                                  .arg(analysis ? analysis->name() : QString()));
     QString alkaneError;
-    const QList<TPeak> alkaneList = analysisDetectPeaks(analysis, alkanes, &alkaneError);
+    const QList<TPeak> alkaneList = analysisDetectPeaks(analysis, alkanes, &alkaneError, false);
     const QVector<TPeak> alkanePeaks(alkaneList.begin(), alkaneList.end());
     const TRetentionIndexScale scale
         = scaleOf(analysis, alkanes, alkanePeaks, TIdentifier::referenceAlkanes(targets.toVector()));
@@ -471,13 +472,16 @@ TCompoundMeasures VNDatabase::analysisIdentify(const VNObject2Analysis* analysis
                 ionProblem.insert(it.key(), alkaneError);
         } else {
             QString error;
-            const QList<TPeak> list = analysisDetectPeaks(analysis, chromatogram, &error);
+            const QList<TPeak> list = analysisDetectPeaks(analysis, chromatogram, &error, false);
             if (list.isEmpty() && !error.isEmpty())
                 ionProblem.insert(it.key(), error);
             it.value() = QVector<TPeak>(list.begin(), list.end());
         }
         progress.setProgress(++done);
     }
+    // Every chromatogram's peaks are written together: one transaction.
+    if (headerDb() && headerDb()->isOpen() && !isReadOnly() && !headerDb()->flushDatabase())
+        qCDebug(vnDatabase) << "the peaks of" << (analysis ? analysis->name() : QString()) << "were not written";
     for (const TIdentificationTarget& target : targets) {
         const double ion = scans ? target.ion : 0.0;
         if (ionProblem.contains(ion)) {
