@@ -103,6 +103,25 @@ private slots:
         QCOMPARE(TPeakFinder::estimateNoise({1.0, 2.0}), 0.0);
     }
 
+    // An ion the centroider keeps only now and then: zero most of the time,
+    // scattered single points, and one real peak. The scattered points are
+    // the noise, not peaks, and every peak found is a real one.
+    void sparseTrace()
+    {
+        Trace t = trace({{5.0, 100.0, 0.05}}, 0.0);
+        QRandomGenerator random(3);
+        for (int i = 0; i < t.values.size(); ++i) {
+            t.values[i] -= 50.0 + 2.0 * t.times[i];
+            if (std::fabs(t.times[i] - 5.0) > 0.4)
+                t.values[i] = random.bounded(20) == 0 ? 30.0 + random.bounded(40.0) : 0.0;
+        }
+        QVERIFY(TPeakFinder::estimateNoise(t.values) > 5.0);
+        const QVector<TPeak> found = TPeakFinder::find(t.times, t.values);
+        QCOMPARE(found.size(), 1);
+        QVERIFY(relative(found.first().area, 100.0) < 0.05);
+        QVERIFY(std::isfinite(found.first().width) && found.first().signalToNoise > 0.0);
+    }
+
     // Nothing above the noise, or input that is not a chromatogram: no peaks.
     void nothingToFind_data()
     {
