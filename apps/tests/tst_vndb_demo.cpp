@@ -58,6 +58,19 @@ private slots:
         QImage tic;
         QVERIFY(tic.load(root + "/plots/crude-oil-a-tic.png"));
         QCOMPARE(tic.size(), QSize(1200, 700));
+        // Parameters of the full-scan runs, stored, and a diagram with its zones.
+        QVERIFY2(first.out.contains("crude-oil-a: Pr/Ph"), qPrintable(first.out));
+        QVERIFY(first.out.contains("Ts/(Ts+Tm)"));
+        for (const QString diagram : {"maturity-diagram.png", "pristane-phytane-diagram.png"}) {
+            QImage image;
+            QVERIFY2(image.load(root + "/plots/" + diagram), qPrintable(diagram));
+            QCOMPARE(image.size(), QSize(900, 600));
+        }
+        QVERIFY2(first.out.contains("plots/maturity-diagram.png: Ts/(Ts+Tm) vs CPI with its zones"),
+                 qPrintable(first.out));
+        const VndbResult stored
+            = VndbRunner::run({"params", root + "/project", "crude-oil-b", "--dir", reference, "--csv"});
+        QVERIFY2(stored.exitCode == 0 && stored.out.contains("crude-oil-b,CPI,"), qPrintable(stored.out + stored.err));
 
         // Again: the analyses are kept as they were, the walkthrough is the same.
         const auto analyses = VndbRunner::snapshot(root + "/project/Analyses");

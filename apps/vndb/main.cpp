@@ -1,10 +1,12 @@
 #include "channelcommand.h"
 #include "cliapplication.h"
 #include "democommand.h"
+#include "diagramcommand.h"
 #include "eiccommand.h"
 #include "identifycommand.h"
 #include "peakscommand.h"
 #include "importcommand.h"
+#include "paramscommand.h"
 #include "plotcommand.h"
 #include "projectcommand.h"
 #include "refcommand.h"
@@ -51,5 +53,7 @@ int main(int argc, char** argv)
     cli.addCommand(new PlotCommand);
     cli.addCommand(new RefCommand);
     cli.addCommand(new SelectCommand);
+    cli.addCommand(new ParamsCommand);
+    cli.addCommand(new DiagramCommand);
     return cli.exec(QCoreApplication::arguments().mid(1));
 }

@@ -28,6 +28,7 @@ public:
     void print(const QString& line = QString());
     /// The JSON result of a command on standard output (ignored in text mode).
     void printJson(const QJsonObject& object);
+    /// The same for a result that is a list.
     void printJson(const QJsonArray& array);
     /// A note on standard error (progress of long work, what was kept).
     void note(const QString& line);

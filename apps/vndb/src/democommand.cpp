@@ -2,7 +2,9 @@
 
 #include "analysisdata.h"
 #include "clicontext.h"
+#include "diagramcommand.h"
 #include "importcommand.h"
+#include "parametervaluesrun.h"
 #include "plotpainter.h"
 #include "projectdatabase.h"
 #include "projectfolder.h"
@@ -146,7 +148,7 @@ int DemoCommand::run(CliContext& context, const CliArguments& arguments)
         [this] { return makeInputs(); },       [this] { return importAnalyses(); },
         [this] { return checkProject(); },     [this] { return showData(); },
         [this] { return drawPlots(); },        [this] { return mergeReferences(); },
-        [this] { return searchReferences(); },
+        [this] { return searchReferences(); }, [this] { return interpret(); },
     };
     m_steps = steps.size();
     for (const auto& run : steps) {
@@ -494,5 +496,62 @@ bool DemoCommand::searchReferences()
            "%1 coché(s), enregistré(s) dans selection.xml (vndb select --dir %2 --load %3)")
             .arg(ctrl.getSelectedItems(nullptr).size())
             .arg(m_root + QStringLiteral("/reference"), file));
+    return true;
+}
+
+bool DemoCommand::interpret()
+{
+    step(tr("Parameters and a diagram", "Paramètres et diagramme"));
+    ParameterValuesRun run;
+    if (!run.open(m_project, m_root + QStringLiteral("/reference"), &m_error))
+        return false;
+    // The full-scan runs: their n-alkanes, isoprenoids and hopanes are what
+    // the classic parameters read.
+    const QStringList analyses
+        = {QStringLiteral("crude-oil-a"), QStringLiteral("crude-oil-b"), QStringLiteral("gas-oil-gcms")};
+    const QStringList shown = {QStringLiteral("Pr/Ph"), QStringLiteral("Pr/n-C17"), QStringLiteral("Ph/n-C18"),
+                               QStringLiteral("CPI"), QStringLiteral("Ts/(Ts+Tm)")};
+    for (const QString& analysis : analyses) {
+        QList<TParameterValue> values;
+        if (!run.compute(analysis, &values, &m_error))
+            return false;
+        QStringList parts;
+        for (const QString& name : shown) {
+            for (const TParameterValue& value : qAsConst(values)) {
+                if (value.name != name)
+                    continue;
+                parts << (value.ok ? QStringLiteral("%1 %2").arg(name, QString::number(value.value, 'f', 2))
+                                   : tr("%1 - (%2)", "%1 - (%2)").arg(name, value.reason));
+            }
+        }
+        say(tr("%1: %2", "%1 : %2").arg(analysis, parts.join(QStringLiteral(", "))));
+    }
+    say(tr("stored in the project with every other parameter (vndb params %1)",
+           "enregistrés dans le projet avec tous les autres paramètres (vndb params %1)")
+            .arg(m_project));
+    // Two diagrams of the sample content: maturity (both values measured in
+    // every run) and source (the isoprenoids), whose legend names the runs
+    // that lack a value.
+    const QList<QPair<QString, QString>> diagrams
+        = {{QStringLiteral("Ts/(Ts+Tm) vs CPI"), QStringLiteral("plots/maturity-diagram.png")},
+           {QStringLiteral("Pr/n-C17 vs Ph/n-C18"), QStringLiteral("plots/pristane-phytane-diagram.png")}};
+    for (const auto& [graphName, file] : diagrams) {
+        const VNObject2* graph = DiagramCommand::findGraph(run.reference(), graphName);
+        if (!graph) {
+            say(tr("no graph '%1' in the reference databases (made by an earlier version): no diagram",
+                   "aucun graphe '%1' dans les bases de référence (faites par une version antérieure) : pas de "
+                   "diagramme")
+                    .arg(graphName));
+            continue;
+        }
+        QStringList placed, unplaced;
+        if (!DiagramCommand::draw(run, graph, analyses, m_root + QLatin1Char('/') + file, QSize(900, 600), &placed,
+                                  &unplaced, &m_error))
+            return false;
+        say(tr("%1: %2 with its zones; placed: %3; not placed: %4",
+               "%1 : %2 avec ses zones ; placées : %3 ; non placées : %4")
+                .arg(file, graphName, placed.isEmpty() ? tr("none", "aucune") : placed.join(QStringLiteral(", ")),
+                     unplaced.isEmpty() ? tr("none", "aucune") : unplaced.join(QStringLiteral(", "))));
+    }
     return true;
 }

@@ -34,6 +34,7 @@ private:
     bool drawPlots();
     bool mergeReferences();
     bool searchReferences();
+    bool interpret();
 
     void step(const QString& title);
     void say(const QString& line);

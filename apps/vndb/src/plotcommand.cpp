@@ -3,6 +3,7 @@
 #include "analysisdata.h"
 #include "clicontext.h"
 #include "eiccommand.h"
+#include "picturewriter.h"
 #include "plotpainter.h"
 #include "channelcommand.h"
 #include "projectfolder.h"
@@ -64,15 +65,11 @@ int PlotCommand::run(CliContext& context, const CliArguments& arguments)
                 .arg(output),
             name());
     QSize size = defaultSize();
-    if (arguments.isSet(QStringLiteral("size"))) {
-        const QStringList parts = arguments.value(QStringLiteral("size")).toLower().split(QLatin1Char('x'));
-        int w = 0, h = 0;
-        if (parts.size() != 2 || !CliArguments::toIndex(parts.at(0), &w) || !CliArguments::toIndex(parts.at(1), &h))
-            return context.usageError(tr("'%1' is not a size like 1200x700", "'%1' n'est pas une taille comme 1200x700")
-                                          .arg(arguments.value(QStringLiteral("size"))),
-                                      name());
-        size = QSize(w, h);
-    }
+    if (arguments.isSet(QStringLiteral("size"))
+        && !PictureWriter::readSize(arguments.value(QStringLiteral("size")), &size))
+        return context.usageError(tr("'%1' is not a size like 1200x700", "'%1' n'est pas une taille comme 1200x700")
+                                      .arg(arguments.value(QStringLiteral("size"))),
+                                  name());
     double mass = 0.0, window = EicCommand::DefaultWindow;
     int first = 0, last = 0;
     if (arguments.isSet(QStringLiteral("eic"))

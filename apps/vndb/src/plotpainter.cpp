@@ -1,36 +1,22 @@
 #include "plotpainter.h"
 
 #include "nicescale.h"
+#include "picturewriter.h"
 
 #include <tcolor.h>
 
-#include <QBuffer>
-#include <QFileInfo>
-#include <QFont>
 #include <QFontMetricsF>
-#include <QImage>
 #include <QPainter>
 #include <QPainterPath>
-#include <QSaveFile>
-#include <QSvgGenerator>
 
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 
 namespace {
-const QColor kAxisColor(40, 40, 40);
-const QColor kGridColor(225, 228, 232);
-const QColor kLineColor(24, 86, 160);
-
-QString superscript(int value)
-{
-    static const QString digits = QStringLiteral("\u2070\u00b9\u00b2\u00b3\u2074\u2075\u2076\u2077\u2078\u2079");
-    QString text;
-    for (const QChar c : QString::number(value))
-        text += c.isDigit() ? digits.at(c.digitValue()) : QChar(0x207b);
-    return text;
-}
+const QColor& kAxisColor = PictureWriter::AxisColor;
+const QColor& kGridColor = PictureWriter::GridColor;
+const QColor& kLineColor = PictureWriter::LineColor;
 
 double power10(int exponent)
 {
@@ -46,8 +32,7 @@ PlotPainter::PlotPainter(const AnalysisSeries& series)
 
 bool PlotPainter::isSupportedFile(const QString& path)
 {
-    const QString suffix = QFileInfo(path).suffix().toLower();
-    return suffix == QLatin1String("png") || suffix == QLatin1String("svg");
+    return PictureWriter::isSupportedFile(path);
 }
 
 void PlotPainter::paint(QPainter* painter, const QSize& size) const
@@ -58,11 +43,8 @@ void PlotPainter::paint(QPainter* painter, const QSize& size) const
     painter->setRenderHint(QPainter::TextAntialiasing, true);
     painter->fillRect(QRectF(QPointF(0, 0), size), Qt::white);
 
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPixelSize(std::max(10, size.height() / 50));
-    QFont titleFont = font;
-    titleFont.setPixelSize(font.pixelSize() * 3 / 2);
-    titleFont.setBold(true);
+    const QFont font = PictureWriter::font(size);
+    const QFont titleFont = PictureWriter::titleFont(size);
     const QFontMetricsF metrics(font);
     const double line = metrics.height();
 
@@ -177,7 +159,7 @@ void PlotPainter::paint(QPainter* painter, const QSize& size) const
                                        : tr("Retention time (min)", "Temps de rétention (min)");
     QString yTitle = tr("Abundance", "Abondance");
     if (exponent > 0)
-        yTitle += QStringLiteral(" (\u00d710%1)").arg(superscript(exponent));
+        yTitle += QStringLiteral(" (\u00d710%1)").arg(PictureWriter::superscript(exponent));
     painter->drawText(QRectF(area.left(), size.height() - line * 1.7, area.width(), line * 1.4), Qt::AlignCenter,
                       xTitle);
     painter->save();
@@ -281,49 +263,7 @@ void PlotPainter::paintSpectrum(QPainter* painter, const QRectF& area, double x0
 
 bool PlotPainter::write(const QString& path, const QSize& size, QString* error) const
 {
-    const QString suffix = QFileInfo(path).suffix().toLower();
-    if (!isSupportedFile(path)) {
-        *error = tr("'%1': the picture must be a .png or .svg file", "'%1' : l'image doit être un fichier .png ou .svg")
-                     .arg(path);
-        return false;
-    }
-    if (size.width() < 200 || size.height() < 150 || size.width() > 8000 || size.height() > 8000) {
-        *error = tr("the picture size must be between 200x150 and 8000x8000",
-                    "la taille de l'image doit être comprise entre 200x150 et 8000x8000");
-        return false;
-    }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        *error = tr("cannot write '%1': %2", "impossible d'écrire '%1' : %2").arg(path, file.errorString());
-        return false;
-    }
-    bool ok = true;
-    if (suffix == QLatin1String("png")) {
-        QImage image(size, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::white);
-        {
-            QPainter painter(&image);
-            paint(&painter, size);
-        }
-        ok = image.save(&file, "PNG");
-    } else {
-        QSvgGenerator generator;
-        generator.setOutputDevice(&file);
-        generator.setSize(size);
-        generator.setViewBox(QRect(QPoint(0, 0), size));
-        generator.setTitle(m_title);
-        generator.setDescription(QStringLiteral("vndb plot"));
-        QPainter painter;
-        ok = painter.begin(&generator);
-        if (ok) {
-            paint(&painter, size);
-            ok = painter.end();
-        }
-    }
-    if (!ok || !file.commit()) {
-        file.cancelWriting();
-        *error = tr("cannot write '%1': %2", "impossible d'écrire '%1' : %2").arg(path, file.errorString());
-        return false;
-    }
-    return true;
+    return PictureWriter::write(
+        path, size, m_title, QStringLiteral("vndb plot"),
+        [this](QPainter* painter, const QSize& pictureSize) { paint(painter, pictureSize); }, error);
 }

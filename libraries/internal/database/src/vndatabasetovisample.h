@@ -3,6 +3,7 @@
 #include "vndatabase_export.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QString>
 
 class VNToviDatabaseInterface;
@@ -23,6 +24,8 @@ public:
         int joints = 0;
         int parameters = 0;
         int aliases = 0;
+        int graphs = 0;
+        int overlays = 0;
     };
 
     /// Loads `file` into `db` in one transaction. False, with the reason in
@@ -32,4 +35,9 @@ public:
                      Counts* counts = nullptr);
     /// The sample file delivered with the module, or an empty string.
     static QString defaultFile();
+
+private:
+    /// Graphs (axes naming parameters by key) and their overlays (zones and
+    /// lines), each once by name.
+    static void loadGraphs(VNToviDatabaseInterface* db, const QJsonArray& graphs, Counts* made);
 };

@@ -30,6 +30,7 @@ class VNObject2Analysis;
 namespace Sedra {
 
 class TAbstractMapper;
+struct TParameterValueRow;
 class TCompound;
 class TDatabaseObject;
 class THeaderConnector;
@@ -201,6 +202,16 @@ public:
     /// folder: separators, "..", quotes, control characters and names that
     /// some systems reserve are replaced. Never empty.
     static QString safeFileName(const QString& name);
+
+    // Parameter values of analyses (tdatabaseparameters.cpp)
+    /// Replaces the parameter values stored for `analysis` by `values`, in one
+    /// transaction, in their order. False, with nothing changed, for a
+    /// read-only database (said), an analysis it does not hold or a failed write.
+    bool parameterValuesSave(const VNObject2Analysis* analysis, const QList<TParameterValueRow>& values);
+    /// The parameter values stored for `analysis`, in the order they were
+    /// saved; empty when none are, or for an analysis it does not hold.
+    QList<TParameterValueRow> parameterValues(const VNObject2Analysis* analysis) const;
+    // end of parameter values
 
     // Acquisition data
     /// The acquisition file of an analysis (for a signal, of its analysis),

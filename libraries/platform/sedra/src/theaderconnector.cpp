@@ -18,7 +18,16 @@ namespace {
 QAtomicInt s_connectionCounter;
 // 2: reference compounds carry a retention index ("RetentionIndex"); files of
 // version 1 gain it, empty, when they are first opened for writing.
-const int SchemaVersion = 2;
+// 3: project headers keep the parameter values computed for their analyses
+// (table parameter_values); earlier project files gain the table, empty.
+const int SchemaVersion = 3;
+
+// Many values per analysis, read and replaced per analysis: a typed table
+// keyed by the analysis' row, not objects with properties held in memory.
+const char* const ParameterValuesSchema
+    = "CREATE TABLE IF NOT EXISTS parameter_values (object INTEGER NOT NULL, parameter TEXT NOT NULL, "
+      "name TEXT NOT NULL, value REAL, reason TEXT NOT NULL DEFAULT '', position INTEGER NOT NULL DEFAULT 0, "
+      "PRIMARY KEY (object, parameter))";
 
 // Runs a prepared statement with the given values bound in order.
 bool bindAndRun(QSqlQuery& query, const char* first, const char* second = nullptr)
@@ -195,6 +204,8 @@ bool THeaderConnector::migrate(QString* error)
                              "WHERE q.object = o.id AND q.name = 'RetentionIndex')")
                   .arg(int(VNObjectTypeCompound))
             : QString(),
+        // Version 3: project headers gain the table of parameter values.
+        hasParameterValues() ? QString::fromLatin1(ParameterValuesSchema) : QString(),
         QStringLiteral("UPDATE meta SET value = '%1' WHERE name = 'schema_version'").arg(SchemaVersion),
     };
     for (const QString& step : steps) {
@@ -242,6 +253,14 @@ bool THeaderConnector::createSchema(QString* error)
             return false;
         }
     }
+    if (hasParameterValues()) {
+        QSqlQuery query(db);
+        if (!query.exec(QString::fromLatin1(ParameterValuesSchema))) {
+            *error = query.lastError().text();
+            db.rollback();
+            return false;
+        }
+    }
     QSqlQuery meta(db);
     meta.prepare(QStringLiteral("INSERT OR REPLACE INTO meta (name, value) VALUES (?, ?)"));
     meta.addBindValue(QStringLiteral("schema_version"));
@@ -261,6 +280,11 @@ bool THeaderConnector::createSchema(QString* error)
         return false;
     }
     return true;
+}
+
+bool THeaderConnector::hasParameterValues() const
+{
+    return !isReferenceDatabase(m_type);
 }
 
 bool THeaderConnector::beforeCommit(QSqlDatabase&)

@@ -59,6 +59,11 @@ public:
     /// The type of the database this connector opened (undefined before open()).
     DatabaseType databaseType() const { return m_type; }
 
+    /// Whether the header keeps parameter values of analyses (table
+    /// parameter_values: object, parameter, name, value, reason, position):
+    /// project headers do, reference headers do not.
+    bool hasParameterValues() const;
+
     /// Called inside every transaction that changes records, just before it
     /// commits; false rolls the transaction back. Reference connectors give
     /// their database a new serial number here, so that the serial changes

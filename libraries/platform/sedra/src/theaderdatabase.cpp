@@ -286,11 +286,20 @@ bool THeaderDatabase::deleteRows(const QList<qint64>& ids)
     properties.prepare(QStringLiteral("DELETE FROM properties WHERE object = ?"));
     QSqlQuery objects(db);
     objects.prepare(QStringLiteral("DELETE FROM objects WHERE id = ?"));
+    // An analysis' parameter values go with its row, in the same transaction.
+    const bool values = m_connector->hasParameterValues();
+    QSqlQuery parameterValues(db);
+    if (values)
+        parameterValues.prepare(QStringLiteral("DELETE FROM parameter_values WHERE object = ?"));
     for (qint64 id : ids) {
         properties.addBindValue(id);
         objects.addBindValue(id);
-        if (!properties.exec() || !objects.exec()) {
-            fail(properties.lastError().isValid() ? properties.lastError().text() : objects.lastError().text());
+        if (values)
+            parameterValues.addBindValue(id);
+        if (!properties.exec() || !objects.exec() || (values && !parameterValues.exec())) {
+            fail(properties.lastError().isValid()    ? properties.lastError().text()
+                     : objects.lastError().isValid() ? objects.lastError().text()
+                                                     : parameterValues.lastError().text());
             return false;
         }
     }

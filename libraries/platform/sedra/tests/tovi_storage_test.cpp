@@ -755,12 +755,14 @@ void TestToviStorage::aFileOfTheFirstSchemaGainsRetentionIndices()
         QCOMPARE(readAll(file), bytes); // nothing written
         return;
     }
-    QCOMPARE(runSql(file, {"SELECT value FROM meta WHERE name = 'schema_version'"}).toString(), "2");
+    QCOMPARE(runSql(file, {"SELECT value FROM meta WHERE name = 'schema_version'"}).toString(), "3");
     QCOMPARE(runSql(file, {"SELECT count(*) FROM properties WHERE name = 'RetentionIndex' AND value = ''"}).toInt(), 2);
     QCOMPARE(rows("WHERE name <> 'RetentionIndex'"), before);
     QCOMPARE(runSql(file, {"SELECT group_concat(id || type || key || name, '|') FROM objects"}).toString(), objects);
     // A later version's file is refused, not read wrongly.
-    QVERIFY(runSql(file, {"UPDATE meta SET value = '3' WHERE name = 'schema_version'"}).isValid());
+    QVERIFY(runSql(file, {"UPDATE meta SET value = '4' WHERE name = 'schema_version'"}).isValid());
+    // Reference headers keep no parameter values.
+    QCOMPARE(runSql(file, {"SELECT count(*) FROM sqlite_master WHERE name = 'parameter_values'"}).toInt(), 0);
     Reference newer(DatabaseToviUser, path, &m_factory);
     QVERIFY(!newer.opened);
 }
