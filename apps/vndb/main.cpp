@@ -2,6 +2,7 @@
 #include "cliapplication.h"
 #include "democommand.h"
 #include "eiccommand.h"
+#include "exportcommand.h"
 #include "importcommand.h"
 #include "plotcommand.h"
 #include "projectcommand.h"
@@ -40,6 +41,7 @@ int main(int argc, char** argv)
     cli.addCommand(new DemoCommand);
     cli.addCommand(new ProjectCommand);
     cli.addCommand(new ImportCommand);
+    cli.addCommand(new ExportCommand);
     cli.addCommand(new TicCommand);
     cli.addCommand(new ChannelCommand);
     cli.addCommand(new EicCommand);
