@@ -14,24 +14,27 @@
 
 QString ImportCommand::summary() const
 {
-    return tr("import an instrument run (ChemStation, ANDI, CSV...) as new analyses",
-              "importe une acquisition d'instrument (ChemStation, ANDI, CSV...) comme nouvelles analyses");
+    return tr("import an instrument run (ChemStation, ANDI, mzML, CSV...) as new analyses",
+              "importe une acquisition d'instrument (ChemStation, ANDI, mzML, CSV...) comme nouvelles analyses");
 }
 
 QString ImportCommand::description() const
 {
-    return tr("The format is told by the content: an Agilent ChemStation data folder (NAME.D: data.ms, dataSim.ms,\n"
-              ".ch detector channels) or file (.ms, .ch), classic netCDF (ANDI/AIA MS), an acquisition file (.tcm),\n"
-              "else a text table (one row per scan 'time,mass:abundance ...' or one row per point\n"
-              "'time,mass,abundance'). Each run becomes <DIR>/Analyses/<NAME>/<NAME>.tcm with its acquisition.xml\n"
-              "and its detector channels; a folder's selected-ion data becomes <NAME>-SIM. A file that cannot be\n"
-              "read completely is refused and the project is left as it was.",
-              "Le format est reconnu au contenu : dossier de données Agilent ChemStation (NOM.D : data.ms,\n"
-              "dataSim.ms, voies de détecteur .ch) ou fichier (.ms, .ch), netCDF classique (ANDI/AIA MS), fichier\n"
-              "d'acquisition (.tcm), sinon un tableau texte (une ligne par scan 'temps,masse:abondance ...' ou une\n"
-              "ligne par point 'temps,masse,abondance'). Chaque acquisition devient <DIR>/Analyses/<NOM>/<NOM>.tcm\n"
-              "avec son acquisition.xml et ses voies de détecteur ; les ions sélectionnés d'un dossier deviennent\n"
-              "<NOM>-SIM. Un fichier illisible est refusé et le projet reste tel quel.");
+    return tr(
+        "The format is told by the content: an Agilent ChemStation data folder (NAME.D: data.ms, dataSim.ms,\n"
+        ".ch detector channels) or file (.ms, .ch), classic netCDF (ANDI/AIA MS), mzML or mzXML (MS1 spectra;\n"
+        "SRM chromatograms as MS/MS transitions, <NAME>-MSMS beside spectra), an acquisition file (.tcm),\n"
+        "else a text table (one row per scan 'time,mass:abundance ...' or one row per point\n"
+        "'time,mass,abundance'). Each run becomes <DIR>/Analyses/<NAME>/<NAME>.tcm with its acquisition.xml\n"
+        "and its detector channels; a folder's selected-ion data becomes <NAME>-SIM. A file that cannot be\n"
+        "read completely is refused and the project is left as it was.",
+        "Le format est reconnu au contenu : dossier de données Agilent ChemStation (NOM.D : data.ms,\n"
+        "dataSim.ms, voies de détecteur .ch) ou fichier (.ms, .ch), netCDF classique (ANDI/AIA MS), mzML ou mzXML\n"
+        "(spectres MS1 ; chromatogrammes SRM comme transitions MS/MS, <NOM>-MSMS à côté des spectres), fichier\n"
+        "d'acquisition (.tcm), sinon un tableau texte (une ligne par scan 'temps,masse:abondance ...' ou une\n"
+        "ligne par point 'temps,masse,abondance'). Chaque acquisition devient <DIR>/Analyses/<NOM>/<NOM>.tcm\n"
+        "avec son acquisition.xml et ses voies de détecteur ; les ions sélectionnés d'un dossier deviennent\n"
+        "<NOM>-SIM. Un fichier illisible est refusé et le projet reste tel quel.");
 }
 
 QList<CliOption> ImportCommand::options() const
