@@ -98,6 +98,20 @@ private slots:
             QCOMPARE(b.transitions, a.transitions);
     }
 
+    // A cut mzML file is refused in one line naming it, and the project stays as it was.
+    void damagedImportChangesNothing()
+    {
+        const QString dir = project("damaged", TSyntheticRun::FullScan);
+        QVERIFY(!dir.isEmpty());
+        const QString whole = m_tmp.filePath("damaged-source.mzML");
+        const QString cut = m_tmp.filePath("cut.mzML");
+        QVERIFY(VndbRunner::writeFile(cut, VndbRunner::readFile(whole).left(20000)));
+        const auto before = VndbRunner::snapshot(dir);
+        const VndbResult result = VndbRunner::run({"import", dir, cut, "--name", "cut"});
+        VNDB_REFUSED(result, 1, "cannot read '" + cut + "' as mzML");
+        QCOMPARE(VndbRunner::snapshot(dir), before);
+    }
+
     void refusals_data()
     {
         QTest::addColumn<QStringList>("arguments");
