@@ -7,6 +7,7 @@ packages=(
   build-essential cmake ninja-build ccache pkg-config
   qtbase5-dev qtbase5-dev-tools libqt5sql5-sqlite libqt5svg5-dev
   libnetcdf-dev netcdf-bin
+  libpwizlite-dev libboost-dev topp
   clang libclang-rt-dev clang-format
 )
 

@@ -5,6 +5,7 @@
 #include "eiccommand.h"
 #include "identifycommand.h"
 #include "peakscommand.h"
+#include "exportcommand.h"
 #include "importcommand.h"
 #include "paramscommand.h"
 #include "plotcommand.h"
@@ -44,6 +45,7 @@ int main(int argc, char** argv)
     cli.addCommand(new DemoCommand);
     cli.addCommand(new ProjectCommand);
     cli.addCommand(new ImportCommand);
+    cli.addCommand(new ExportCommand);
     cli.addCommand(new TicCommand);
     cli.addCommand(new ChannelCommand);
     cli.addCommand(new EicCommand);

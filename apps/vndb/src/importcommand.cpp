@@ -14,25 +14,28 @@
 
 QString ImportCommand::summary() const
 {
-    return tr("import an instrument run (ChemStation, ANDI, CSV...) as new analyses",
-              "importe une acquisition d'instrument (ChemStation, ANDI, CSV...) comme nouvelles analyses");
+    return tr("import an instrument run (ChemStation, ANDI, mzML, CSV...) as new analyses",
+              "importe une acquisition d'instrument (ChemStation, ANDI, mzML, CSV...) comme nouvelles analyses");
 }
 
 QString ImportCommand::description() const
 {
-    return tr("The format is told by the content: an Agilent ChemStation data folder (NAME.D: data.ms, dataSim.ms,\n"
-              ".ch detector channels) or file (.ms, .ch), classic netCDF (ANDI/AIA MS), JCAMP-DX GC-MS text, an\n"
-              "acquisition file (.tcm), else a text table (one row per scan 'time,mass:abundance ...' or one row\n"
-              "per point 'time,mass,abundance'). Each run becomes <DIR>/Analyses/<NAME>/<NAME>.tcm with its\n"
-              "acquisition.xml and its detector channels; a folder's selected-ion data becomes <NAME>-SIM. A file\n"
-              "that cannot be read completely is refused and the project is left as it was.",
-              "Le format est reconnu au contenu : dossier de données Agilent ChemStation (NOM.D : data.ms,\n"
-              "dataSim.ms, voies de détecteur .ch) ou fichier (.ms, .ch), netCDF classique (ANDI/AIA MS), texte\n"
-              "JCAMP-DX de GC-MS, fichier d'acquisition (.tcm), sinon un tableau texte (une ligne par scan\n"
-              "'temps,masse:abondance ...' ou une ligne par point 'temps,masse,abondance'). Chaque acquisition\n"
-              "devient <DIR>/Analyses/<NOM>/<NOM>.tcm avec son acquisition.xml et ses voies de détecteur ; les ions\n"
-              "sélectionnés d'un dossier deviennent <NOM>-SIM. Un fichier illisible est refusé et le projet reste\n"
-              "tel quel.");
+    return tr(
+        "The format is told by the content: an Agilent ChemStation data folder (NAME.D: data.ms, dataSim.ms,\n"
+        ".ch detector channels) or file (.ms, .ch), classic netCDF (ANDI/AIA MS), JCAMP-DX GC-MS text, mzML or\n"
+        "mzXML (MS1 spectra; SRM chromatograms as MS/MS transitions, <NAME>-MSMS beside spectra), an acquisition\n"
+        "file (.tcm), else a text table (one row per scan 'time,mass:abundance ...' or one row per point\n"
+        "'time,mass,abundance'). Each run becomes <DIR>/Analyses/<NAME>/<NAME>.tcm with its acquisition.xml\n"
+        "and its detector channels; a folder's selected-ion data becomes <NAME>-SIM. A file that cannot be\n"
+        "read completely is refused and the project is left as it was.",
+        "Le format est reconnu au contenu : dossier de données Agilent ChemStation (NOM.D : data.ms,\n"
+        "dataSim.ms, voies de détecteur .ch) ou fichier (.ms, .ch), netCDF classique (ANDI/AIA MS), texte\n"
+        "JCAMP-DX de GC-MS, mzML ou mzXML (spectres MS1 ; chromatogrammes SRM comme transitions MS/MS,\n"
+        "<NOM>-MSMS à côté des spectres), fichier d'acquisition (.tcm), sinon un tableau texte (une ligne par\n"
+        "scan 'temps,masse:abondance ...' ou une ligne par point 'temps,masse,abondance'). Chaque acquisition\n"
+        "devient <DIR>/Analyses/<NOM>/<NOM>.tcm avec son acquisition.xml et ses voies de détecteur ; les ions\n"
+        "sélectionnés d'un dossier deviennent <NOM>-SIM. Un fichier illisible est refusé et le projet reste\n"
+        "tel quel.");
 }
 
 QList<CliOption> ImportCommand::options() const

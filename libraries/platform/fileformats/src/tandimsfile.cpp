@@ -593,9 +593,13 @@ bool TAndiMSFile::readMemory(const QByteArray& bytes, TAcquisitionRun* run, cons
     return readOpen(nc, source, bytes.size(), run);
 }
 
-bool TAndiMSFile::write(const QString& path, const TAcquisitionRun& run)
+bool TAndiMSFile::write(const QString& path, const TAcquisitionRun& run, QString* error)
 {
-    auto fail = [&path](const QString& why) {
+    auto fail = [&path, error](const QString& why) {
+        if (error) {
+            *error = why;
+            return false;
+        }
         MessageLoggerInterface::Error(QCoreApplication::translate(Context,
                                                                   "Unable to write the ANDI file <b>%1</b>: %2",
                                                                   "Impossible d'écrire le fichier ANDI <b>%1</b> : %2")

@@ -23,5 +23,7 @@ public:
     static bool readMemory(const QByteArray& bytes, TAcquisitionRun* run, const QString& source);
     /// Writes `run` as an ANDI file (classic netCDF, 64-bit offsets); the file
     /// is complete or absent. Extra channels and transitions are not part of the format.
-    static bool write(const QString& path, const TAcquisitionRun& run);
+    /// A failure goes to the application's logger, or to `error` (one line, without
+    /// the file name) when the caller reports it itself.
+    static bool write(const QString& path, const TAcquisitionRun& run, QString* error = nullptr);
 };

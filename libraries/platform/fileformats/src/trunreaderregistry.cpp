@@ -5,6 +5,7 @@
 #include "tcmfile.h"
 #include "tcsvrunfile.h"
 #include "tjcampfile.h"
+#include "tmzmlfile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -137,9 +138,11 @@ const QVector<const TRunReader*>& TRunReaderRegistry::readers()
     static const TChemStationChannelReader chemStationChannel;
     static const TChemStationFolderReader chemStationFolder;
     static const TJcampReader jcamp; // text too: its labels before the text tables
+    static const TMzMLReader mzML(TMzMLFile::MzML);
+    static const TMzMLReader mzXML(TMzMLFile::MzXML);
     static const TextTableReader text;
     static const QVector<const TRunReader*> list{
-        &acquisition, &andi, &chemStationScans, &chemStationChannel, &chemStationFolder, &jcamp, &text};
+        &acquisition, &andi, &chemStationScans, &chemStationChannel, &chemStationFolder, &jcamp, &mzML, &mzXML, &text};
     return list;
 }
 
@@ -220,9 +223,10 @@ bool TRunReaderRegistry::read(const QString& path, QVector<TImportedRun>* runs, 
         reader = findBytes(head, info.fileName());
         if (!reader)
             return refuse(
-                tr("'%1' is neither a classic netCDF (ANDI) file, an Agilent ChemStation file nor a text table",
-                   "'%1' n'est ni un fichier netCDF classique (ANDI), ni un fichier Agilent ChemStation, ni un tableau "
-                   "texte")
+                tr("'%1' is neither a classic netCDF (ANDI) file, an Agilent ChemStation file, an mzML or mzXML "
+                   "file nor a text table",
+                   "'%1' n'est ni un fichier netCDF classique (ANDI), ni un fichier Agilent ChemStation, ni un fichier "
+                   "mzML ou mzXML, ni un tableau texte")
                     .arg(path));
     }
     if (format)
