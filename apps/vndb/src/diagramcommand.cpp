@@ -165,22 +165,11 @@ bool DiagramCommand::draw(ParameterValuesRun& run, const VNObject2* object, cons
 
 int DiagramCommand::run(CliContext& context, const CliArguments& arguments)
 {
-    const QString output = arguments.value(QStringLiteral("output"));
-    if (output.isEmpty())
-        return context.usageError(
-            tr("the picture file is missing (-o FILE.png|.svg)", "le fichier image manque (-o FICHIER.png|.svg)"),
-            name());
-    if (!PictureWriter::isSupportedFile(output))
-        return context.usageError(
-            tr("'%1': the picture must be a .png or .svg file", "'%1' : l'image doit être un fichier .png ou .svg")
-                .arg(output),
-            name());
+    QString output;
     QSize size = defaultSize();
-    if (arguments.isSet(QStringLiteral("size"))
-        && !PictureWriter::readSize(arguments.value(QStringLiteral("size")), &size))
-        return context.usageError(tr("'%1' is not a size like 1200x700", "'%1' n'est pas une taille comme 1200x700")
-                                      .arg(arguments.value(QStringLiteral("size"))),
-                                  name());
+    const QString pictureProblem = PictureWriter::readOutput(arguments, &output, &size);
+    if (!pictureProblem.isEmpty())
+        return context.usageError(pictureProblem, name());
     const QString folder = arguments.isSet(QStringLiteral("dir")) ? arguments.value(QStringLiteral("dir"))
                                                                   : ReferenceDatabases::defaultFolder();
     QString error;

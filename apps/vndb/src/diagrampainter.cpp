@@ -181,6 +181,21 @@ void DiagramPainter::paint(QPainter* painter, const QSize& size) const
     painter->restore();
 }
 
+void DiagramPainter::paintZone(QPainter* painter, const Zone& zone, const QVector<QPointF>& polygon,
+                               QVector<QRectF>* taken) const
+{
+    QColor fill = zone.color;
+    fill.setAlpha(60);
+    painter->setPen(QPen(zone.color, 1.4));
+    painter->setBrush(zone.closed ? QBrush(fill) : QBrush(Qt::NoBrush));
+    if (zone.closed)
+        painter->drawPolygon(QPolygonF(polygon));
+    else
+        painter->drawPolyline(QPolygonF(polygon));
+    painter->setBrush(Qt::NoBrush);
+    paintZoneLabel(painter, zone, polygon, taken);
+}
+
 void DiagramPainter::paintZoneLabel(QPainter* painter, const Zone& zone, const QVector<QPointF>& polygon,
                                     QVector<QRectF>* taken) const
 {
@@ -293,16 +308,7 @@ void DiagramPainter::paintCrossPlot(QPainter* painter, const QRectF& bounds) con
                 continue;
             polygon << at(p.x(), p.y());
         }
-        QColor fill = zone.color;
-        fill.setAlpha(60);
-        painter->setPen(QPen(zone.color, 1.4));
-        painter->setBrush(zone.closed ? QBrush(fill) : QBrush(Qt::NoBrush));
-        if (zone.closed)
-            painter->drawPolygon(QPolygonF(polygon));
-        else
-            painter->drawPolyline(QPolygonF(polygon));
-        painter->setBrush(Qt::NoBrush);
-        paintZoneLabel(painter, zone, polygon, &taken);
+        paintZone(painter, zone, polygon, &taken);
     }
     painter->restore();
     for (int i = 0; i < m_samples.size(); ++i) {
@@ -346,16 +352,7 @@ void DiagramPainter::paintTernary(QPainter* painter, const QRectF& bounds) const
         QVector<QPointF> polygon;
         for (const QPointF& p : zone.points)
             polygon << at(p.x(), p.y(), std::max(0.0, 1.0 - p.x() - p.y()));
-        QColor fill = zone.color;
-        fill.setAlpha(60);
-        painter->setPen(QPen(zone.color, 1.4));
-        painter->setBrush(zone.closed ? QBrush(fill) : QBrush(Qt::NoBrush));
-        if (zone.closed)
-            painter->drawPolygon(QPolygonF(polygon));
-        else
-            painter->drawPolyline(QPolygonF(polygon));
-        painter->setBrush(Qt::NoBrush);
-        paintZoneLabel(painter, zone, polygon, &taken);
+        paintZone(painter, zone, polygon, &taken);
     }
     painter->restore();
     painter->setPen(QPen(PictureWriter::AxisColor, 1.2));
@@ -432,16 +429,7 @@ void DiagramPainter::paintPolar(QPainter* painter, const QRectF& bounds) const
             if (axis >= 0 && axis < n)
                 polygon << at(axis, p.y());
         }
-        QColor fill = zone.color;
-        fill.setAlpha(60);
-        painter->setPen(QPen(zone.color, 1.4));
-        painter->setBrush(zone.closed ? QBrush(fill) : QBrush(Qt::NoBrush));
-        if (zone.closed)
-            painter->drawPolygon(QPolygonF(polygon));
-        else
-            painter->drawPolyline(QPolygonF(polygon));
-        painter->setBrush(Qt::NoBrush);
-        paintZoneLabel(painter, zone, polygon, &taken);
+        paintZone(painter, zone, polygon, &taken);
     }
     for (int s = 0; s < m_samples.size(); ++s) {
         const Sample& sample = m_samples.at(s);

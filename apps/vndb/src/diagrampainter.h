@@ -77,6 +77,8 @@ private:
     void paintTernary(QPainter* painter, const QRectF& area) const;
     void paintPolar(QPainter* painter, const QRectF& area) const;
     void paintLegend(QPainter* painter, const QRectF& box) const;
+    /// A zone already placed in picture coordinates: filled when closed, with its label.
+    void paintZone(QPainter* painter, const Zone& zone, const QVector<QPointF>& polygon, QVector<QRectF>* taken) const;
     void paintZoneLabel(QPainter* painter, const Zone& zone, const QVector<QPointF>& polygon,
                         QVector<QRectF>* taken) const;
     /// A point with its label, moved down past the labels already `taken`.

@@ -55,6 +55,20 @@ bool PictureWriter::readSize(const QString& text, QSize* size)
     return true;
 }
 
+QString PictureWriter::readOutput(const CliArguments& arguments, QString* output, QSize* size)
+{
+    *output = arguments.value(QStringLiteral("output"));
+    if (output->isEmpty())
+        return tr("the picture file is missing (-o FILE.png|.svg)", "le fichier image manque (-o FICHIER.png|.svg)");
+    if (!isSupportedFile(*output))
+        return tr("'%1': the picture must be a .png or .svg file", "'%1' : l'image doit être un fichier .png ou .svg")
+            .arg(*output);
+    const QString sizeText = arguments.value(QStringLiteral("size"));
+    if (arguments.isSet(QStringLiteral("size")) && !readSize(sizeText, size))
+        return tr("'%1' is not a size like 1200x700", "'%1' n'est pas une taille comme 1200x700").arg(sizeText);
+    return QString();
+}
+
 bool PictureWriter::write(const QString& path, const QSize& size, const QString& title, const QString& description,
                           const Paint& paint, QString* error)
 {

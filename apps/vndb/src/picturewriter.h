@@ -8,6 +8,7 @@
 
 #include <functional>
 
+class CliArguments;
 class QPainter;
 
 /// What every picture of vndb shares: its look (fonts sized on the picture,
@@ -30,6 +31,10 @@ public:
     static bool isSupportedFile(const QString& path);
     /// Reads "WxH"; false when the text is not a size.
     static bool readSize(const QString& text, QSize* size);
+    /// Reads a picture command's "-o" file and "--size" (`size` keeps its
+    /// default when none is given): empty when both are usable, else the usage
+    /// error to show (translated).
+    static QString readOutput(const CliArguments& arguments, QString* output, QSize* size);
 
     using Paint = std::function<void(QPainter*, const QSize&)>;
     /// Writes what `paint` draws; the format follows the suffix (".png" or

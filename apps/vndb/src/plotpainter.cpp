@@ -30,11 +30,6 @@ PlotPainter::PlotPainter(const AnalysisSeries& series)
     m_title = series.analysis.isEmpty() ? series.title : series.analysis + QStringLiteral(" \u2014 ") + series.title;
 }
 
-bool PlotPainter::isSupportedFile(const QString& path)
-{
-    return PictureWriter::isSupportedFile(path);
-}
-
 void PlotPainter::paint(QPainter* painter, const QSize& size) const
 {
     const bool spectrum = m_series.kind == AnalysisSeries::Spectrum;

@@ -27,8 +27,6 @@ public:
     /// The file is complete or untouched. False with a translated reason.
     bool write(const QString& path, const QSize& size, QString* error) const;
 
-    static bool isSupportedFile(const QString& path);
-
 private:
     void paintChromatogram(QPainter* painter, const QRectF& area, double x0, double x1, double y1) const;
     void paintSpectrum(QPainter* painter, const QRectF& area, double x0, double x1, double y1) const;

@@ -34,15 +34,6 @@ int detections(VNDatabase* db)
     return mapper ? mapper->count() : -1;
 }
 
-TSyntheticRun::PlacedPeak placed(const TSyntheticRun::Options& options, const QString& name)
-{
-    for (const auto& p : TSyntheticRun::placedPeaks(options)) {
-        if (p.name == name)
-            return p;
-    }
-    return TSyntheticRun::PlacedPeak();
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(VNChromatogram)
@@ -101,7 +92,7 @@ private slots:
         QCOMPARE(detections(db), before);
         QVERIFY(samePeaks(db->analysisPeaks(analysis, chromatogram), peaks));
 
-        const TSyntheticRun::PlacedPeak truth = placed(options, compound);
+        const TSyntheticRun::PlacedPeak truth = TSyntheticRun::placedPeak(options, compound);
         const TPeak* match = nullptr;
         for (const TPeak& p : peaks) {
             if (std::fabs(p.apex - truth.time) < 0.02)
@@ -198,7 +189,7 @@ private slots:
         for (const char* name : {"Pr", "Ph", "nC17", "nC18", "nC25", "nC33", "Ts", "Tm"}) {
             const TCompoundMeasure m = byName.value(QLatin1String(name));
             QVERIFY2(m.found, qPrintable(QStringLiteral("%1: %2").arg(QLatin1String(name), m.reason)));
-            const TSyntheticRun::PlacedPeak truth = placed(options, QLatin1String(name));
+            const TSyntheticRun::PlacedPeak truth = TSyntheticRun::placedPeak(options, QLatin1String(name));
             const double expected = truth.ionArea(m.ion);
             QVERIFY2(
                 std::fabs(m.area - expected) < 0.05 * expected,

@@ -180,6 +180,8 @@ private:
     }
     bool label(const QByteArray& name, const QByteArray& value, int line);
     bool dataLine(const QByteArray& line, int lineNumber);
+    /// A character where a number starts or ends: a compressed table, or damage.
+    bool badCharacter(char bad, int lineNumber);
     bool finishSpectrum();
     bool timeValue(const QByteArray& value, const QByteArray& unitFallback, int line, double* minutes);
     void startBlock() { m_block = Block(); }
@@ -328,6 +330,22 @@ bool Parser::label(const QByteArray& name, const QByteArray& value, int line)
     return true;
 }
 
+bool Parser::badCharacter(char bad, int lineNumber)
+{
+    if (isCompressionCharacter(bad))
+        return fail(tr("'%1', line %2: the spectrum is compressed (ASDF characters), which is not read; "
+                       "export the run with plain (XY..XY) pairs",
+                       "'%1', ligne %2 : le spectre est compressé (caractères ASDF), ce qui n'est pas lu ; "
+                       "exportez l'acquisition en paires (XY..XY) simples")
+                        .arg(m_source)
+                        .arg(lineNumber));
+    return fail(tr("'%1', line %2: unexpected character '%3' in the data",
+                   "'%1', ligne %2 : caractère inattendu '%3' dans les données")
+                    .arg(m_source)
+                    .arg(lineNumber)
+                    .arg(QString::fromLatin1(&bad, 1)));
+}
+
 bool Parser::dataLine(const QByteArray& line, int lineNumber)
 {
     // Numbers separated by commas, semicolons, blanks, or by their own sign (the packed form).
@@ -346,41 +364,16 @@ bool Parser::dataLine(const QByteArray& line, int lineNumber)
                && ((*p >= '0' && *p <= '9') || *p == '.' || ((*p == 'e' || *p == 'E') && p + 1 < end && p > start)
                    || ((*p == '+' || *p == '-') && (p[-1] == 'e' || p[-1] == 'E'))))
             ++p;
-        if (p == start) {
-            const char bad = *p;
-            if (isCompressionCharacter(bad))
-                return fail(tr("'%1', line %2: the spectrum is compressed (ASDF characters), which is not read; "
-                               "export the run with plain (XY..XY) pairs",
-                               "'%1', ligne %2 : le spectre est compressé (caractères ASDF), ce qui n'est pas lu ; "
-                               "exportez l'acquisition en paires (XY..XY) simples")
-                                .arg(m_source)
-                                .arg(lineNumber));
-            return fail(tr("'%1', line %2: unexpected character '%3' in the data",
-                           "'%1', ligne %2 : caractère inattendu '%3' dans les données")
-                            .arg(m_source)
-                            .arg(lineNumber)
-                            .arg(QString::fromLatin1(&bad, 1)));
-        }
+        if (p == start)
+            return badCharacter(*p, lineNumber);
         double value = 0.0;
         if (!finiteNumber(QByteArray::fromRawData(start, int(p - start)), &value))
             return fail(tr("'%1', line %2: '%3' is not a number", "'%1', ligne %2 : '%3' n'est pas un nombre")
                             .arg(m_source)
                             .arg(lineNumber)
                             .arg(QString::fromLatin1(start, int(std::min<qint64>(p - start, 40)))));
-        if (p < end && !(*p == ' ' || *p == '\t' || *p == ',' || *p == ';' || *p == '+' || *p == '-')) {
-            if (isCompressionCharacter(*p))
-                return fail(tr("'%1', line %2: the spectrum is compressed (ASDF characters), which is not read; "
-                               "export the run with plain (XY..XY) pairs",
-                               "'%1', ligne %2 : le spectre est compressé (caractères ASDF), ce qui n'est pas lu ; "
-                               "exportez l'acquisition en paires (XY..XY) simples")
-                                .arg(m_source)
-                                .arg(lineNumber));
-            return fail(tr("'%1', line %2: unexpected character '%3' in the data",
-                           "'%1', ligne %2 : caractère inattendu '%3' dans les données")
-                            .arg(m_source)
-                            .arg(lineNumber)
-                            .arg(QString::fromLatin1(p, 1)));
-        }
+        if (p < end && !(*p == ' ' || *p == '\t' || *p == ',' || *p == ';' || *p == '+' || *p == '-'))
+            return badCharacter(*p, lineNumber);
         m_spectrum.values.push_back(value);
     }
     if (m_spectrum.values.size() % 2 != 0)

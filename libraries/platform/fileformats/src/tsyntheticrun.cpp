@@ -206,6 +206,15 @@ QVector<TSyntheticRun::PlacedPeak> TSyntheticRun::placedPeaks(const Options& opt
     return placed;
 }
 
+TSyntheticRun::PlacedPeak TSyntheticRun::placedPeak(const Options& options, const QString& name)
+{
+    for (const PlacedPeak& p : placedPeaks(options)) {
+        if (p.name == name)
+            return p;
+    }
+    return PlacedPeak();
+}
+
 namespace {
 // The integral over time of a Gaussian of unit apex.
 double gaussianArea(double sigma)

@@ -73,4 +73,7 @@ public:
 
     /// Every compound `generate` places with these options, in elution order.
     static QVector<PlacedPeak> placedPeaks(const Options& options);
+    /// The compound of that short name as `generate` places it; a default
+    /// (nameless) peak when it places none.
+    static PlacedPeak placedPeak(const Options& options, const QString& name);
 };

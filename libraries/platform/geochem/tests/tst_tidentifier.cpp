@@ -70,15 +70,6 @@ QVector<int> referenceAlkanes()
     return carbons;
 }
 
-TSyntheticRun::PlacedPeak placed(const TSyntheticRun::Options& options, const QString& name)
-{
-    for (const auto& p : TSyntheticRun::placedPeaks(options)) {
-        if (p.name == name)
-            return p;
-    }
-    return TSyntheticRun::PlacedPeak();
-}
-
 } // namespace
 
 class TestIdentifier : public QObject
@@ -112,7 +103,7 @@ private slots:
         QCOMPARE(scale.alkanes().size(), 31);
         const double scanInterval = c.times.at(1) - c.times.at(0);
         for (const auto& alkane : scale.alkanes()) {
-            const double truth = placed(options, QStringLiteral("nC%1").arg(alkane.carbons)).time;
+            const double truth = TSyntheticRun::placedPeak(options, QStringLiteral("nC%1").arg(alkane.carbons)).time;
             QVERIFY2(
                 std::fabs(alkane.time - truth) < scanInterval,
                 qPrintable(QStringLiteral("C%1 at %2, placed at %3").arg(alkane.carbons).arg(alkane.time).arg(truth)));
@@ -189,7 +180,7 @@ private slots:
         const QVector<TPeak> alkanePeaks = TPeakFinder::find(alkaneTrace.times, alkaneTrace.values);
         const TRetentionIndexScale scale
             = TIdentifier::calibrate(alkanePeaks, referenceAlkanes(), molecularIon(run, alkanePeaks));
-        const TSyntheticRun::PlacedPeak truth = placed(options, compound);
+        const TSyntheticRun::PlacedPeak truth = TSyntheticRun::placedPeak(options, compound);
         const Chromatogram trace = extract(run, ion);
         TIdentificationTarget target{compound, compound, truth.retentionIndex, ion};
         const TCompoundMeasure measure
