@@ -57,6 +57,27 @@ int walk(const QVector<double>& s, int apex, int step, double tolerance, int fla
     return lowest;
 }
 
+// The level a peak rises from on one side: the lowest point before the
+// signal climbs above the apex (a higher neighbour) or has stayed above that
+// point for twice as long as it took to get there (the baseline's noise).
+double footLevel(const QVector<double>& s, int apex, int step)
+{
+    double lowest = s[apex];
+    int lowestAt = 0;
+    for (int k = 1;; ++k) {
+        const int j = apex + k * step;
+        if (j < 0 || j >= s.size() || s[j] > s[apex])
+            break;
+        if (s[j] < lowest) {
+            lowest = s[j];
+            lowestAt = k;
+        } else if (k > 2 * lowestAt + 5) {
+            break;
+        }
+    }
+    return lowest;
+}
+
 double baselineAt(double t, double t0, double y0, double t1, double y1)
 {
     return t1 == t0 ? y0 : y0 + (y1 - y0) * (t - t0) / (t1 - t0);
@@ -115,9 +136,14 @@ QVector<TPeak> TPeakFinder::find(const QVector<double>& times, const QVector<dou
     const QVector<double> s = smoothed(values);
 
     // Candidate apices, highest first, each walked out to its boundaries.
+    // A peak's baseline never lies below the trace's lowest point, so a
+    // maximum that does not stand the required height above it is noise and
+    // is not walked at all: most maxima of a long trace are.
+    const double lowest = *std::min_element(s.begin(), s.end());
+    const double required = minimumSignalToNoise * sigma;
     std::vector<int> apices;
     for (int i = 1; i + 1 < n; ++i) {
-        if (s[i] >= s[i - 1] && s[i] > s[i + 1])
+        if (s[i] >= s[i - 1] && s[i] > s[i + 1] && !(s[i] - lowest < required))
             apices.push_back(i);
     }
     std::sort(apices.begin(), apices.end(), [&s](int a, int b) { return s[a] > s[b]; });
@@ -127,8 +153,11 @@ QVector<TPeak> TPeakFinder::find(const QVector<double>& times, const QVector<dou
         if (taken[size_t(apex)])
             continue;
         // Flat for as long as the peak took to rise to half its height, thrice.
+        // The height counts from the higher of its two feet: a detector's
+        // standing current is no part of it.
+        const double half = (s[apex] + std::max(footLevel(s, apex, -1), footLevel(s, apex, +1))) / 2.0;
         int halfRise = 1;
-        while (apex - halfRise > 0 && s[apex - halfRise] > s[apex] / 2.0 && halfRise < n)
+        while (apex - halfRise > 0 && s[apex - halfRise] > half)
             ++halfRise;
         const int flat = std::max(5, 3 * halfRise);
         Range range{walk(s, apex, -1, tolerance, flat), apex, walk(s, apex, +1, tolerance, flat)};
@@ -148,7 +177,7 @@ QVector<TPeak> TPeakFinder::find(const QVector<double>& times, const QVector<dou
         if (range.end - range.start < 2)
             continue;
         const double base = baselineAt(times[apex], times[range.start], s[range.start], times[range.end], s[range.end]);
-        if (s[apex] - base < minimumSignalToNoise * sigma)
+        if (s[apex] - base < required)
             continue;
         for (int j = range.start + 1; j < range.end; ++j)
             taken[size_t(j)] = 1;

@@ -24,13 +24,13 @@ struct Trace
 };
 
 // Sampled every 0.01 min from 0 to 10 min over a sloping baseline.
-Trace trace(const QList<Placed>& peaks, double noise, quint32 seed = 1)
+Trace trace(const QList<Placed>& peaks, double noise, quint32 seed = 1, double offset = 50.0)
 {
     Trace t;
     QRandomGenerator random(seed);
     for (int i = 0; i <= 1000; ++i) {
         const double x = i * 0.01;
-        double y = 50.0 + 2.0 * x;
+        double y = offset + 2.0 * x;
         for (const Placed& p : peaks)
             y += p.area / (p.sigma * std::sqrt(2.0 * M_PI)) * std::exp(-0.5 * std::pow((x - p.apex) / p.sigma, 2));
         if (noise > 0.0) {
@@ -64,9 +64,14 @@ private slots:
         QTest::addColumn<QList<Placed>>("placed");
         QTest::addColumn<double>("noise");
         QTest::addColumn<double>("tolerance");
-        QTest::newRow("clean, apart") << QList<Placed>{{3.0, 100.0, 0.05}, {6.0, 40.0, 0.08}} << 0.0 << 0.02;
-        QTest::newRow("noisy, apart") << QList<Placed>{{3.0, 100.0, 0.05}, {6.0, 40.0, 0.08}} << 5.0 << 0.05;
-        QTest::newRow("noisy, co-eluting") << QList<Placed>{{4.0, 100.0, 0.05}, {4.3, 60.0, 0.05}} << 5.0 << 0.05;
+        QTest::addColumn<double>("offset");
+        const QList<Placed> apart{{3.0, 100.0, 0.05}, {6.0, 40.0, 0.08}};
+        QTest::newRow("clean, apart") << apart << 0.0 << 0.02 << 50.0;
+        QTest::newRow("noisy, apart") << apart << 5.0 << 0.05 << 50.0;
+        QTest::newRow("noisy, co-eluting")
+            << QList<Placed>{{4.0, 100.0, 0.05}, {4.3, 60.0, 0.05}} << 5.0 << 0.05 << 50.0;
+        // A detector's standing current ten times the peaks' height.
+        QTest::newRow("noisy, high baseline") << apart << 5.0 << 0.05 << 8000.0;
     }
 
     void knownPeaks()
@@ -74,7 +79,8 @@ private slots:
         QFETCH(QList<Placed>, placed);
         QFETCH(double, noise);
         QFETCH(double, tolerance);
-        const Trace t = trace(placed, noise);
+        QFETCH(double, offset);
+        const Trace t = trace(placed, noise, 1, offset);
         const QVector<TPeak> found = TPeakFinder::find(t.times, t.values);
         QCOMPARE(found.size(), placed.size());
         for (int i = 0; i < placed.size(); ++i) {
