@@ -69,7 +69,6 @@ private slots:
             std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviDelivered, false));
             QVERIFY(db);
             QCOMPARE(db->getCurrentWorkingPath(), QDir::cleanPath(m_dir->path()));
-            QCOMPARE(db->parentDirectory(), QStringLiteral("tovi"));
             QVERIFY(log.contains(MessageLoggerInterface::LevelDebug,
                                  QStringLiteral("starting ToDB with path = ") + m_dir->path()));
             QVERIFY(QFileInfo::exists(db->getConnector()->getDbFilename()));
@@ -93,22 +92,29 @@ private slots:
         QCOMPARE(QFileInfo(db->getConnector()->getDbFilename()).absolutePath(), expected);
     }
 
-    void withoutEitherNamedValueNothingIsCreated_data()
+    void withoutAFolderNothingIsCreated_data()
     {
         QTest::addColumn<QString>("language");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("en") << "en"
-                            << "The reference databases have no folder: neither TOVIDBDIR nor VARNELDIR is set";
-        QTest::newRow("fr") << "fr"
-                            << "Les bases de référence n'ont pas de dossier : ni TOVIDBDIR ni VARNELDIR n'est défini";
+        QTest::addColumn<bool>("settings");
+        QTest::addColumn<QStringList>("warnings");
+        QTest::newRow("en") << "en" << true
+                            << QStringList{"The reference databases have no folder: neither TOVIDBDIR nor VARNELDIR "
+                                           "is set"};
+        QTest::newRow("fr") << "fr" << true
+                            << QStringList{"Les bases de référence n'ont pas de dossier : ni TOVIDBDIR ni VARNELDIR "
+                                           "n'est défini"};
+        QTest::newRow("no application settings, silently") << "en" << false << QStringList();
     }
 
     // An unset root must not turn into folders hanging from "/".
-    void withoutEitherNamedValueNothingIsCreated()
+    void withoutAFolderNothingIsCreated()
     {
         QFETCH(QString, language);
-        QFETCH(QString, expected);
+        QFETCH(bool, settings);
+        QFETCH(QStringList, warnings);
         m_data->removeValue(QStringLiteral("TOVIDBDIR"));
+        if (!settings)
+            m_data.reset();
         qunsetenv("VARNELDIR");
         const bool rootHadIt = QFileInfo::exists(QStringLiteral("/Libraries"));
         TTranslator::install(language);
@@ -117,59 +123,39 @@ private slots:
         QVERIFY(db);
         QVERIFY(db->getCurrentWorkingPath().isEmpty());
         QVERIFY(!db->getConnector());
-        QCOMPARE(log.messages(MessageLoggerInterface::LevelWarning), QStringList{expected});
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelWarning), warnings);
         QCOMPARE(QFileInfo::exists(QStringLiteral("/Libraries")), rootHadIt);
         // Its operations answer neutrally, without saying it again.
-        QVERIFY(!db->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
-        QVERIFY(db->getAllIons().isEmpty());
-        QCOMPARE(log.messages(MessageLoggerInterface::LevelWarning).size(), 1);
-    }
-
-    void withoutApplicationDataNothingIsOpened()
-    {
-        m_data.reset();
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviMerged, false));
-        QVERIFY(db);
-        QVERIFY(db->getCurrentWorkingPath().isEmpty());
-        QVERIFY(!db->getConnector());
         QVERIFY(db->serialNumber().isNull());
         QVERIFY(db->readSerialNumber().isNull());
         QVERIFY(!db->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
         QVERIFY(db->getAllIons().isEmpty());
-        QCOMPARE(db->folderNameList(), QStringList{QStringLiteral("Graphs")});
+        QCOMPARE(log.messages(MessageLoggerInterface::LevelWarning), warnings);
     }
 
-    void factoryMakesThreeDatabasesInOneFolder()
+    // The factory makes three databases, each with a file of its own in the
+    // one folder; what one of them stores survives closing and reopening.
+    void registeredLoadedFlushedClosedAndReopened()
     {
-        QStringList files;
+        VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
+        QSet<QString> files;
         for (Sedra::DatabaseType type :
              {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
-            std::unique_ptr<VNDatabaseTovi> db(makeTovi(type, false));
+            VNDatabaseTovi* db = makeTovi(type, false);
             QVERIFY(db);
             QCOMPARE(int(db->getDatabaseType()), type);
-            QCOMPARE(int(static_cast<VNToviDatabaseInterface*>(db.get())->getDatabaseType()), type);
             QVERIFY(dynamic_cast<Sedra::THeaderToviConnector*>(db->getConnector()));
             files << db->getConnector()->getDbFilename();
+            QCOMPARE(QFileInfo(db->getConnector()->getDbFilename()).absolutePath(), QDir::cleanPath(m_dir->path()));
             // A fresh connector belongs to the caller and opens nothing.
             std::unique_ptr<Sedra::THeaderConnector> fresh(db->getNewConnector());
             QVERIFY(dynamic_cast<Sedra::THeaderToviConnector*>(fresh.get()));
             QVERIFY(!fresh->isOpen());
-        }
-        QCOMPARE(QSet<QString>(files.begin(), files.end()).size(), 3);
-        for (const QString& file : files)
-            QCOMPARE(QFileInfo(file).absolutePath(), QDir::cleanPath(m_dir->path()));
-    }
-
-    void registeredLoadedFlushedClosedAndReopened()
-    {
-        VNDatabaseToviMGR* manager = VNDatabaseToviMGR::getInstance();
-        for (Sedra::DatabaseType type :
-             {Sedra::DatabaseToviDelivered, Sedra::DatabaseToviUser, Sedra::DatabaseToviMerged}) {
-            VNDatabaseTovi* db = makeTovi(type, false);
             QVERIFY(db->loadDatabase());
             manager->setDb(db);
             QCOMPARE(manager->db(type), static_cast<VNToviDatabaseInterface*>(db));
         }
+        QCOMPARE(files.size(), 3);
         auto* user = dynamic_cast<VNDatabaseTovi*>(manager->db(Sedra::DatabaseToviUser));
         QVERIFY(user);
         const QString awkward = QStringLiteral("17\u03b1(H),21\u03b2(H)-hopane \"C30\"; it's 'x'");
@@ -190,7 +176,9 @@ private slots:
         QVERIFY(reopened->loadDatabase());
         manager->setDb(reopened);
         QCOMPARE(reopened->serialNumber(), QStringLiteral("USR-42"));
+        // Read through a connection of its own, gone afterwards.
         QCOMPARE(reopened->readSerialNumber(), QStringLiteral("USR-42"));
+        QVERIFY(!QSqlDatabase::contains(reopened->getConnector()->getDbFilename()));
         const VNObject2* found = reopened->getCompound(QStringLiteral("USR-1"));
         QVERIFY(found);
         QCOMPARE(found->name(), awkward);
@@ -218,8 +206,10 @@ private slots:
         QVERIFY(reopened->loadDatabase());
         QCOMPARE(reopened->getAllCompounds().size(), 1);
 
-        VNDatabaseToviMGR::clear();
-        QVERIFY(!VNDatabaseToviMGR::isInstanciated());
+        // A file gone under the database has an empty serial, not a null one.
+        QVERIFY(QFile::remove(reopened->getConnector()->getDbFilename()));
+        const QString missing = reopened->readSerialNumber();
+        QVERIFY(!missing.isNull() && missing.isEmpty());
     }
 
     void managerOwnsWhatItKeeps()
@@ -247,19 +237,6 @@ private slots:
         VNDatabaseToviMGR::clear(); // twice is harmless
     }
 
-    void serialNumberIsReadWithoutTheOpenDatabase()
-    {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviDelivered, false));
-        QVERIFY(db->getConnector()->setSerialNumber(QStringLiteral("ORL-2026.1")));
-        QCOMPARE(db->readSerialNumber(), QStringLiteral("ORL-2026.1"));
-        // The independent connection is gone afterwards.
-        QVERIFY(!QSqlDatabase::contains(db->getConnector()->getDbFilename()));
-        QVERIFY(QFile::remove(db->getConnector()->getDbFilename()));
-        const QString missing = db->readSerialNumber();
-        QVERIFY(!missing.isNull());
-        QVERIFY(missing.isEmpty());
-    }
-
     void damagedFileIsRefusedWithAMessage()
     {
         const QString file = m_dir->filePath(Sedra::THeaderConnector::fileNameForType(Sedra::DatabaseToviUser));
@@ -268,10 +245,7 @@ private slots:
         TRecordingLogger log;
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser, false));
         QVERIFY(db);
-        bool named = false;
-        for (const QString& message : log.messages(MessageLoggerInterface::LevelWarning))
-            named = named || message.contains(QFileInfo(file).fileName());
-        QVERIFY(named);
+        QVERIFY(log.messages(MessageLoggerInterface::LevelWarning).join('\n').contains(QFileInfo(file).fileName()));
         QVERIFY(!db->createEIC(QStringLiteral("m/z 57"), QStringLiteral("57")));
         QVERIFY(!addCompound(db.get(), QStringLiteral("C1"), QStringLiteral("pristane"), QStringLiteral("Pr")));
         QVERIFY(db->getAllCompounds().isEmpty());
@@ -308,14 +282,10 @@ private slots:
         QVERIFY(db->createJoint("C1", "m/z 183", QString()));
         QVERIFY(db->aliasCreate(compound->compound(), "CAS", "V", "638-36-8"));
         QVERIFY(db->removeAllObjects());
-        QVERIFY(db->getAllCompounds().isEmpty());
-        QVERIFY(db->getAllAlias().isEmpty());
-        db.reset(makeTovi(Sedra::DatabaseToviUser, false));
-        QVERIFY(db->loadDatabase());
-        QVERIFY(db->getAllCompounds().isEmpty());
-        QVERIFY(db->getAllIons().isEmpty());
-        QVERIFY(db->getAllJoints().isEmpty());
-        QVERIFY(db->getAllAlias().isEmpty());
+        QVERIFY(db->getAllCompounds().isEmpty() && db->getAllAlias().isEmpty());
+        db.reset(makeTovi(Sedra::DatabaseToviUser));
+        QVERIFY(db->getAllCompounds().isEmpty() && db->getAllIons().isEmpty());
+        QVERIFY(db->getAllJoints().isEmpty() && db->getAllAlias().isEmpty());
     }
 
     void pathsOfObjectsAndTemp()
@@ -382,24 +352,19 @@ private slots:
         }
 
         const QString path = m_dir->filePath(QStringLiteral("graphs"));
-        QVERIFY(writeFile(path + "/sterane.xml", "<g/>"));
-        QVERIFY(writeFile(path + "/hopane.XML", "<g/>"));
+        for (const char* name : {"/sterane.xml", "/hopane.XML", "/.hidden", "/sub.d/inside.xml"})
+            QVERIFY(writeFile(path + name, "<g/>"));
         QVERIFY(writeFile(path + "/empty.xml", ""));
-        QVERIFY(writeFile(path + "/.hidden", "x"));
-        QVERIFY(writeFile(path + "/sub.d/inside.xml", "<g/>"));
-        QStringList names = db->scanDir(path, true);
-        names.sort();
+        const auto sorted = [](QStringList names) {
+            names.sort();
+            return names;
+        };
         // Folders count when they report a size, as they do here.
-        QCOMPARE(names, (QStringList{"hopane.XML", "sterane.xml", "sub.d"}));
-        names = db->scanDir(path, false);
-        names.sort();
-        QCOMPARE(names, (QStringList{"hopane", "sterane", "sub"}));
-
-        names = db->scanDir(path, false, QStringLiteral("xml"), false);
-        QCOMPARE(names, QStringList{"sterane"}); // suffixes compare case-sensitively
-        names = db->scanDir(path, true, QString(), true);
-        names.sort();
-        QCOMPARE(names, (QStringList{"hopane.XML", "sterane.xml", "sub.d"}));
+        QCOMPARE(sorted(db->scanDir(path, true)), (QStringList{"hopane.XML", "sterane.xml", "sub.d"}));
+        QCOMPARE(sorted(db->scanDir(path, true, QString(), true)), (QStringList{"hopane.XML", "sterane.xml", "sub.d"}));
+        QCOMPARE(sorted(db->scanDir(path, false)), (QStringList{"hopane", "sterane", "sub"}));
+        // Suffixes compare case-sensitively.
+        QCOMPARE(db->scanDir(path, false, QStringLiteral("xml"), false), QStringList{"sterane"});
         // A missing folder is made silently.
         TRecordingLogger log;
         QVERIFY(db->scanDir(path + "/new", true, QString(), true).isEmpty());
@@ -414,11 +379,9 @@ private slots:
         QVERIFY(!VNDatabaseTovi::copyDirectory(m_dir->filePath("missing"), target, true, {}, true));
         QVERIFY(!QFileInfo::exists(target));
 
-        QVERIFY(writeFile(source + "/a.xml", "a"));
-        QVERIFY(writeFile(source + "/b.txt", "b"));
+        for (const char* name : {"/a.xml", "/b.txt", "/README", "/sub/c.xml"})
+            QVERIFY(writeFile(source + name, "x"));
         QVERIFY(writeFile(source + "/empty.xml", ""));
-        QVERIFY(writeFile(source + "/README", "r"));
-        QVERIFY(writeFile(source + "/sub/c.xml", "c"));
         QVERIFY(VNDatabaseTovi::copyDirectory(source + "/", target + "/", false, {QStringLiteral("xml")}, false));
         QVERIFY(QFileInfo::exists(target + "/a.xml"));
         QVERIFY(!QFileInfo::exists(target + "/b.txt"));

@@ -86,7 +86,6 @@ private slots:
         QCOMPARE(db->getObjectProperties(pristane->object(), QStringLiteral("CAS"), &found).value(),
                  QStringLiteral("1921-70-6"));
         QVERIFY(found);
-        QVERIFY(db->getObjectProperties(pristane->object()));
 
         // By identity only: an object of another database is not ours.
         std::unique_ptr<VNDatabaseTovi> other(makeTovi(Sedra::DatabaseToviMerged));
@@ -98,17 +97,17 @@ private slots:
         QVERIFY(!db->getCompound(QStringLiteral("C2")));
     }
 
-    void ionsAndTheNoneIon()
+    // Ions, the "none" ion made once on demand, and joints pairing a compound with an ion.
+    void ionsAndJoints()
     {
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
-        Sedra::TToviEIC* eic = db->createEIC(QStringLiteral("m/z 217"), QStringLiteral("217"));
+        Sedra::TToviEIC* eic = db->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191"));
         QVERIFY(eic);
-        QCOMPARE(db->getEIC(QStringLiteral("m/z 217")), eic->object());
+        QCOMPARE(db->getEIC(QStringLiteral("m/z 191")), eic->object());
         QCOMPARE(db->getEIC(eic->object()), eic);
         QVERIFY(!db->getEIC(static_cast<const VNObject2*>(nullptr)));
-        QCOMPARE(db->getEICByName(QStringLiteral("m/z 217")), eic->object());
+        QCOMPARE(db->getEICByName(QStringLiteral("m/z 191")), eic->object());
         QVERIFY(!db->getEICByName(QStringLiteral("none")));
-
         const Sedra::TToviEIC* none = db->getNoneEIC();
         QVERIFY(none);
         QCOMPARE(none->EICName(), QStringLiteral("none"));
@@ -116,6 +115,22 @@ private slots:
         QCOMPARE(db->getNoneEIC(), none);
         QCOMPARE(db->getAllIons().size(), 2);
 
+        QVERIFY(addCompound(db.get(), "C30", "C30 hopane", "H30"));
+        QVERIFY(!db->createJoint("missing", "m/z 191", "x"));
+        QVERIFY(!db->createJoint("C30", "missing", "x"));
+        Sedra::TToviJoint* joint = db->createJoint("C30", "m/z 191", "hopane on 191");
+        QVERIFY(joint);
+        QVERIFY(!db->createJoint("C30", "m/z 191", "twice")); // a pair is joined once
+        QCOMPARE(db->getJoint(joint->object()), joint);
+        QCOMPARE(db->getJoint(joint->key()), joint->object());
+        QCOMPARE(db->getJoint(QStringLiteral("C30"), QStringLiteral("m/z 191")), joint->object());
+        QVERIFY(!db->getJoint(QStringLiteral("missing"), QStringLiteral("m/z 191")));
+        const auto* object = dynamic_cast<const VNObject2ToviJoint*>(joint->object());
+        QVERIFY(object && object->compound() && object->eic());
+        QCOMPARE(db->getAllJoints().size(), 1);
+        QVERIFY(!db->jointRemove(nullptr));
+        QVERIFY(db->jointRemove(joint->object()));
+        QVERIFY(db->getAllJoints().isEmpty());
         QVERIFY(!db->EICRemove(nullptr));
         QVERIFY(db->EICRemove(eic->object()));
         QCOMPARE(db->getAllIons().size(), 1);
@@ -149,33 +164,16 @@ private slots:
         QCOMPARE(db->getRatiosByAliasesValue(QStringLiteral("pristane/phytane")),
                  QList<const VNObject2*>{second->object()});
         QCOMPARE(db->getAllRatios().size(), 3);
+        // A graph document that names no parameter, or none at all.
+        QDomDocument document;
+        QVERIFY(document.setContent(QStringLiteral("<GraphDocument><informations/></GraphDocument>")));
+        QVERIFY(db->getRatioUids(document).isEmpty());
+        QVERIFY(db->getRatioUids(QDomDocument()).isEmpty());
 
         QVERIFY(db->ratioRemove(static_cast<Sedra::TToviRatio*>(nullptr), false)); // nothing to remove
         QVERIFY(db->ratioRemove(second, true));
         QVERIFY(!db->getRatio(QStringLiteral("R2")));
         QVERIFY(db->getRatiosByAliasesValue(QStringLiteral("pristane/phytane")).isEmpty());
-    }
-
-    void jointsPairACompoundWithAnIon()
-    {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
-        QVERIFY(addCompound(db.get(), "C30", "C30 hopane", "H30"));
-        QVERIFY(db->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
-        QVERIFY(!db->createJoint("missing", "m/z 191", "x"));
-        QVERIFY(!db->createJoint("C30", "missing", "x"));
-        Sedra::TToviJoint* joint = db->createJoint("C30", "m/z 191", "hopane on 191");
-        QVERIFY(joint);
-        QVERIFY(!db->createJoint("C30", "m/z 191", "twice")); // a pair is joined once
-        QCOMPARE(db->getJoint(joint->object()), joint);
-        QCOMPARE(db->getJoint(joint->key()), joint->object());
-        QCOMPARE(db->getJoint(QStringLiteral("C30"), QStringLiteral("m/z 191")), joint->object());
-        QVERIFY(!db->getJoint(QStringLiteral("missing"), QStringLiteral("m/z 191")));
-        const auto* object = dynamic_cast<const VNObject2ToviJoint*>(joint->object());
-        QVERIFY(object && object->compound() && object->eic());
-        QCOMPARE(db->getAllJoints().size(), 1);
-        QVERIFY(!db->jointRemove(nullptr));
-        QVERIFY(db->jointRemove(joint->object()));
-        QVERIFY(db->getAllJoints().isEmpty());
     }
 
     void removalDispatchAndRenamingRefusals_data()
@@ -385,15 +383,6 @@ private slots:
         QCOMPARE(merged->getCompound(QStringLiteral("C49"))->name(), QStringLiteral("compound 49"));
     }
 
-    void ratioKeysOfGraphDocuments()
-    {
-        std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviUser));
-        QDomDocument document;
-        QVERIFY(document.setContent(QStringLiteral("<GraphDocument><informations/></GraphDocument>")));
-        QVERIFY(db->getRatioUids(document).isEmpty());
-        QVERIFY(db->getRatioUids(QDomDocument()).isEmpty());
-    }
-
     void sampleContentLoads()
     {
         std::unique_ptr<VNDatabaseTovi> db(makeTovi(Sedra::DatabaseToviDelivered));
@@ -454,9 +443,8 @@ private slots:
         const int before_ = TAssert::count();
         QVERIFY(!db->aliasUpdate(alias, QStringLiteral("x")));
         QCOMPARE(TAssert::count(), before_ + 1);
-        QCOMPARE(TAssert::failures().constLast().expression, QStringLiteral("mapper != nullptr"));
-        QCOMPARE(TAssert::failures().constLast().file, QStringLiteral("vndatabasetovi"));
-        QVERIFY(TAssert::failures().constLast().line > 0);
+        QCOMPARE((QStringList{TAssert::failures().constLast().expression, TAssert::failures().constLast().file}),
+                 (QStringList{"mapper != nullptr", "vndatabasetovi"}));
     }
 
 private:
