@@ -1,7 +1,7 @@
-// The header database on real files: what is written comes back after a
-// close, damaged or foreign files are refused without a crash and without
-// being touched, a read-only database leaves its folder exactly as it was,
-// and a removal is one transaction.
+// The header database on real files: what is written, flushed or not, comes
+// back after a close, damaged or foreign files are refused without a crash
+// and without being touched, a read-only database leaves its folder exactly
+// as it was, and a removal is one transaction.
 
 #include "sedra_testproject.h"
 
@@ -102,11 +102,19 @@ private slots:
             QVERIFY(fillProject(p));
             wellId = p.wells()->record("Well 7/11-A")->id();
             QVERIFY(wellId >= 0);
+            // Left unflushed: written at close.
+            QVERIFY(p.wells()->createWell("W1", false));
+            QVERIFY(p.db->setObjectProperty(p.wells()->get("W1"), "Field", "Troll", false));
+            QVERIFY(p.db->headerDb()->hasPendingChanges());
+            QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeWell), 1);
         }
         TestProject p(dir.path());
         QVERIFY(p.opened);
-        QCOMPARE(p.db->headerDb()->objectCount(), 8);
+        QCOMPARE(p.db->headerDb()->objectCount(), 9);
         QVERIFY(!p.db->headerDb()->hasPendingChanges());
+        bool found = false;
+        QCOMPARE(p.db->getObjectProperties(p.wells()->get("W1"), "Field", &found).value(), "Troll");
+        QVERIFY(found);
 
         const auto* well = dynamic_cast<TPropertyObject*>(p.wells()->record("Well 7/11-A"));
         QVERIFY(well);
@@ -139,28 +147,12 @@ private slots:
 
         auto* indexations = p.mapper<TIndexationMapper>(VNObjectTypeIndexation);
         QCOMPARE(indexations->analyses(indexations->get("Steranes")), (QStringList{"Oil 12", "Rock, 2"}));
-    }
-
-    void unflushedChangesAreWrittenAtClose()
-    {
-        QTemporaryDir dir;
-        {
-            TestProject p(dir.path());
-            QVERIFY(p.wells()->createWell("W1", false));
-            QVERIFY(p.db->setObjectProperty(p.wells()->get("W1"), "Field", "Troll", false));
-            QVERIFY(p.db->headerDb()->hasPendingChanges());
-            QCOMPARE(rowsOfKind(p.headerFile(), VNObjectTypeWell), 0);
-        }
-        TestProject p(dir.path());
-        bool found = false;
-        const TProperty field = p.db->getObjectProperties(p.wells()->get("W1"), "Field", &found);
-        QVERIFY(found);
-        QCOMPARE(field.value(), "Troll");
 
         // Emptying the memory keeps the file; reading back gives the same records.
         p.db->clearDB();
         QCOMPARE(p.db->headerDb()->objectCount(), 0);
         QVERIFY(p.db->loadDatabase());
+        QCOMPARE(p.db->headerDb()->objectCount(), 9);
         QVERIFY(p.wells()->get("W1"));
     }
 
