@@ -204,6 +204,7 @@ private slots:
                               QString("Impossible d'écrire le fichier <b>%1</b>").arg(nested)}));
         QVERIFY(!QFile::exists(nested));
         QVERIFY(TXMLMethod::save(&document, nested, true, true));
+        QVERIFY(QFile::exists(nested));
 
         if (geteuid() != 0) {
             const QString locked = m_dir.filePath("locked");
