@@ -35,21 +35,32 @@ private slots:
         TTranslator::install("en");
     }
 
-    void createChildElementAppendsInOrder()
+    // addToElement replaces a key's element where it stands; createChildElement appends.
+    void buildingElements()
     {
         QDomElement root;
         QDomDocument document = documentWithRoot("root", &root);
+        QVERIFY(TXMLMethod::addToElement(root, "Title", "old"));
         const QDomElement first = TXMLMethod::createChildElement(root, "axis");
         const QDomElement second = TXMLMethod::createChildElement(root, "axis");
-        QCOMPARE(root.childNodes().size(), 2);
-        QCOMPARE(root.firstChildElement(), first);
+        QVERIFY(TXMLMethod::addToElement(root, "Title", "new"));
+        QCOMPARE(root.firstChildElement().text(), "new");
+        QCOMPARE(root.firstChildElement().nextSiblingElement(), first);
         QCOMPARE(first.nextSiblingElement(), second);
         QCOMPARE(first.ownerDocument(), document);
+        QCOMPARE(root.childNodes().size(), 3);
 
         QDomElement none;
         QVERIFY(TXMLMethod::createChildElement(none, "axis").isNull());
         QVERIFY(TXMLMethod::createChildElement(root, QString()).isNull());
-        QCOMPARE(root.childNodes().size(), 2);
+        QVERIFY(!TXMLMethod::addToElement(QDomElement(), "Title", "v"));
+        QVERIFY(!TXMLMethod::addToElement(root, QString(), "v"));
+        // Keys that are not XML names would make the saved file unreadable.
+        for (const QString bad : {"two words", "1st", "a<b", "-dash", "x&y"})
+            QVERIFY2(!TXMLMethod::addToElement(root, bad, "v"), qPrintable(bad));
+        QCOMPARE(root.childNodes().size(), 3);
+        for (const QString good : {"Compound_ID", "_x.y-z", "Étiquette", "a1"})
+            QVERIFY2(TXMLMethod::addToElement(root, good, "v"), qPrintable(good));
     }
 
     void keyedValuesRoundTrip_data()
@@ -87,30 +98,8 @@ private slots:
         QDomDocument loaded;
         QVERIFY(TXMLMethod::load(&loaded, path, false, false));
         const QDomElement again = loaded.documentElement();
-        QCOMPARE(again.tagName(), "informations");
         QCOMPARE(TXMLMethod::getInfoString(again, "Name"), expected);
         QCOMPARE(TXMLMethod::getInfoString(again, "Other"), "x");
-    }
-
-    void addToElementReplacesAndRefuses()
-    {
-        QDomElement root;
-        QDomDocument document = documentWithRoot("root", &root);
-        QVERIFY(TXMLMethod::addToElement(root, "Title", "old"));
-        QVERIFY(TXMLMethod::addToElement(root, "Title", "new"));
-        QCOMPARE(root.elementsByTagName("Title").size(), 1);
-        QCOMPARE(TXMLMethod::getInfoString(root, "Title"), "new");
-
-        QVERIFY(!TXMLMethod::addToElement(QDomElement(), "Title", "v"));
-        QVERIFY(!TXMLMethod::addToElement(root, QString(), "v"));
-        // Keys that are not XML names would make the saved file unreadable.
-        for (const QString bad : {"two words", "1st", "a<b", "-dash", "x&y"}) {
-            QVERIFY2(!TXMLMethod::addToElement(root, bad, "v"), qPrintable(bad));
-        }
-        QCOMPARE(root.childNodes().size(), 1);
-        for (const QString good : {"Compound_ID", "_x.y-z", "Étiquette", "a1"}) {
-            QVERIFY2(TXMLMethod::addToElement(root, good, "v"), qPrintable(good));
-        }
     }
 
     void readingKeyedValues()
@@ -129,9 +118,8 @@ private slots:
         QCOMPARE(TXMLMethod::getInfoString(root, "Twice"), "first");
 
         // Absent, empty and deeper-than-a-child keys read as empty.
-        QVERIFY(TXMLMethod::getInfoString(root, "Empty").isEmpty());
-        QVERIFY(TXMLMethod::getInfoString(root, "Missing").isEmpty());
-        QVERIFY(TXMLMethod::getInfoString(root, "Deep").isEmpty());
+        for (const QString key : {"Empty", "Missing", "Deep"})
+            QVERIFY2(TXMLMethod::getInfoString(root, key).isEmpty(), qPrintable(key));
         QVERIFY(TXMLMethod::getInfoString(QDomElement(), "Formula").isEmpty());
 
         QCOMPARE(TXMLMethod::getChildElement(root, "group").tagName(), "group");
@@ -140,59 +128,37 @@ private slots:
         QVERIFY(TXMLMethod::getChildElement(QDomNode(), "root").isNull());
     }
 
-    void loadRefusesMissingAndBrokenFiles()
+    // A refused load leaves the document as it was and is told only when asked
+    // to, in the user's language.
+    void loadRefusals()
     {
-        TRecordingLogger logger;
+        const QString missing = m_dir.filePath("missing.xml");
+        const QString broken = m_dir.filePath("cassé.xml");
+        const QString empty = m_dir.filePath("empty.xml");
+        QVERIFY(writeAll(broken, "<root>\n  <open>\n</root>\n"));
+        QVERIFY(writeAll(empty, QByteArray()));
         QDomDocument document;
         QVERIFY(document.setContent(QByteArrayLiteral("<kept/>")));
 
-        const QString missing = m_dir.filePath("missing.xml");
-        QVERIFY(!TXMLMethod::load(&document, missing, true, false));
-        QCOMPARE(document.documentElement().tagName(), "kept");
-        QCOMPARE(logger.messages(MessageLoggerInterface::LevelWarning),
-                 QStringList{QString("Unable to open the file <b>%1</b>").arg(missing)});
-
-        const QString broken = m_dir.filePath("broken.xml");
-        QVERIFY(writeAll(broken, "<root>\n  <open>\n</root>\n"));
-        logger.clear();
-        QVERIFY(!TXMLMethod::load(&document, broken, true, false));
-        QCOMPARE(document.documentElement().tagName(), "kept");
-        QCOMPARE(logger.count(), 1);
-        QVERIFY(logger.messages(MessageLoggerInterface::LevelWarning).value(0).contains("line 3"));
-
-        // Quiet when asked, and for a null document.
-        logger.clear();
-        QVERIFY(!TXMLMethod::load(&document, missing, false, false));
-        QVERIFY(!TXMLMethod::load(&document, broken, false, false));
-        QVERIFY(!TXMLMethod::load(nullptr, broken, true, false));
-        QVERIFY(!TXMLMethod::load(&document, m_dir.path(), false, false));
-        QCOMPARE(logger.count(), 0);
-
-        const QString empty = m_dir.filePath("empty.xml");
-        QVERIFY(writeAll(empty, QByteArray()));
-        QVERIFY(!TXMLMethod::load(&document, empty, false, false));
-        QCOMPARE(document.documentElement().tagName(), "kept");
-    }
-
-    void loadRefusalsInFrench()
-    {
-        TTranslator::install("fr");
         TRecordingLogger logger;
-        QDomDocument document;
-        const QString missing = m_dir.filePath("absent.xml");
-        QVERIFY(!TXMLMethod::load(&document, missing, true, false));
-        const QString broken = m_dir.filePath("cassé.xml");
-        QVERIFY(writeAll(broken, "<a><b></a>"));
-        QVERIFY(!TXMLMethod::load(&document, broken, true, false));
-        QDomDocument saved;
-        saved.appendChild(saved.createElement("a"));
-        QVERIFY(!TXMLMethod::save(&saved, missing + "/sous/doc.xml", false, true));
+        for (const QString& path : {missing, broken, empty, m_dir.path()}) {
+            QVERIFY2(!TXMLMethod::load(&document, path, false, false), qPrintable(path));
+            QVERIFY(!TXMLMethod::load(nullptr, path, true, false));
+        }
+        QCOMPARE(logger.count(), 0);
+        for (const QString language : {"en", "fr"}) {
+            TTranslator::install(language);
+            QVERIFY(!TXMLMethod::load(&document, missing, true, false));
+            QVERIFY(!TXMLMethod::load(&document, broken, true, false));
+        }
         const QStringList warnings = logger.messages(MessageLoggerInterface::LevelWarning);
-        QCOMPARE(warnings.size(), 3);
-        QCOMPARE(warnings.at(0), QString("Impossible d'ouvrir le fichier <b>%1</b>").arg(missing));
+        QCOMPARE(warnings.size(), 4);
+        QCOMPARE(warnings.at(0), QString("Unable to open the file <b>%1</b>").arg(missing));
+        QVERIFY(warnings.at(1).startsWith(QString("The file <b>%1</b> is not valid XML (line 3").arg(broken)));
+        QCOMPARE(warnings.at(2), QString("Impossible d'ouvrir le fichier <b>%1</b>").arg(missing));
         QVERIFY(
-            warnings.at(1).startsWith(QString("Le fichier <b>%1</b> n'est pas un XML valide (ligne 1").arg(broken)));
-        QVERIFY(warnings.at(2).startsWith("Impossible d'écrire le fichier"));
+            warnings.at(3).startsWith(QString("Le fichier <b>%1</b> n'est pas un XML valide (ligne 3").arg(broken)));
+        QCOMPARE(document.documentElement().tagName(), "kept");
     }
 
     void loadNamespaceProcessing()
@@ -211,40 +177,34 @@ private slots:
         QCOMPARE(processed.documentElement().namespaceURI(), "urn:vn:graph");
     }
 
+    // Nor can a folder be made below a regular file, nor a folder be replaced
+    // by the document.
     void saveCreatesFoldersOnlyWhenAsked()
     {
         QDomElement root;
         QDomDocument document = documentWithRoot("root", &root);
-        TXMLMethod::addToElement(root, "k", "v");
         const QString nested = m_dir.filePath("a/b/c/doc.xml");
-
-        TRecordingLogger logger;
-        QVERIFY(!TXMLMethod::save(&document, nested, false, true));
-        QVERIFY(!QFile::exists(nested));
-        QCOMPARE(logger.messages(MessageLoggerInterface::LevelWarning).size(), 1);
-
-        QVERIFY(TXMLMethod::save(&document, nested, true, true));
-        QDomDocument loaded;
-        QVERIFY(TXMLMethod::load(&loaded, nested, false, false));
-        QCOMPARE(TXMLMethod::getInfoString(loaded.documentElement(), "k"), "v");
-
-        QVERIFY(!TXMLMethod::save(nullptr, nested, true, false));
-        QVERIFY(!TXMLMethod::save(&document, QString(), true, false));
-    }
-
-    // The folder cannot be written: below a regular file, or the target is a folder.
-    void saveIntoUnwritablePlaceFails()
-    {
-        QDomElement root;
-        QDomDocument document = documentWithRoot("root", &root);
         const QString file = m_dir.filePath("plain.txt");
         QVERIFY(writeAll(file, "not a folder"));
+
         TRecordingLogger logger;
         QVERIFY(!TXMLMethod::save(&document, file + "/doc.xml", false, false));
         QVERIFY(!TXMLMethod::save(&document, file + "/sub/doc.xml", true, false));
         QVERIFY(!TXMLMethod::save(&document, m_dir.path(), false, false));
-        QCOMPARE(readAll(file), QByteArray("not a folder"));
+        QVERIFY(!TXMLMethod::save(nullptr, nested, true, false));
+        QVERIFY(!TXMLMethod::save(&document, QString(), true, false));
         QCOMPARE(logger.count(), 0);
+        QCOMPARE(readAll(file), QByteArray("not a folder"));
+
+        QVERIFY(!TXMLMethod::save(&document, nested, false, true));
+        TTranslator::install("fr");
+        QVERIFY(!TXMLMethod::save(&document, nested, false, true));
+        QCOMPARE(logger.messages(MessageLoggerInterface::LevelWarning),
+                 QStringList({QString("Unable to write the file <b>%1</b>").arg(nested),
+                              QString("Impossible d'écrire le fichier <b>%1</b>").arg(nested)}));
+        QVERIFY(!QFile::exists(nested));
+        QVERIFY(TXMLMethod::save(&document, nested, true, true));
+        QVERIFY(QFile::exists(nested));
 
         if (geteuid() != 0) {
             const QString locked = m_dir.filePath("locked");
@@ -300,11 +260,9 @@ private slots:
         QCOMPARE(copy.tagName(), "viewer");
         QCOMPARE(TXMLMethod::getInfoString(copy, "axis"), "Pr/Ph");
         // Nodes can still be made for it, through its own document.
-        QVERIFY(!copy.ownerDocument().isNull());
         QVERIFY(copy.parentNode().isNull());
         QVERIFY(TXMLMethod::addToElement(copy, "title", "Ternaire"));
-        QDomElement made = TXMLMethod::createChildElement(copy, "legend");
-        QVERIFY(!made.isNull());
+        QVERIFY(!TXMLMethod::createChildElement(copy, "legend").isNull());
         // Each copy is its own: changing one leaves the other.
         QVERIFY(TXMLMethod::getChildElement(second, "title").isNull());
         // And it moves into another document whole.
