@@ -44,23 +44,6 @@ QObject* itemOf(const Node* node)
     return node ? dynamic_cast<QObject*>(node->attribute) : nullptr;
 }
 
-struct Compound
-{
-    const char* key;
-    const char* name;
-    const char* formula;
-    const char* cas;
-    const char* family;
-    const char* carbons;
-};
-
-// Real compounds of petroleum geochemistry.
-const Compound kCompounds[] = {
-    {"C19_PRISTANE", "Pristane", "C19H40", "1921-70-6", "Isoprenoid", "19"},
-    {"C20_PHYTANE", "Phytane", "C20H42", "638-36-8", "Isoprenoid", "20"},
-    {"C30_HOPANE", "17a(H),21b(H)-Hopane", "C30H52", "13849-96-9", "Hopane", "30"},
-};
-
 QStringList titles(const Node* node)
 {
     QStringList result;
@@ -124,16 +107,22 @@ private slots:
         m_user = std::make_unique<RatioListWithStrays>();
         QVERIFY(m_user->loadDatabase());
 
-        for (const Compound& c : kCompounds) {
+        // Real compounds of petroleum geochemistry: key, name, formula, CAS, family, carbons.
+        const char* const compounds[][6] = {
+            {"C19_PRISTANE", "Pristane", "C19H40", "1921-70-6", "Isoprenoid", "19"},
+            {"C20_PHYTANE", "Phytane", "C20H42", "638-36-8", "Isoprenoid", "20"},
+            {"C30_HOPANE", "17a(H),21b(H)-Hopane", "C30H52", "13849-96-9", "Hopane", "30"},
+        };
+        for (const auto& c : compounds) {
             Sedra::TToviCompound model;
-            model.setMasterName(QString::fromLatin1(c.name));
-            QVERIFY(model.setToviKey(QString::fromLatin1(c.cas)));
-            model.setFormula(QString::fromLatin1(c.formula));
-            model.setCas(QString::fromLatin1(c.cas));
-            model.setFamily(QString::fromLatin1(c.family));
-            model.setCarbons(QString::fromLatin1(c.carbons));
+            model.setMasterName(QString::fromLatin1(c[1]));
+            QVERIFY(model.setToviKey(QString::fromLatin1(c[3])));
+            model.setFormula(QString::fromLatin1(c[2]));
+            model.setCas(QString::fromLatin1(c[3]));
+            model.setFamily(QString::fromLatin1(c[4]));
+            model.setCarbons(QString::fromLatin1(c[5]));
             model.setStudyType(QStringLiteral("Source rock"));
-            QVERIFY(m_user->createCompound(&model, QString::fromLatin1(c.key)));
+            QVERIFY(m_user->createCompound(&model, QString::fromLatin1(c[0])));
         }
         QVERIFY(m_user->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
         QVERIFY(m_user->createEIC(QStringLiteral("m/z 217"), QStringLiteral("217")));
