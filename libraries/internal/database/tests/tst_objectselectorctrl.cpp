@@ -26,15 +26,6 @@ QStringList visibleIds(const ObjectSelectorModel& model)
     return ids;
 }
 
-bool categoriesVisible(const ObjectSelectorModel& model)
-{
-    for (const sample::Node* category = model.root().getFirstSon(); category; category = category->getBrother()) {
-        if (!category->isVisible())
-            return false;
-    }
-    return true;
-}
-
 const QStringList kAllObjects{"11", "12", "13", "14", "21", "22",    "31",    "32",    "33",
                               "34", "41", "42", "43", "44", "PAR-1", "PAR-2", "PAR-3", "PAR-4"};
 
@@ -108,7 +99,8 @@ private slots:
         QCOMPARE(visibleIds(*model), QStringList({"PAR-1"}));
         ctrl->searchRequested(" pristane"); // no trimming
         QVERIFY(visibleIds(*model).isEmpty());
-        QVERIFY(categoriesVisible(*model)); // top-level nodes always show
+        for (const sample::Node* category = model->root().getFirstSon(); category; category = category->getBrother())
+            QVERIFY(category->isVisible()); // top-level nodes always show
         QCOMPARE(model->filterValue("MasterName"), QStringLiteral(" pristane"));
 
         ctrl->stopSearchRequested();
@@ -226,22 +218,17 @@ private slots:
         QCOMPARE(sample::ids(other.getSelectedItems(nullptr)), QStringList({"11", "34", "PAR-3"}));
     }
 
-    void collapseState()
+    // The widget test drives the branches; here, null items and no model.
+    void collapseStateAndNoConcreteModel()
     {
-        // The widget test drives the branches; here, null items and no model.
         ctrl->itemCollapsed(sample::find(*model, "3"));
         ctrl->itemCollapsed(nullptr);
         ctrl->itemExpanded(nullptr);
         QCOMPARE(ctrl->getCollapsedItems(), QList<int>({3}));
 
-        ObjectSelectorCtrl empty;
-        QVERIFY(empty.getCollapsedItems().isEmpty());
-        QVERIFY(!empty.loadCollapsedItems({1}));
-    }
-
-    void withoutAConcreteModel()
-    {
         ObjectSelectorCtrl none;
+        QVERIFY(none.getCollapsedItems().isEmpty());
+        QVERIFY(!none.loadCollapsedItems({1}));
         none.searchRequested("pristane");
         none.stopSearchRequested();
         none.searchWithFilterRequested();

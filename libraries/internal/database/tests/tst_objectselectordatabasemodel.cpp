@@ -1,6 +1,5 @@
 #include <objectselectorctrl.h>
 #include <objectselectordatabasemodel.h>
-#include <objectselectordatabaseobjectitem.h>
 #include <objectselectoreditor.h>
 #include <vndatabasetovi.h>
 #include <vndatabasetovisample.h>
@@ -15,7 +14,6 @@
 #include <tprogressbarmgr.h>
 #include <trecordinglogger.h>
 #include <ttovicompound.h>
-#include <ttovieic.h>
 #include <ttoviratio.h>
 #include <ttranslator.h>
 #include <txmlmethod.h>
@@ -45,23 +43,6 @@ QObject* itemOf(const Node* node)
 {
     return node ? dynamic_cast<QObject*>(node->attribute) : nullptr;
 }
-
-struct Compound
-{
-    const char* key;
-    const char* name;
-    const char* formula;
-    const char* cas;
-    const char* family;
-    const char* carbons;
-};
-
-// Real compounds of petroleum geochemistry.
-const Compound kCompounds[] = {
-    {"C19_PRISTANE", "Pristane", "C19H40", "1921-70-6", "Isoprenoid", "19"},
-    {"C20_PHYTANE", "Phytane", "C20H42", "638-36-8", "Isoprenoid", "20"},
-    {"C30_HOPANE", "17a(H),21b(H)-Hopane", "C30H52", "13849-96-9", "Hopane", "30"},
-};
 
 QStringList titles(const Node* node)
 {
@@ -99,11 +80,6 @@ const Node* nodeTitled(const Node* parent, const QString& title)
     return nullptr;
 }
 
-QObject* itemTitled(const Node* parent, const QString& title)
-{
-    return itemOf(nodeTitled(parent, title));
-}
-
 // A selection element to write into.
 QDomElement selectionRoot(QDomDocument& document)
 {
@@ -131,16 +107,22 @@ private slots:
         m_user = std::make_unique<RatioListWithStrays>();
         QVERIFY(m_user->loadDatabase());
 
-        for (const Compound& c : kCompounds) {
+        // Real compounds of petroleum geochemistry: key, name, formula, CAS, family, carbons.
+        const char* const compounds[][6] = {
+            {"C19_PRISTANE", "Pristane", "C19H40", "1921-70-6", "Isoprenoid", "19"},
+            {"C20_PHYTANE", "Phytane", "C20H42", "638-36-8", "Isoprenoid", "20"},
+            {"C30_HOPANE", "17a(H),21b(H)-Hopane", "C30H52", "13849-96-9", "Hopane", "30"},
+        };
+        for (const auto& c : compounds) {
             Sedra::TToviCompound model;
-            model.setMasterName(QString::fromLatin1(c.name));
-            QVERIFY(model.setToviKey(QString::fromLatin1(c.cas)));
-            model.setFormula(QString::fromLatin1(c.formula));
-            model.setCas(QString::fromLatin1(c.cas));
-            model.setFamily(QString::fromLatin1(c.family));
-            model.setCarbons(QString::fromLatin1(c.carbons));
+            model.setMasterName(QString::fromLatin1(c[1]));
+            QVERIFY(model.setToviKey(QString::fromLatin1(c[3])));
+            model.setFormula(QString::fromLatin1(c[2]));
+            model.setCas(QString::fromLatin1(c[3]));
+            model.setFamily(QString::fromLatin1(c[4]));
+            model.setCarbons(QString::fromLatin1(c[5]));
             model.setStudyType(QStringLiteral("Source rock"));
-            QVERIFY(m_user->createCompound(&model, QString::fromLatin1(c.key)));
+            QVERIFY(m_user->createCompound(&model, QString::fromLatin1(c[0])));
         }
         QVERIFY(m_user->createEIC(QStringLiteral("m/z 191"), QStringLiteral("191")));
         QVERIFY(m_user->createEIC(QStringLiteral("m/z 217"), QStringLiteral("217")));
@@ -248,8 +230,6 @@ private slots:
         QCOMPARE(rows.size(), 14);
         QCOMPARE(rows.at(5), qMakePair(familyLabel, QStringLiteral("family")));
         QCOMPARE(rows.at(7), qMakePair(nameLabel, QStringLiteral("MasterName")));
-        QCOMPARE(ObjectSelectorDatabaseModel::displayableProperties(VNObjectTypeRatio).first().second,
-                 QStringLiteral("Ratio ID"));
         QVERIFY(ObjectSelectorDatabaseModel::displayableProperties(VNObjectTypeAnalysis).isEmpty());
     }
 
@@ -304,16 +284,14 @@ private slots:
         model.fillGraph(true, false);
         QCOMPARE(titles(&model.root()), QStringList{"Graphs"});
         QCOMPARE(category(model)->getNbSons(), 2);
-        QObject* crossPlot = itemTitled(category(model), QStringLiteral("Pr/Ph against Ts/(Ts+Tm)"));
-        QVERIFY(crossPlot);
-        QCOMPARE(crossPlot->property("ratioUID").toString(), QStringLiteral("Pr/Ph<br>Ts/(Ts+Tm)"));
+        const Node* crossPlot = nodeTitled(category(model), QStringLiteral("Pr/Ph against Ts/(Ts+Tm)"));
+        const Node* ternary = nodeTitled(category(model), QStringLiteral("Sterane C27-C28-C29"));
+        QVERIFY(crossPlot && ternary);
+        QCOMPARE(itemOf(crossPlot)->property("ratioUID").toString(), QStringLiteral("Pr/Ph<br>Ts/(Ts+Tm)"));
         // An axis naming nothing stays an empty line; an unknown key shows as itself.
-        QObject* ternary = itemTitled(category(model), QStringLiteral("Sterane C27-C28-C29"));
-        QVERIFY(ternary);
-        QCOMPARE(ternary->property("ratioUID").toString(), QStringLiteral("20S/(20S+20R)<br><br>REMOVED_KEY"));
+        QCOMPARE(itemOf(ternary)->property("ratioUID").toString(), QStringLiteral("20S/(20S+20R)<br><br>REMOVED_KEY"));
         QCOMPARE(model.visibleFilterValue(QStringLiteral("Axis")), QStringLiteral("ratioUID"));
-        // Without overlays, graphs have no sons.
-        QCOMPARE(nodeTitled(category(model), QStringLiteral("Pr/Ph against Ts/(Ts+Tm)"))->getNbSons(), 0);
+        QCOMPARE(crossPlot->getNbSons(), 0); // without overlays, graphs have no sons
 
         model.fillGraph(true, true);
         QCOMPARE(titles(&model.root()), QStringList{"Graphs & Overlays"});
@@ -455,8 +433,6 @@ private slots:
         QCOMPARE(tree->model()->rowCount(), 1);
         QCOMPARE(tree->model()->index(0, 0).data().toString(), QStringLiteral("Compounds"));
         QCOMPARE(view::shownObjects(tree).size(), compoundCount);
-        QVERIFY(
-            !tree->model()->index(0, 0, tree->model()->index(0, 0)).data(Qt::DecorationRole).value<QIcon>().isNull());
 
         // Typing searches the names in any letter case.
         QTest::keyClicks(editor->searchLine(), "HOMOHOPANE (22s");
@@ -487,12 +463,6 @@ private slots:
             QVERIFY2(pane.contains(QLatin1String(text)), text);
         QCoreApplication::processEvents(); // lay out the texts that changed
         QVERIFY(editor->grab().save(QStringLiteral(VN_SELECTOR_SCREENSHOT_DIR "/selector-reference-compounds.png")));
-
-        // Clearing the line shows everything again, ticks kept.
-        QTest::keyClick(editor->searchLine(), Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClick(editor->searchLine(), Qt::Key_Delete);
-        QCOMPARE(view::shownObjects(tree).size(), compoundCount);
-        QCOMPARE(view::checkedTitles(tree).size(), 2);
 
         // A refill replaces every line, the current one too; the widget shows
         // the new tree once told, through either update.

@@ -11,7 +11,6 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-#include <functional>
 #include <memory>
 
 namespace {
@@ -35,16 +34,7 @@ void build(ObjectSelectorModel& model, int leavesOfA)
 
 Node* nodeOf(ObjectSelectorModel& model, const QString& id)
 {
-    Node* found = nullptr;
-    std::function<void(Node*)> walk = [&](Node* first) {
-        for (Node* n = first; n && !found; n = n->getBrother()) {
-            if (n->attribute && n->attribute->id() == id)
-                found = n;
-            walk(n->getFirstSon());
-        }
-    };
-    walk(model.root().getFirstSon());
-    return found;
+    return const_cast<Node*>(sample::nodeOf(model, sample::find(model, id)));
 }
 
 // Every row's title, with its parent's: "B/b0".

@@ -45,14 +45,6 @@ void describeSterane(VNDataModelGraph& model)
     model.setAxisKey(2, QStringLiteral("STER_C29_PCT"));
 }
 
-QDomDocument parse(const QString& xml)
-{
-    Plavo::TDataXml data;
-    if (!data.setContent(xml.toUtf8()))
-        return QDomDocument();
-    return data.document();
-}
-
 QString viewerXml(const QString& typeView, const QString& axes)
 {
     return QStringLiteral("<GraphDocument><TDataXml><Viewer2DGraph version=\"1\" typeView=\"%1\"><title/>"
@@ -160,10 +152,6 @@ private slots:
         QCOMPARE(spies.resets(), 1);
         QCOMPARE(model.getAxisKey(0), QStringLiteral("CPI"));
         QVERIFY(model.getAxisKey(5).isEmpty());
-
-        const VNDataModelGraph copy(model);
-        QCOMPARE(copy.getAxes(), model.getAxes());
-        QCOMPARE(copy.getViewType(), Plavo::VIEW_ORTHOGONAL);
     }
 
     void ternaryDocumentReadsBackEqual()
@@ -232,10 +220,17 @@ private slots:
         QVERIFY(VNGraphDocument::create(VNDataModelGraph(Plavo::VIEW_NONE)).isNull());
     }
 
+    // A document whose viewer or description cannot be read is refused
+    // whole, the model unchanged; with a readable viewer ("description ..."
+    // rows) its axes' keys still read.
     void malformedDocumentsAreRefused_data()
     {
         QTest::addColumn<QString>("xml");
         const QString axis = axisXml(QStringLiteral("<dataValue type=\"7\">K</dataValue>"));
+        const QString ternary = viewerXml("3", axis + axis + axis);
+        QTest::newRow("description without ion list") << QString(ternary).remove(QStringLiteral("<ionList/>"));
+        QTest::newRow("description of another view") << QString(ternary).replace(
+            QStringLiteral("<graphType>3</graphType>"), QStringLiteral("<graphType>x</graphType>"));
         QTest::newRow("no TDataXml") << QStringLiteral(
             "<GraphDocument><informations><ionList/></informations></GraphDocument>");
         QTest::newRow("empty TDataXml") << QStringLiteral(
@@ -266,7 +261,8 @@ private slots:
         QFETCH(QString, xml);
         QDomDocument document;
         QVERIFY(document.setContent(xml));
-        QVERIFY(VNGraphDocument::getRatioUids(document).isEmpty());
+        const bool viewerReads = QByteArray(QTest::currentDataTag()).startsWith("description");
+        QCOMPARE(VNGraphDocument::getRatioUids(document), viewerReads ? QStringList({"K", "K", "K"}) : QStringList());
 
         VNDataModelGraph model(Plavo::VIEW_TERNARY);
         describeSterane(model);
@@ -276,26 +272,6 @@ private slots:
         QVERIFY(!VNGraphDocument::read(document, &model));
         QCOMPARE(descriptionOf(model) + model.getAxes(), before);
         QCOMPARE(spies.resets(), 0);
-    }
-
-    void descriptionMissingOrDamaged()
-    {
-        const QString axis = axisXml(QStringLiteral("<dataValue type=\"7\">K</dataValue>"));
-        // Readable axes but no ion list: the description is refused, so the
-        // whole document is.
-        QDomDocument noIons = parse(viewerXml("3", axis + axis + axis).remove(QStringLiteral("<ionList/>")));
-        QCOMPARE(VNGraphDocument::getRatioUids(noIons), QStringList({"K", "K", "K"}));
-        VNDataModelGraph model(Plavo::VIEW_TERNARY);
-        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        QVERIFY(!VNGraphDocument::read(noIons, &model));
-        QCOMPARE(model.getAxes(), QStringList({"", "", ""}));
-
-        // A description that says another kind of view than its viewer.
-        QDomDocument mismatch = parse(
-            viewerXml("3", axis + axis + axis)
-                .replace(QStringLiteral("<graphType>3</graphType>"), QStringLiteral("<graphType>x</graphType>")));
-        QVERIFY(!VNGraphDocument::read(mismatch, &model));
-        QCOMPARE(model.getAxes(), QStringList({"", "", ""}));
     }
 
     void deepOrHugeInputIsRefusedByTheReader()
