@@ -56,8 +56,9 @@ private slots:
 
     void checkRepairsTheStructureAndSaysSo()
     {
-        const QString dir = importedProject({"oil"});
+        const QString dir = importedProject({"oil", "b"});
         QVERIFY(!dir.isNull());
+        QVERIFY(QFile::remove(dir + "/Analyses/b/acquisition.xml"));
 
         // Read-only: the missing folders are reported, not made.
         const auto before = VndbRunner::snapshot(dir);
@@ -71,6 +72,7 @@ private slots:
         QCOMPARE(repair.exitCode, 0);
         const QJsonObject result = json(repair);
         QCOMPARE(strings(result.value("created")), QStringList({"Indexations", "Pixmaps", "Wells"}));
+        QCOMPARE(strings(result.value("incompleteAnalyses")), QStringList{"b"});
         const QStringList messages = strings(result.value("messages"));
         QCOMPARE(messages.size(), 3);
         QCOMPARE(messages.first(), QString("Project structure is obsolete - Adding directory %1/Indexations").arg(dir));
@@ -83,31 +85,18 @@ private slots:
         const VndbResult again = project("check", dir, {"--read-only"});
         QCOMPARE(again.exitCode, 0);
         QVERIFY(again.out.contains("Structure complete."));
-        QVERIFY(again.out.contains("Analyses/: 0 files, 1 folders"));
-        const VndbResult french = project("check", dir, {"--lang", "fr"});
-        QVERIFY(french.out.contains("Structure complète."));
-    }
+        QVERIFY(again.out.contains("Analyses/: 0 files, 2 folders"));
+        QVERIFY(project("check", dir, {"--lang", "fr"}).out.contains("Structure complète."));
 
-    void checkInFrenchUsesTheLibrarysFrenchMessage()
-    {
-        const QString dir = importedProject({"oil"});
-        QVERIFY(!dir.isNull());
-        const VndbResult repair = project("check", dir, {"--lang", "fr"});
-        QCOMPARE(repair.exitCode, 0);
+        // A French repair shows the library's own French message.
+        const QString fr = importedProject({"oil"});
+        QVERIFY(!fr.isNull());
+        const VndbResult french = project("check", fr, {"--lang", "fr"});
+        QCOMPARE(french.exitCode, 0);
         QVERIFY2(
-            repair.out.contains(QString("La structure du projet est obsolète - Ajout du dossier %1/Wells").arg(dir)),
-            qPrintable(repair.out));
-        QVERIFY(repair.out.contains("Wells/: manquant, créé"));
-    }
-
-    void checkReportsIncompleteAnalyses()
-    {
-        const QString dir = importedProject({"a", "b"});
-        QVERIFY(!dir.isNull());
-        QVERIFY(QFile::remove(dir + "/Analyses/b/acquisition.xml"));
-        const VndbResult result = project("check", dir, {"--json"});
-        QCOMPARE(result.exitCode, 0);
-        QCOMPARE(strings(json(result).value("incompleteAnalyses")), QStringList{"b"});
+            french.out.contains(QString("La structure du projet est obsolète - Ajout du dossier %1/Wells").arg(fr)),
+            qPrintable(french.out));
+        QVERIFY(french.out.contains("Wells/: manquant, créé"));
     }
 
     void syncRegistersTheAnalysesFoundOnDisk()
@@ -260,10 +249,23 @@ private slots:
         }
     }
 
-    void initMakesAProjectThatTheOtherActionsTake()
+    // init and import make projects in a missing or empty folder; only init
+    // takes a folder of other things, and keeps them.
+    void initAndImportMakeProjectsOnlyWhereAllowed()
     {
         const QString other = m_tmp.filePath(QString("other%1").arg(++m_count));
         QVERIFY(QDir().mkpath(other) && VndbRunner::writeFile(other + "/notes.txt", "kept"));
+        const QString csv = m_tmp.filePath("run.csv");
+        QVERIFY(VndbRunner::writeFile(csv, "1.0,57:12 71:3\n1.1,57:10 71:4\n"));
+        const auto before = VndbRunner::snapshot(other);
+        const VndbResult refused = VndbRunner::run({"import", other, csv});
+        VNDB_REFUSED(refused, 1, "vndb project init");
+        QCOMPARE(VndbRunner::snapshot(other), before);
+        const QString empty = m_tmp.filePath(QString("empty%1").arg(++m_count));
+        QVERIFY(QDir().mkpath(empty));
+        QCOMPARE(VndbRunner::run({"import", empty, csv, "--name", "oil"}).exitCode, 0);
+        QCOMPARE(project("list", empty).exitCode, 0);
+
         const QString missing = m_tmp.filePath(QString("new%1/project").arg(++m_count));
         for (const QString& dir : {other, missing}) {
             const VndbResult made = project("init", dir, {"--json"});
@@ -276,33 +278,10 @@ private slots:
             // Again: nothing to make, nothing lost.
             QCOMPARE(project("init", dir).exitCode, 0);
         }
-        QFile notes(other + "/notes.txt");
-        QVERIFY(notes.open(QIODevice::ReadOnly));
-        QCOMPARE(notes.readAll(), QByteArray("kept"));
+        QCOMPARE(VndbRunner::readFile(other + "/notes.txt"), QByteArray("kept"));
         QCOMPARE(project("init", other, {"--read-only"}).exitCode, 2);
         const VndbResult onAFile = project("init", other + "/notes.txt");
         VNDB_REFUSED(onAFile, 1, "is not a folder");
-    }
-
-    // An import makes its project in a missing or empty folder, and refuses a
-    // folder of other things.
-    void importMakesAProjectOnlyWhereThereIsNothingElse()
-    {
-        const QString csv = m_tmp.filePath("run.csv");
-        QVERIFY(VndbRunner::writeFile(csv, "1.0,57:12 71:3\n1.1,57:10 71:4\n"));
-        const QString missing = m_tmp.filePath(QString("new%1").arg(++m_count));
-        const QString empty = m_tmp.filePath(QString("empty%1").arg(++m_count));
-        QVERIFY(QDir().mkpath(empty));
-        for (const QString& dir : {missing, empty}) {
-            QCOMPARE(VndbRunner::run({"import", dir, csv, "--name", "oil"}).exitCode, 0);
-            QCOMPARE(project("list", dir).exitCode, 0);
-        }
-        const QString other = m_tmp.filePath(QString("other%1").arg(++m_count));
-        QVERIFY(QDir().mkpath(other) && VndbRunner::writeFile(other + "/notes.txt", "kept"));
-        const auto before = VndbRunner::snapshot(other);
-        const VndbResult refused = VndbRunner::run({"import", other, csv});
-        VNDB_REFUSED(refused, 1, "vndb project init");
-        QCOMPARE(VndbRunner::snapshot(other), before);
     }
 };
 

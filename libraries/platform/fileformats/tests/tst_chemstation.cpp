@@ -113,81 +113,71 @@ class TestChemStation : public QObject
     Q_OBJECT
 
 private slots:
-    void massSpectraMatchTheReferenceValues_data()
+    void realFilesMatchTheReferenceValues_data()
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("expected");
-        QTest::addColumn<int>("scans");
+        QTest::addColumn<bool>("channel");
+        QTest::addColumn<QString>("unit");
+        QTest::addColumn<int>("count"); // scans or trace points
         QTest::newRow("GC-MS selected ions") << "gcms-sim.D/dataSim.ms"
-                                             << "gcms-sim.D/expected-dataSim.csv" << 1309;
+                                             << "gcms-sim.D/expected-dataSim.csv" << false << QString() << 1309;
         QTest::newRow("LC-MS full scan") << "lcms.D/MSD1.MS"
-                                         << "lcms.D/expected-MSD1.csv" << 469;
+                                         << "lcms.D/expected-MSD1.csv" << false << QString() << 469;
+        QTest::newRow("FID, version 179") << "gc-fid.D/FID1A.ch"
+                                          << "gc-fid.D/expected-FID1A.csv" << true << "pA" << 10197;
+        QTest::newRow("analog, version 130") << "lc-adc.D/ADC1A.CH"
+                                             << "lc-adc.D/expected-ADC1A.csv" << true << QString() << 4200;
     }
 
-    void massSpectraMatchTheReferenceValues()
+    // Each row of the reference: a time, then the abundance of each whole m/z
+    // (spectra) or the trace's value (channels).
+    void realFilesMatchTheReferenceValues()
     {
         QFETCH(QString, file);
         QFETCH(QString, expected);
-        QFETCH(int, scans);
+        QFETCH(bool, channel);
+        QFETCH(QString, unit);
+        QFETCH(int, count);
         if (!QFileInfo::exists(RealData))
             QSKIP("../shared/realdata is absent: the real instrument files are not part of the project");
-        TAcquisitionRun run;
-        QString error;
-        QVERIFY2(TChemStationFile::readMassSpectra(readAll(RealData + "/" + file), file, &run, &error),
-                 qPrintable(error));
-        QVERIFY(run.isConsistent());
         const Table table = readTable(RealData + "/" + expected);
-        QCOMPARE(run.scanCount(), scans);
-        QCOMPARE(table.rows.size(), scans);
-        for (int s = 0; s < scans; ++s) {
-            QVERIFY2(std::fabs(run.rtimes.at(s) - table.rows.at(s).at(0)) <= 1e-6, qPrintable(QString::number(s)));
-            // The reference sums the points of each whole m/z.
-            QMap<long, double> byMass;
-            for (int k = 0; k < run.pointsAtScan(s); ++k)
+        QCOMPARE(table.rows.size(), count);
+        QVector<double> times;
+        QVector<QVector<double>> values;
+        QString error;
+        if (channel) {
+            TDetectorChannel trace;
+            QVERIFY2(TChemStationFile::readChannel(readAll(RealData + "/" + file), file, "X", &trace, &error),
+                     qPrintable(error));
+            if (!unit.isEmpty())
+                QCOMPARE(trace.unit, unit);
+            times = trace.times;
+            for (double v : trace.values)
+                values.append(QVector<double>{v});
+        } else {
+            TAcquisitionRun run;
+            QVERIFY2(TChemStationFile::readMassSpectra(readAll(RealData + "/" + file), file, &run, &error),
+                     qPrintable(error));
+            QVERIFY(run.isConsistent());
+            times = run.rtimes;
+            for (int s = 0; s < run.scanCount(); ++s) {
                 // Half-way masses go to the even neighbour, as the reference rounds them.
-                byMass[long(std::nearbyint(run.massesAtScan(s)[k] / 100.0))] += run.abundancesAtScan(s)[k];
-            for (int c = 0; c < table.masses.size(); ++c) {
-                const double want = table.rows.at(s).value(c + 1);
-                QVERIFY2(near(byMass.value(std::lround(table.masses.at(c))), want, 1e-9),
-                         qPrintable(QStringLiteral("scan %1 m/z %2").arg(s).arg(table.masses.at(c))));
+                QMap<long, double> byMass;
+                for (int k = 0; k < run.pointsAtScan(s); ++k)
+                    byMass[long(std::nearbyint(run.massesAtScan(s)[k] / 100.0))] += run.abundancesAtScan(s)[k];
+                values.append(QVector<double>());
+                for (double mass : table.masses)
+                    values.last().append(byMass.value(std::lround(mass)));
             }
         }
-    }
-
-    void channelsMatchTheReferenceValues_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<QString>("unit");
-        QTest::addColumn<int>("points");
-        QTest::newRow("FID, version 179") << "gc-fid.D/FID1A.ch"
-                                          << "gc-fid.D/expected-FID1A.csv"
-                                          << "pA" << 10197;
-        QTest::newRow("analog, version 130") << "lc-adc.D/ADC1A.CH"
-                                             << "lc-adc.D/expected-ADC1A.csv"
-                                             << "" << 4200;
-    }
-
-    void channelsMatchTheReferenceValues()
-    {
-        QFETCH(QString, file);
-        QFETCH(QString, expected);
-        QFETCH(QString, unit);
-        QFETCH(int, points);
-        if (!QFileInfo::exists(RealData))
-            QSKIP("../shared/realdata is absent: the real instrument files are not part of the project");
-        TDetectorChannel channel;
-        QString error;
-        QVERIFY2(TChemStationFile::readChannel(readAll(RealData + "/" + file), file, "X", &channel, &error),
-                 qPrintable(error));
-        if (!unit.isEmpty())
-            QCOMPARE(channel.unit, unit);
-        const Table table = readTable(RealData + "/" + expected);
-        QCOMPARE(channel.values.size(), points);
-        QCOMPARE(table.rows.size(), points);
-        for (int i = 0; i < points; ++i) {
-            QVERIFY2(std::fabs(channel.times.at(i) - table.rows.at(i).at(0)) <= 1e-6, qPrintable(QString::number(i)));
-            QVERIFY2(near(channel.values.at(i), table.rows.at(i).at(1), 1e-9), qPrintable(QString::number(i)));
+        QCOMPARE(times.size(), count);
+        QCOMPARE(values.size(), count);
+        for (int i = 0; i < count; ++i) {
+            QVERIFY2(std::fabs(times.at(i) - table.rows.at(i).at(0)) <= 1e-6, qPrintable(QString::number(i)));
+            for (int c = 0; c < values.at(i).size(); ++c)
+                QVERIFY2(near(values.at(i).at(c), table.rows.at(i).value(c + 1), 1e-9),
+                         qPrintable(QStringLiteral("row %1 column %2").arg(i).arg(c + 1)));
         }
     }
 
@@ -264,10 +254,7 @@ private slots:
         QTest::newRow("channel header cut") << ch.left(0x1000) << "header";
         QTest::newRow("channel points cut") << ch.left(ch.size() - 8) << "declares 100 points";
         QTest::newRow("channel count huge") << patched(ch, 0x116, be32(0xFFFFFFF0u)) << "declares";
-        QByteArray delta = QByteArray("\x03"
-                                      "130",
-                                      4)
-            + QByteArray(0x1800 - 4, '\0');
+        QByteArray delta = QByteArray("\x03\x31\x33\x30", 4) + QByteArray(0x1800 - 4, '\0');
         delta = patched(delta, 0x11E, be32(60000));
         QTest::newRow("delta channel cut") << delta + QByteArray("\x10\x05\x00\x01", 4) << "cut";
         QTest::newRow("delta channel bad mark") << delta + QByteArray("\x07\x01\x00\x01\x00\x00", 6) << "segment";

@@ -232,15 +232,20 @@ private slots:
         }
     }
 
-    void massWindows()
+    // Masses, scans and times outside the file or outside what is loaded are refused.
+    void windowsAndPartialLoading()
     {
         TCMFile file(m_full);
+        QVERIFY(file.isOpen());
+        const int n = file.nbScans();
         QVERIFY(file.mzRangeExist(float(file.lowMass()), float(file.lowMass())));
         QVERIFY(!file.mzRangeExist(float(file.highMass()) + 1, float(file.highMass()) + 5));
         QVERIFY(!file.mzRangeExist(100, 50));
         QVERIFY(!file.mzRangeExist(NAN, 50));
-        std::vector<float> eic(std::size_t(file.nbScans()));
+        std::vector<float> eic(static_cast<std::size_t>(n));
         QCOMPARE(file.ionAtFullRange(eic.data(), 56, 58), -1); // nothing loaded
+        TCMFile::Spectrum spectrum;
+        QCOMPARE(file.allIonsAtScan(&spectrum, 0), -1);
         QVERIFY(file.loadContent(-1, -1, 0, 10));
         QCOMPARE(file.ionAtFullRange(eic.data(), 56, 58), -1); // only a part loaded
         QCOMPARE(file.ionAtScanRange(eic.data(), 56, 58, 0, 10), 11);
@@ -250,15 +255,6 @@ private slots:
         // An empty window gives zeros, a window past every mass too.
         QCOMPARE(file.ionAtScanRange(eic.data(), 1000, 2000, 0, 10), 11);
         QCOMPARE(eic[5], 0.0f);
-    }
-
-    void partialLoading()
-    {
-        TCMFile file(m_full);
-        QVERIFY(file.isOpen());
-        const int n = file.nbScans();
-        TCMFile::Spectrum spectrum;
-        QCOMPARE(file.allIonsAtScan(&spectrum, 0), -1);
 
         QVERIFY(file.loadContent(-1, -1, 100, 150));
         QCOMPARE(file.firstLoadedScan(), 100L);
