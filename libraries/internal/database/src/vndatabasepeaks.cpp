@@ -355,7 +355,8 @@ namespace {
 
 // The scale drawn from the peaks of the n-alkane chromatogram.
 TRetentionIndexScale scaleOf(const VNObject2Analysis* analysis, const VNChromatogram& chromatogram,
-                             const QVector<TPeak>& peaks, const QVector<int>& alkaneCarbons)
+                             const QVector<TPeak>& peaks, const QVector<int>& alkaneCarbons,
+                             const QVector<double>& markerIndices)
 {
     TIdentifier::AlkaneEvidence evidence;
     TCMFile* tcm = nullptr;
@@ -384,6 +385,9 @@ TRetentionIndexScale scaleOf(const VNObject2Analysis* analysis, const VNChromato
             const double floor = 0.003 * base;
             return here > floor && next <= floor ? 1.0 : 0.0;
         };
+    } else {
+        // Without spectra, the isoprenoids just after n-C17 and n-C18 do.
+        evidence = TIdentifier::markerEvidence(peaks, markerIndices);
     }
     return TIdentifier::calibrate(peaks, alkaneCarbons, evidence);
 }
@@ -391,14 +395,15 @@ TRetentionIndexScale scaleOf(const VNObject2Analysis* analysis, const VNChromato
 } // namespace
 
 TRetentionIndexScale VNDatabase::analysisRetentionIndexScale(const VNObject2Analysis* analysis,
-                                                             const QVector<int>& alkaneCarbons)
+                                                             const QVector<int>& alkaneCarbons,
+                                                             const QVector<double>& markerIndices)
 {
     const VNChromatogram chromatogram = alkaneChromatogram(analysis);
     QString error;
     const QList<TPeak> list = analysisDetectPeaks(analysis, chromatogram, &error);
     if (list.isEmpty() && !error.isEmpty())
         qCDebug(vnDatabase) << "no n-alkane chromatogram:" << error;
-    return scaleOf(analysis, chromatogram, QVector<TPeak>(list.begin(), list.end()), alkaneCarbons);
+    return scaleOf(analysis, chromatogram, QVector<TPeak>(list.begin(), list.end()), alkaneCarbons, markerIndices);
 }
 
 QList<TIdentificationTarget> VNDatabase::identificationTargets(VNToviDatabaseInterface* reference)
@@ -440,6 +445,19 @@ QList<TIdentificationTarget> VNDatabase::identificationTargets(VNToviDatabaseInt
     return targets;
 }
 
+QVector<double> VNDatabase::alkaneMarkers(const QList<TIdentificationTarget>& targets)
+{
+    // Pristane and phytane: in nearly every oil, and each alone between two
+    // homologues on a non-polar column.
+    QVector<double> markers;
+    for (const TIdentificationTarget& t : targets) {
+        if ((t.shortName == QLatin1String("Pr") || t.shortName == QLatin1String("Ph"))
+            && std::isfinite(t.retentionIndex))
+            markers.append(t.retentionIndex);
+    }
+    return markers;
+}
+
 TCompoundMeasures VNDatabase::analysisIdentify(const VNObject2Analysis* analysis,
                                                const QList<TIdentificationTarget>& targets, double window)
 {
@@ -459,8 +477,8 @@ TCompoundMeasures VNDatabase::analysisIdentify(const VNObject2Analysis* analysis
     QString alkaneError;
     const QList<TPeak> alkaneList = analysisDetectPeaks(analysis, alkanes, &alkaneError, false);
     const QVector<TPeak> alkanePeaks(alkaneList.begin(), alkaneList.end());
-    const TRetentionIndexScale scale
-        = scaleOf(analysis, alkanes, alkanePeaks, TIdentifier::referenceAlkanes(targets.toVector()));
+    const TRetentionIndexScale scale = scaleOf(
+        analysis, alkanes, alkanePeaks, TIdentifier::referenceAlkanes(targets.toVector()), alkaneMarkers(targets));
     progress.setProgress(1);
     int done = 1;
     for (auto it = peaksOfIon.begin(); it != peaksOfIon.end(); ++it) {

@@ -3,6 +3,8 @@
 #include "vngeochemlogging.h"
 
 #include <QCoreApplication>
+#include <QHash>
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -142,6 +144,40 @@ QVector<TRetentionIndexScale::Alkane> TIdentifier::assignAlkanes(const QVector<T
     qCDebug(vnGeochem) << "n-alkanes C" << alkanes.first().carbons << "to C" << alkanes.last().carbons << "on" << length
                        << "peaks, evidence" << bestScore;
     return alkanes;
+}
+
+TIdentifier::AlkaneEvidence TIdentifier::markerEvidence(const QVector<TPeak>& peaks,
+                                                        const QVector<double>& markerIndices, double tolerance)
+{
+    const QVector<int> series = homologousSeries(peaks);
+    if (series.size() < 2 || markerIndices.isEmpty())
+        return AlkaneEvidence();
+    // The step from each homologue to the next (the last one's to its
+    // predecessor): where a marker's index puts it in time.
+    QHash<int, double> stepAfter;
+    for (int k = 0; k < series.size(); ++k) {
+        const int other = k + 1 < series.size() ? series[k + 1] : series[k - 1];
+        stepAfter.insert(series[k], std::fabs(peaks[other].apex - peaks[series[k]].apex));
+    }
+    const QSet<int> inSeries(series.begin(), series.end());
+    return [peaks, markerIndices, tolerance, stepAfter, inSeries](int peak, int carbons) {
+        const double step = stepAfter.value(peak);
+        double score = 0.0;
+        for (double index : markerIndices) {
+            const double fraction = (index - 100.0 * carbons) / 100.0;
+            if (!(fraction > 0.0 && fraction < 1.0) || !(step > 0.0))
+                continue;
+            const double expected = peaks[peak].apex + fraction * step;
+            const double slack = tolerance / 100.0 * step;
+            for (int i = 0; i < peaks.size(); ++i) {
+                if (!inSeries.contains(i) && std::fabs(peaks[i].apex - expected) <= slack) {
+                    score += 1.0;
+                    break;
+                }
+            }
+        }
+        return score;
+    };
 }
 
 TRetentionIndexScale TIdentifier::calibrate(const QVector<TPeak>& peaks, const QVector<int>& referenceCarbons,

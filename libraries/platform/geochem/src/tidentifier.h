@@ -55,6 +55,15 @@ public:
                                                                const QVector<int>& referenceCarbons,
                                                                const AlkaneEvidence& evidence = AlkaneEvidence());
 
+    /// Evidence for traces whose spectra cannot name the alkanes (a flame
+    /// detector): compounds that elute at known places between two n-alkanes,
+    /// such as pristane just after n-C17 and phytane just after n-C18. An
+    /// alkane scores one for each marker index between it and the next
+    /// homologue at which a peak outside the series stands, within
+    /// `tolerance` index units.
+    static AlkaneEvidence markerEvidence(const QVector<TPeak>& peaks, const QVector<double>& markerIndices,
+                                         double tolerance = 3.5);
+
     /// The scale of an analysis from the peaks of its n-alkane chromatogram.
     static TRetentionIndexScale calibrate(const QVector<TPeak>& peaks, const QVector<int>& referenceCarbons,
                                           const AlkaneEvidence& evidence = AlkaneEvidence());

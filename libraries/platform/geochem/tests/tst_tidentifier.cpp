@@ -9,6 +9,7 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -130,6 +131,48 @@ private slots:
         QCOMPARE(alkanes.first().carbons, 20);
         QCOMPARE(alkanes.last().carbons, 25);
         QCOMPARE(alkanes.last().time, 20.0);
+    }
+
+    void markersNameAFlameSeries_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<bool>("isoprenoids");
+        QTest::addColumn<int>("named");
+        QTest::newRow("from n-C12") << 12 << true << 12;
+        QTest::newRow("topped, from n-C15") << 15 << true << 15;
+        QTest::newRow("from n-C17") << 17 << true << 17;
+        // Nothing tells: the lightest reference alkane, as before.
+        QTest::newRow("no isoprenoid peaks") << 15 << false << 10;
+    }
+
+    // A flame trace has no spectra: pristane 7% and phytane 11% of the way
+    // after n-C17 and n-C18 are what put the names on a series that does not
+    // start at the lightest reference alkane.
+    void markersNameAFlameSeries()
+    {
+        QFETCH(int, first);
+        QFETCH(bool, isoprenoids);
+        QFETCH(int, named);
+        QVector<TPeak> peaks;
+        const auto add = [&peaks](double apex, double height) {
+            TPeak p;
+            p.apex = apex;
+            p.height = p.area = height;
+            peaks.append(p);
+        };
+        const auto timeOf = [first](double index) { return 10.0 + 2.0 * (index / 100.0 - first); };
+        for (int c = first; c <= 30; ++c)
+            add(timeOf(100.0 * c), 100.0);
+        if (isoprenoids) {
+            add(timeOf(1707.0), 60.0);
+            add(timeOf(1811.0), 45.0);
+        }
+        std::sort(peaks.begin(), peaks.end(), [](const TPeak& a, const TPeak& b) { return a.apex < b.apex; });
+        const TRetentionIndexScale scale
+            = TIdentifier::calibrate(peaks, referenceAlkanes(), TIdentifier::markerEvidence(peaks, {1707.0, 1811.0}));
+        QVERIFY2(scale.isValid(), qPrintable(scale.reason()));
+        QCOMPARE(scale.alkanes().first().carbons, named);
+        QCOMPARE(scale.alkanes().size(), 31 - first);
     }
 
     // A small peak between two homologues is not taken into the series, and
