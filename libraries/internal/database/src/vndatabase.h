@@ -188,14 +188,11 @@ public:
     /// The retention-index scale of `analysis`, from the n-alkanes (carbon
     /// numbers) that the reference knows; the peaks it is drawn from are
     /// stored. Where no spectrum names the alkanes (a flame detector, MS/MS),
-    /// the compounds at `markerIndices` (see alkaneMarkers) do. An invalid
+    /// the compounds at `markerIndices` (TIdentifier::alkaneMarkers) do. An invalid
     /// scale says why.
     TRetentionIndexScale analysisRetentionIndexScale(const VNObject2Analysis* analysis,
                                                      const QVector<int>& alkaneCarbons,
                                                      const QVector<double>& markerIndices = QVector<double>());
-    /// The retention indices of the targets that mark their place in the
-    /// n-alkane series on any detector: pristane ("Pr") and phytane ("Ph").
-    static QVector<double> alkaneMarkers(const QList<TIdentificationTarget>& targets);
     /// The compounds of a reference database as identification needs them,
     /// in the reference's order.
     static QList<TIdentificationTarget> identificationTargets(VNToviDatabaseInterface* reference);

@@ -445,19 +445,6 @@ QList<TIdentificationTarget> VNDatabase::identificationTargets(VNToviDatabaseInt
     return targets;
 }
 
-QVector<double> VNDatabase::alkaneMarkers(const QList<TIdentificationTarget>& targets)
-{
-    // Pristane and phytane: in nearly every oil, and each alone between two
-    // homologues on a non-polar column.
-    QVector<double> markers;
-    for (const TIdentificationTarget& t : targets) {
-        if ((t.shortName == QLatin1String("Pr") || t.shortName == QLatin1String("Ph"))
-            && std::isfinite(t.retentionIndex))
-            markers.append(t.retentionIndex);
-    }
-    return markers;
-}
-
 TCompoundMeasures VNDatabase::analysisIdentify(const VNObject2Analysis* analysis,
                                                const QList<TIdentificationTarget>& targets, double window)
 {
@@ -477,8 +464,9 @@ TCompoundMeasures VNDatabase::analysisIdentify(const VNObject2Analysis* analysis
     QString alkaneError;
     const QList<TPeak> alkaneList = analysisDetectPeaks(analysis, alkanes, &alkaneError, false);
     const QVector<TPeak> alkanePeaks(alkaneList.begin(), alkaneList.end());
-    const TRetentionIndexScale scale = scaleOf(
-        analysis, alkanes, alkanePeaks, TIdentifier::referenceAlkanes(targets.toVector()), alkaneMarkers(targets));
+    const TRetentionIndexScale scale
+        = scaleOf(analysis, alkanes, alkanePeaks, TIdentifier::referenceAlkanes(targets.toVector()),
+                  TIdentifier::alkaneMarkers(targets.toVector()));
     progress.setProgress(1);
     int done = 1;
     for (auto it = peaksOfIon.begin(); it != peaksOfIon.end(); ++it) {

@@ -34,6 +34,19 @@ QVector<int> TIdentifier::referenceAlkanes(const QVector<TIdentificationTarget>&
     return carbons;
 }
 
+QVector<double> TIdentifier::alkaneMarkers(const QVector<TIdentificationTarget>& targets)
+{
+    // Pristane and phytane: in nearly every oil, and each alone between two
+    // homologues on a non-polar column.
+    QVector<double> markers;
+    for (const TIdentificationTarget& t : targets) {
+        if ((t.shortName == QLatin1String("Pr") || t.shortName == QLatin1String("Ph"))
+            && std::isfinite(t.retentionIndex))
+            markers.append(t.retentionIndex);
+    }
+    return markers;
+}
+
 QVector<int> TIdentifier::homologousSeries(const QVector<TPeak>& peaks, double tolerance)
 {
     double largest = 0.0;

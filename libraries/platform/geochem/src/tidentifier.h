@@ -39,6 +39,9 @@ public:
     /// whose retention index is 100 x their carbon number, as the index
     /// defines it.
     static QVector<int> referenceAlkanes(const QVector<TIdentificationTarget>& targets);
+    /// The retention indices of the targets that mark their place in the
+    /// n-alkane series on any detector: pristane ("Pr") and phytane ("Ph").
+    static QVector<double> alkaneMarkers(const QVector<TIdentificationTarget>& targets);
 
     /// The peaks (indices into `peaks`, in time order) that form the longest
     /// series of regularly spaced, dominant peaks: the homologous series of
